@@ -1,0 +1,65 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+/// A text kept once per process: node kinds, type names, identifiers. Copying a Name copies an
+/// index, two are equal when their indexes are, and the text lives until the process ends.
+/// Converts from any string, so that a Name parameter takes kinds and names as plain text.
+class Name {
+public:
+    /// The empty name.
+    constexpr Name() = default;
+    Name(std::string_view text);
+    Name(const std::string& text) : Name(std::string_view{text}) {}
+    /// A null pointer gives the empty name.
+    Name(const char* text) : Name(text == nullptr ? std::string_view{} : std::string_view{text}) {}
+
+    /// The name of a text that has become one before, else the empty name. Unlike the constructor
+    /// it keeps nothing.
+    static Name known(std::string_view text);
+
+    const std::string& text() const;
+    bool empty() const { return number == 0; }
+    /// Names are numbered from 1 in the order in which they first appear; 0 is the empty name.
+    std::uint32_t index() const { return number; }
+
+    friend bool operator==(Name left, Name right) { return left.number == right.number; }
+
+private:
+    std::uint32_t number = 0;
+};
+
+/// What to do for each of some names, found by index. Meant for names that exist from the start
+/// (kinds, operators), whose indexes are small.
+template <typename Action>
+class NameTable {
+public:
+    NameTable(std::initializer_list<std::pair<Name, Action>> entries) {
+        for (const auto& [name, action] : entries) {
+            if (actions.size() <= name.index()) {
+                actions.resize(name.index() + std::size_t{1});
+            }
+            actions[name.index()] = action;
+        }
+    }
+
+    /// The action of `name`, or a value-initialised one (null for pointers) when it has none.
+    Action find(Name name) const {
+        return name.index() < actions.size() ? actions[name.index()] : Action{};
+    }
+
+private:
+    std::vector<Action> actions;
+};
+
+/// Hashes by index, for maps keyed by Name.
+struct NameHash {
+    std::size_t operator()(Name name) const { return name.index(); }
+};

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+
+#include "shared/ast/name.hpp"
+#include "shared/ast/nodeKinds.hpp"
+#include "shared/ast/nodeList.hpp"
+
+/// The one class of the syntax tree: a kind, at most one value, a semantic type once analysis has
+/// found it, a line, and owned children. What a node stands for is told by its kind
+/// (nodeKinds.hpp). A node owns its children; what removeChild and replaceChild detach belongs to
+/// the caller.
+class Node {
+public:
+    /// Which value a node carries.
+    enum class ValueType : std::uint8_t {
+        None = 0,
+        String = 1,
+        Int = 2,
+        Double = 3,
+        Char = 4,
+        Bool = 5
+    };
+
+    Node(Name itsKind, int itsLine);
+    Node(Name itsKind, Name value, int itsLine);
+    /// A null `value` gives an empty string value.
+    Node(Name itsKind, const char* value, int itsLine);
+    Node(Name itsKind, int value, int itsLine);
+    Node(Name itsKind, double value, int itsLine);
+    Node(Name itsKind, char value, int itsLine);
+    Node(Name itsKind, bool value, int itsLine);
+    /// The node takes ownership of the children; null ones are dropped, here and below.
+    Node(Name itsKind, Node* child, int itsLine);
+    Node(Name itsKind, std::nullptr_t, int itsLine) : Node(itsKind, itsLine) {}
+    Node(Name itsKind, Name value, Node* child, int itsLine);
+    Node(Name itsKind, Node* first, Node* second, int itsLine);
+    Node(Name itsKind, Node* first, Node* second, Node* third, int itsLine);
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+    /// Deletes all descendants, however deep the tree is.
+    ~Node();
+
+    /// Appends `child`, taking ownership, unless it is null. Returns this node, so calls chain.
+    Node* addChild(Node* child);
+    /// Detaches entry `index` without deleting it; without effect when there is no such entry.
+    void removeChild(std::size_t index);
+    /// Puts `newChild` at `index` and returns the old child, which the caller now owns. Null, and
+    /// no change, when there is no such entry or `newChild` is null.
+    Node* replaceChild(std::size_t index, Node* newChild);
+
+    bool hasValue() const { return valueType != ValueType::None; }
+    bool hasChildren() const { return !children.empty(); }
+    bool hasSemanticType() const { return !semanticType.empty(); }
+    void setSemanticType(Name type) { semanticType = type; }
+    /// Turns the node into another kind in place.
+    void setKind(Name newKind) { kind = newKind; }
+
+    const std::string& getKind() const { return kind.text(); }
+    const std::string& getStringValue() const { return stringValue().text(); }
+    const std::string& getSemanticType() const { return semanticType.text(); }
+    const NodeList& getChildren() const { return children; }
+    ValueType getValueType() const { return valueType; }
+    /// The values of another type than the node carries are zero.
+    int getIntValue() const { return valueType == ValueType::Int ? value.integer : 0; }
+    double getDoubleValue() const { return valueType == ValueType::Double ? value.real : 0.0; }
+    char getCharValue() const { return valueType == ValueType::Char ? value.character : '\0'; }
+    bool getBoolValue() const { return valueType == ValueType::Bool && value.boolean; }
+    int getLine() const { return line; }
+
+    /// The same texts as names, for passes that compare and look up by them.
+    Name kindName() const { return kind; }
+    Name stringValue() const { return valueType == ValueType::String ? value.string : Name{}; }
+    Name semanticTypeName() const { return semanticType; }
+
+    /// The value as the intermediate representation spells it; empty without a value.
+    std::string valueAsString() const;
+    /// The name of the value's type, for display; empty without a value.
+    std::string typeAsString() const;
+    /// Writes all fields of the node and of its children to standard output, for debugging.
+    void printNode() const;
+    /// The JSON document of the subtree, without a line feed at its end. `level` counts indents of
+    /// two spaces.
+    std::string toJSON(int level) const;
+    /// Writes toJSON(level) and a line feed. Failures stay in the stream's state.
+    void printJSON(std::ostream& out, int level) const;
+    /// The same on standard output, at level 0.
+    void printJSON() const;
+
+private:
+    union Value {
+        Name string{};
+        int integer;
+        double real;
+        char character;
+        bool boolean;
+    };
+
+    Value value;
+    NodeList children;
+    Name kind;
+    Name semanticType;
+    int line;
+    ValueType valueType;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "shared/ast/name.hpp"
+#include "shared/symboltable/symbol.hpp"
+
+/// Every symbol of the program, grouped by scope. A scope has the name of the function that opens
+/// it and holds that function's symbol first, then its parameters and all its variables: scopes
+/// are flat, and a look-up never goes on in another one. The table owns what is filed in it; what
+/// an insertion rejects stays the caller's.
+class SymbolTable {
+public:
+    SymbolTable() = default;
+    SymbolTable(const SymbolTable&) = delete;
+    SymbolTable& operator=(const SymbolTable&) = delete;
+    ~SymbolTable() = default;
+
+    /// Opens `scope` with the symbol of its function. Reports a semantic error at `line`, and files
+    /// nothing, when there is such a scope already. Returns whether the symbol was filed.
+    bool insertSymbol(Name scope, int line, Symbol* symbol);
+    /// Files a variable or parameter in `scope`. Reports a semantic error at the symbol's line, and
+    /// files nothing, when the scope was never opened or has the name already; the name of the
+    /// function itself is one of them. Returns whether the symbol was filed.
+    bool insertSymbol(Name scope, Symbol* symbol);
+    /// The symbol called `name` in `scope`, or null. `line` is not used.
+    Symbol* lookup(Name scope, Name name, int line) const;
+
+    /// Writes all scopes, ordered by name, to standard output, for debugging.
+    void printSymbolTable() const;
+
+private:
+    struct Scope {
+        std::vector<std::unique_ptr<Symbol>> symbols;  // in insertion order
+        std::unordered_map<Name, Symbol*, NameHash> byName;
+
+        void file(Symbol* symbol);
+    };
+
+    std::unordered_map<Name, Scope, NameHash> scopes;
+};

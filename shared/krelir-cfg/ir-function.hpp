@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "shared/krelir-cfg/ir-basic-block.hpp"
+
+/// A function: blocks in layout order, which is the order of emission and of falling through, and
+/// need not be that of their numbers.
+class IRFunction {
+public:
+    explicit IRFunction(std::string functionName) : name(std::move(functionName)) {}
+
+    const std::string& getName() const { return name; }
+    const std::vector<IRBasicBlock>& getBlocks() const { return blocks; }
+
+    /// Appends an empty block and returns it; the reference is good until the next block is added.
+    /// Throws std::runtime_error when the function has a block of that number.
+    IRBasicBlock& addBlock(int number);
+
+    /// Finds the successors of every block anew, from the last instruction of each. Throws
+    /// std::runtime_error or std::invalid_argument for a branch without a target.
+    void rebuildCFG();
+
+private:
+    std::string name;
+    std::vector<IRBasicBlock> blocks;
+    std::unordered_set<int> numbers;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+/// One line of the intermediate representation, as its generator wrote it.
+class IRInstruction {
+public:
+    /// A `separated` instruction has an empty line before it in the dump; it means nothing else.
+    IRInstruction(std::string line, bool setApart) : text(std::move(line)), separated(setApart) {}
+
+    const std::string& getText() const { return text; }
+    bool isSeparated() const { return separated; }
+
+private:
+    std::string text;
+    bool separated;
+};

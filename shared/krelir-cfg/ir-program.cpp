@@ -1,0 +1,95 @@
+#include "shared/krelir-cfg/ir-program.hpp"
+
+#include <algorithm>
+#include <ostream>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+
+namespace {
+
+constexpr std::string_view branchMark = "goto B";
+
+/// The number after the last branch mark of a line.
+int branchTarget(const std::string& text) {
+    const std::size_t mark = text.rfind(branchMark);
+    if (mark == std::string::npos) {
+        throw std::runtime_error("branch instruction has no target: " + text);
+    }
+    return std::stoi(text.substr(mark + branchMark.size()));
+}
+
+/// Only the beginning is looked at (kept): a line that assigns to a variable whose name begins with
+/// "return" counts as one that leaves the function.
+bool leavesFunction(std::string_view text) {
+    return text.starts_with("return") || text.starts_with("call exit,");
+}
+
+void addUnique(std::vector<int>& numbers, int number) {
+    if (std::find(numbers.begin(), numbers.end(), number) == numbers.end()) {
+        numbers.push_back(number);
+    }
+}
+
+void printFunction(std::string& text, const IRFunction& function) {
+    text.append(function.getName()).append(":\n");
+    bool isFirst = true;
+    for (const IRBasicBlock& block : function.getBlocks()) {
+        text.append(isFirst ? "B" : "\nB").append(std::to_string(block.getNumber())).append(":\n");
+        isFirst = false;
+        for (const IRInstruction& instruction : block.getInstructions()) {
+            text.append(instruction.isSeparated() ? "\n    " : "    ");
+            text.append(instruction.getText()).append("\n");
+        }
+    }
+    text += '\n';
+}
+
+}  // namespace
+
+IRBasicBlock& IRFunction::addBlock(int number) {
+    if (!numbers.insert(number).second) {
+        throw std::runtime_error("duplicate IR basic block B" + std::to_string(number));
+    }
+    return blocks.emplace_back(number);
+}
+
+void IRFunction::rebuildCFG() {
+    for (std::size_t index = 0; index < blocks.size(); ++index) {
+        IRBasicBlock& block = blocks[index];
+        block.successors.clear();
+        const std::string_view last =
+            block.instructions.empty() ? std::string_view{} : block.instructions.back().getText();
+        if (leavesFunction(last)) {
+            continue;
+        }
+        const bool jumps = last.starts_with(branchMark);
+        const bool branches = last.starts_with("if ") && last.find(branchMark) != last.npos;
+        if (jumps || branches) {
+            block.successors.push_back(branchTarget(block.instructions.back().getText()));
+        }
+        if (!jumps && index + 1 < blocks.size()) {
+            addUnique(block.successors, blocks[index + 1].getNumber());
+        }
+    }
+}
+
+IRFunction& IRProgram::addFunction(const std::string& name) {
+    return functions.emplace_back(name);
+}
+
+// Between two functions and after the last stands one empty line.
+void IRProgram::print(std::ostream& out) const {
+    std::string text;
+    for (const IRFunction& function : functions) {
+        text.clear();
+        printFunction(text, function);
+        out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    }
+}
+
+std::string IRProgram::toString() const {
+    std::ostringstream out;
+    print(out);
+    return out.str();
+}

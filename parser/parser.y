@@ -1,0 +1,589 @@
+/* The grammar of Krel, and the actions that build the tree and file its declarations.
+ *
+ * The language is deliberately narrower than it looks: an index is one name or one integer, a cast
+ * is the whole initialiser of a scalar, bodies are blocks. Token names appear in the messages of
+ * syntax errors, so they have no aliases.
+ *
+ * Nodes belong to the tree from the moment in which an action links them; what a failed parse
+ * leaves behind is not freed. A <text> value is a heap copy that the consuming action frees.
+ */
+
+%define parse.error detailed
+%locations
+%expect 0
+
+%code requires {
+#include <queue>
+
+class Node;
+class Symbol;
+class SymbolTable;
+
+/// The root of the tree; null until a whole file has been parsed. Lives until the process ends.
+extern Node* ast;
+/// All declarations of the program, filed while it is parsed.
+extern SymbolTable symbolTable;
+/// Symbols of declarations that wait for the end of the function around them, to get its scope. At
+/// the end of the file it may still hold those declared outside of any function.
+extern std::queue<Symbol*> symbols;
+}
+
+%code provides {
+/// Returns the next token, 0 at the end of the file; sets yylval and yylloc (see the scanner).
+int yylex();
+}
+
+%code {
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "shared/ast/node.hpp"
+#include "shared/error/error.hpp"
+#include "shared/symboltable/symbolTable.hpp"
+
+Node* ast = nullptr;
+SymbolTable symbolTable;
+std::queue<Symbol*> symbols;
+
+static void yyerror(const char* message);
+static Name takeName(char* text);
+static std::string decodeQuotedLiteral(const char* text);
+static char decodeCharacterLiteral(const char* text);
+static Node* stringLiteral(char* text, int line);
+static Node* characterLiteral(char* text, int line);
+static Node* exitStatement(Node* arguments, int line);
+static Node* binary(Name op, Node* left, Node* right, int line);
+static Node* update(Name kind, Node* target, int line);
+static Node* checkedUpdate(Name kind, Node* target, int line);
+static void declareVariables(Node* declaration);
+static void declareFunction(Node* function);
+}
+
+%union {
+    int integer;
+    double real;
+    char* text;
+    Node* node;
+}
+
+%destructor { free($$); } <text>
+
+%token <integer> T_INT_LITERAL
+%token <text> T_ID T_STRING_LITERAL T_CHARACTER_LITERAL
+%token <real> T_DECIMAL_LITERAL
+%token T_PLUS T_MINUS T_TIMES T_DIVIDE
+%token T_LPAREN T_RPAREN T_LBRACE T_RBRACE T_LBRACKET T_RBRACKET
+%token T_SEMICOLON T_COMMA T_ASSIGN T_PLUS_ASSIGN T_MINUS_ASSIGN T_INCREMENT T_DECREMENT
+%token T_LESS T_GREATER T_LESS_EQUAL T_GREATER_EQUAL T_EQUAL T_NOT_EQUAL T_NOT T_AND T_OR
+%token T_INT T_DOUBLE T_BOOLEAN T_CHARACTER T_VOID T_STRING
+%token T_IF T_ELSE T_ELSEIF T_EXIT T_PRINT T_TRUE T_FALSE
+%token T_FOR T_WHILE T_CONTINUE T_BREAK T_RETURN
+/* Never scanned. Unary operators need no precedence: they take a primary, which binds tighter. */
+%token UMINUS UPLUS
+
+%left T_OR
+%left T_AND
+%left T_EQUAL T_NOT_EQUAL
+%left T_LESS T_GREATER T_LESS_EQUAL T_GREATER_EQUAL
+%left T_PLUS T_MINUS
+%left T_TIMES T_DIVIDE
+
+%type <node> program external_list external_decl function_decl type param_list_opt param_list param
+%type <node> block statement_list statement declaration declarator_list declarator init_var
+%type <node> init_array expression_list assignment return_stmt print_stmt exit_stmt if_stmt
+%type <node> elseif_list elseif_clause else_opt while_stmt for_stmt for_init_opt for_cond_opt
+%type <node> for_update_opt call_stmt increment_stmt decrement_stmt opvalue bracket_value
+%type <node> paren_expression expression cast_expression cast_value unary primary
+%type <node> argument_list_opt argument_list
+
+%start program
+
+%%
+
+program:
+    external_list { ast = $$ = new Node(NodeKind::Program, $1, @1.first_line); }
+;
+
+external_list:
+    external_list external_decl { $$ = $1->addChild($2); }
+  | empty { $$ = new Node(NodeKind::ExternalList, 0, @1.first_line); }
+;
+
+external_decl:
+    function_decl
+  | statement {
+        Error::semantic("all statements must be inside a function", @1.first_line);
+        $$ = $1;
+    }
+;
+
+function_decl:
+    type T_ID T_LPAREN param_list_opt T_RPAREN block {
+        $$ = new Node(NodeKind::FunctionDeclaration, takeName($2), $1, @1.first_line);
+        $$->addChild($4)->addChild($6);
+        declareFunction($$);
+    }
+;
+
+type:
+    T_INT { $$ = new Node(NodeKind::Type, TypeName::Int, @1.first_line); }
+  | T_DOUBLE { $$ = new Node(NodeKind::Type, TypeName::Double, @1.first_line); }
+  | T_BOOLEAN { $$ = new Node(NodeKind::Type, TypeName::Boolean, @1.first_line); }
+  | T_CHARACTER { $$ = new Node(NodeKind::Type, TypeName::Character, @1.first_line); }
+  | T_VOID { $$ = new Node(NodeKind::Type, TypeName::Void, @1.first_line); }
+  | T_STRING { $$ = new Node(NodeKind::Type, TypeName::String, @1.first_line); }
+;
+
+param_list_opt:
+    param_list
+  | empty { $$ = new Node(NodeKind::ParameterList, @1.first_line); }
+;
+
+param_list:
+    param { $$ = new Node(NodeKind::ParameterList, $1, @1.first_line); }
+  | param_list T_COMMA param { $$ = $1->addChild($3); }
+;
+
+param:
+    type T_ID { $$ = new Node(NodeKind::Parameter, takeName($2), $1, @1.first_line); }
+;
+
+block:
+    T_LBRACE statement_list T_RBRACE { $$ = new Node(NodeKind::Block, $2, @1.first_line); }
+;
+
+statement_list:
+    statement_list statement { $$ = $1->addChild($2); }
+  | empty { $$ = new Node(NodeKind::StatementList, @1.first_line); }
+;
+
+statement:
+    declaration T_SEMICOLON
+  | assignment T_SEMICOLON
+  | increment_stmt T_SEMICOLON
+  | decrement_stmt T_SEMICOLON
+  | call_stmt T_SEMICOLON
+  | paren_expression T_SEMICOLON
+  | return_stmt T_SEMICOLON
+  | opvalue T_SEMICOLON {
+        Error::parser("Standalone variable or array access.", @1.first_line);
+        $$ = $1;
+    }
+  | if_stmt
+  | while_stmt
+  | for_stmt
+  | print_stmt T_SEMICOLON
+  | exit_stmt T_SEMICOLON
+  | T_CONTINUE T_SEMICOLON { $$ = new Node(NodeKind::ContinueStatement, @1.first_line); }
+  | T_BREAK T_SEMICOLON { $$ = new Node(NodeKind::BreakStatement, @1.first_line); }
+  | block
+;
+
+declaration:
+    type declarator_list {
+        $$ = new Node(NodeKind::Declaration, $1, $2, @1.first_line);
+        declareVariables($$);
+    }
+;
+
+/* An array declarator stands for the whole list: declarators behind it become its children and
+ * get no symbols (kept). */
+declarator_list:
+    declarator { $$ = new Node(NodeKind::DeclaratorList, $1, @1.first_line); }
+  | declarator_list T_COMMA declarator { $$ = $1->addChild($3); }
+  | T_ID T_LBRACKET bracket_value T_RBRACKET init_array {
+        $$ = new Node(NodeKind::ArrayDeclarator, takeName($1), $3, @1.first_line);
+        $$->addChild($5);
+    }
+;
+
+declarator:
+    T_ID init_var { $$ = new Node(NodeKind::Declarator, takeName($1), $2, @1.first_line); }
+;
+
+init_var:
+    T_ASSIGN expression { $$ = new Node(NodeKind::Initializer, $2, @1.first_line); }
+  | T_ASSIGN cast_expression { $$ = new Node(NodeKind::Initializer, $2, @1.first_line); }
+;
+
+init_array:
+    T_ASSIGN T_LBRACE expression_list T_RBRACE { $$ = $3; }
+  | empty { $$ = nullptr; }
+;
+
+expression_list:
+    expression { $$ = new Node(NodeKind::InitializationList, $1, @1.first_line); }
+  | expression_list T_COMMA expression { $$ = $1->addChild($3); }
+;
+
+assignment:
+    opvalue T_ASSIGN expression {
+        $$ = new Node(NodeKind::Assignment, $1, $3, @1.first_line);
+    }
+  | opvalue T_PLUS_ASSIGN expression {
+        $$ = new Node(NodeKind::CompoundAssignment, Operator::PlusAssign, $1, @1.first_line);
+        $$->addChild($3);
+    }
+  | opvalue T_MINUS_ASSIGN expression {
+        $$ = new Node(NodeKind::CompoundAssignment, Operator::MinusAssign, $1, @1.first_line);
+        $$->addChild($3);
+    }
+;
+
+return_stmt:
+    T_RETURN expression { $$ = new Node(NodeKind::ReturnStatement, $2, @1.first_line); }
+  | T_RETURN { $$ = new Node(NodeKind::ReturnStatement, @1.first_line); }
+;
+
+print_stmt:
+    T_PRINT T_LPAREN argument_list_opt T_RPAREN {
+        $$ = new Node(NodeKind::PrintStatement, $3, @1.first_line);
+    }
+;
+
+exit_stmt:
+    T_EXIT T_LPAREN argument_list_opt T_RPAREN { $$ = exitStatement($3, @1.first_line); }
+;
+
+if_stmt:
+    T_IF T_LPAREN expression T_RPAREN block elseif_list else_opt {
+        $$ = new Node(NodeKind::IfStatement, $3, $5, $6, @1.first_line);
+        $$->addChild($7);
+    }
+;
+
+elseif_list:
+    elseif_list elseif_clause {
+        $$ = $1 == nullptr ? new Node(NodeKind::ElseIfList, $2, @1.first_line) : $1->addChild($2);
+    }
+  | empty { $$ = nullptr; }
+;
+
+elseif_clause:
+    T_ELSEIF T_LPAREN expression T_RPAREN block {
+        $$ = new Node(NodeKind::ElseIfClause, $3, $5, @1.first_line);
+    }
+;
+
+else_opt:
+    T_ELSE block { $$ = new Node(NodeKind::ElseClause, $2, @1.first_line); }
+  | empty { $$ = nullptr; }
+;
+
+while_stmt:
+    T_WHILE T_LPAREN expression T_RPAREN block {
+        $$ = new Node(NodeKind::WhileStatement, $3, $5, @1.first_line);
+    }
+;
+
+for_stmt:
+    T_FOR T_LPAREN for_init_opt T_SEMICOLON for_cond_opt T_SEMICOLON for_update_opt T_RPAREN block {
+        $$ = new Node(NodeKind::ForStatement, $3, $5, $7, @1.first_line);
+        $$->addChild($9);
+    }
+;
+
+for_init_opt:
+    declaration { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
+  | assignment { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
+  | increment_stmt { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
+  | decrement_stmt { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
+  | expression { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
+  | empty { $$ = new Node(NodeKind::ForInit, @1.first_line); }
+;
+
+for_cond_opt:
+    expression { $$ = new Node(NodeKind::ForCondition, $1, @1.first_line); }
+  | empty { $$ = new Node(NodeKind::ForCondition, @1.first_line); }
+;
+
+for_update_opt:
+    assignment { $$ = new Node(NodeKind::ForUpdate, $1, @1.first_line); }
+  | increment_stmt { $$ = new Node(NodeKind::ForUpdate, $1, @1.first_line); }
+  | decrement_stmt { $$ = new Node(NodeKind::ForUpdate, $1, @1.first_line); }
+  | expression { $$ = new Node(NodeKind::ForUpdate, $1, @1.first_line); }
+  | empty { $$ = new Node(NodeKind::ForUpdate, @1.first_line); }
+;
+
+call_stmt:
+    T_ID T_LPAREN argument_list_opt T_RPAREN {
+        Node* callee = new Node(NodeKind::Identifier, takeName($1), @1.first_line);
+        $$ = new Node(NodeKind::CallStatement, callee, $3, @1.first_line);
+    }
+;
+
+increment_stmt:
+    T_INCREMENT opvalue { $$ = update(NodeKind::PreIncrement, $2, @1.first_line); }
+  | opvalue T_INCREMENT { $$ = update(NodeKind::PostIncrement, $1, @1.first_line); }
+  | T_INCREMENT paren_expression {
+        $$ = checkedUpdate(NodeKind::PreIncrement, $2, @1.first_line);
+    }
+  | paren_expression T_INCREMENT {
+        $$ = checkedUpdate(NodeKind::PostIncrement, $1, @1.first_line);
+    }
+  | T_LPAREN T_INCREMENT opvalue T_RPAREN {
+        $$ = update(NodeKind::PreIncrement, $3, @1.first_line);
+    }
+  | T_LPAREN opvalue T_INCREMENT T_RPAREN {
+        $$ = update(NodeKind::PostIncrement, $2, @1.first_line);
+    }
+;
+
+decrement_stmt:
+    T_DECREMENT opvalue { $$ = update(NodeKind::PreDecrement, $2, @1.first_line); }
+  | opvalue T_DECREMENT { $$ = update(NodeKind::PostDecrement, $1, @1.first_line); }
+  | T_DECREMENT paren_expression {
+        $$ = checkedUpdate(NodeKind::PreDecrement, $2, @1.first_line);
+    }
+  | paren_expression T_DECREMENT {
+        $$ = checkedUpdate(NodeKind::PostDecrement, $1, @1.first_line);
+    }
+  | T_LPAREN T_DECREMENT opvalue T_RPAREN {
+        $$ = update(NodeKind::PreDecrement, $3, @1.first_line);
+    }
+  | T_LPAREN opvalue T_DECREMENT T_RPAREN {
+        $$ = update(NodeKind::PostDecrement, $2, @1.first_line);
+    }
+;
+
+opvalue:
+    T_ID { $$ = new Node(NodeKind::Identifier, takeName($1), @1.first_line); }
+  | T_ID T_LBRACKET bracket_value T_RBRACKET {
+        Node* array = new Node(NodeKind::Identifier, takeName($1), @1.first_line);
+        $$ = new Node(NodeKind::ArrayAccess, array, $3, @1.first_line);
+    }
+;
+
+bracket_value:
+    T_ID { $$ = new Node(NodeKind::Identifier, takeName($1), @1.first_line); }
+  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @1.first_line); }
+;
+
+paren_expression:
+    T_LPAREN expression T_RPAREN {
+        $$ = new Node(NodeKind::ParenthesizedExpression, $2, @1.first_line);
+    }
+  | T_LPAREN assignment T_RPAREN { $$ = $2; }
+;
+
+expression:
+    expression T_OR expression { $$ = binary(Operator::Or, $1, $3, @1.first_line); }
+  | expression T_AND expression { $$ = binary(Operator::And, $1, $3, @1.first_line); }
+  | expression T_EQUAL expression { $$ = binary(Operator::Equal, $1, $3, @1.first_line); }
+  | expression T_NOT_EQUAL expression { $$ = binary(Operator::NotEqual, $1, $3, @1.first_line); }
+  | expression T_LESS expression { $$ = binary(Operator::Less, $1, $3, @1.first_line); }
+  | expression T_GREATER expression { $$ = binary(Operator::Greater, $1, $3, @1.first_line); }
+  | expression T_LESS_EQUAL expression { $$ = binary(Operator::LessEqual, $1, $3, @1.first_line); }
+  | expression T_GREATER_EQUAL expression { $$ = binary(Operator::GreaterEqual, $1, $3, @1.first_line); }
+  | expression T_PLUS expression { $$ = binary(Operator::Plus, $1, $3, @1.first_line); }
+  | expression T_MINUS expression { $$ = binary(Operator::Minus, $1, $3, @1.first_line); }
+  | expression T_TIMES expression { $$ = binary(Operator::Times, $1, $3, @1.first_line); }
+  | expression T_DIVIDE expression { $$ = binary(Operator::Divide, $1, $3, @1.first_line); }
+  | unary
+  | call_stmt
+;
+
+cast_expression:
+    T_LPAREN type T_RPAREN cast_value {
+        $$ = new Node(NodeKind::CastExpression, $2, $4, @1.first_line);
+    }
+;
+
+cast_value:
+    T_ID { $$ = new Node(NodeKind::Identifier, takeName($1), @1.first_line); }
+  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @1.first_line); }
+  | T_DECIMAL_LITERAL { $$ = new Node(NodeKind::DecimalLiteral, $1, @1.first_line); }
+  | T_CHARACTER_LITERAL { $$ = characterLiteral($1, @1.first_line); }
+;
+
+unary:
+    T_NOT unary { $$ = new Node(NodeKind::UnaryOp, Operator::Not, $2, @1.first_line); }
+  | T_MINUS unary { $$ = new Node(NodeKind::UnaryOp, Operator::Minus, $2, @1.first_line); }
+  | T_PLUS unary { $$ = new Node(NodeKind::UnaryOp, Operator::Plus, $2, @1.first_line); }
+  | primary
+;
+
+primary:
+    opvalue
+  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @1.first_line); }
+  | T_DECIMAL_LITERAL { $$ = new Node(NodeKind::DecimalLiteral, $1, @1.first_line); }
+  | T_STRING_LITERAL { $$ = stringLiteral($1, @1.first_line); }
+  | T_CHARACTER_LITERAL { $$ = characterLiteral($1, @1.first_line); }
+  | T_TRUE { $$ = new Node(NodeKind::BooleanLiteral, true, @1.first_line); }
+  | T_FALSE { $$ = new Node(NodeKind::BooleanLiteral, false, @1.first_line); }
+  | T_LPAREN expression T_RPAREN { $$ = $2; }
+;
+
+argument_list_opt:
+    argument_list
+  | empty { $$ = new Node(NodeKind::ArgumentList, @1.first_line); }
+;
+
+argument_list:
+    expression { $$ = new Node(NodeKind::ArgumentList, $1, @1.first_line); }
+  | argument_list T_COMMA expression { $$ = $1->addChild($3); }
+;
+
+empty:
+    %empty
+;
+
+%%
+
+// Called with the location of the token that the parser was looking at.
+static void yyerror(const char* message) {
+    Error::parser(message, yylloc.first_line);
+}
+
+/// Makes a name of the scanner's copy, and frees the copy.
+static Name takeName(char* text) {
+    const Name name{text};
+    free(text);
+    return name;
+}
+
+/// The character that a backslash and `escaped` stand for; any other character is itself.
+static char decodeEscape(char escaped) {
+    switch (escaped) {
+        case 'n':
+            return '\n';
+        case 't':
+            return '\t';
+        case 'r':
+            return '\r';
+        case 'b':
+            return '\b';
+        case 'f':
+            return '\f';
+        case '0':
+            return '\0';
+        default:
+            return escaped;
+    }
+}
+
+/// The text of a string or character literal as it was scanned, without its quotes (if it has both)
+/// and with its escapes decoded. Null gives the empty text.
+static std::string decodeQuotedLiteral(const char* text) {
+    std::string_view raw = text == nullptr ? std::string_view{} : std::string_view{text};
+    const bool isQuoted = raw.size() >= 2 && raw.front() == raw.back() &&
+                          (raw.front() == '"' || raw.front() == '\'');
+    if (isQuoted) {
+        raw = raw.substr(1, raw.size() - 2);
+    }
+    std::string decoded;
+    decoded.reserve(raw.size());
+    for (std::size_t at = 0; at < raw.size(); ++at) {
+        const bool isEscape = raw[at] == '\\' && at + 1 < raw.size();
+        decoded += isEscape ? decodeEscape(raw[++at]) : raw[at];
+    }
+    return decoded;
+}
+
+/// The first character of the decoded literal; NUL when there is none.
+static char decodeCharacterLiteral(const char* text) {
+    const std::string decoded = decodeQuotedLiteral(text);
+    return decoded.empty() ? '\0' : decoded.front();
+}
+
+static Node* stringLiteral(char* text, int line) {
+    Node* literal = new Node(NodeKind::StringLiteral, Name{decodeQuotedLiteral(text)}, line);
+    free(text);
+    return literal;
+}
+
+static Node* characterLiteral(char* text, int line) {
+    Node* literal = new Node(NodeKind::CharacterLiteral, decodeCharacterLiteral(text), line);
+    free(text);
+    return literal;
+}
+
+/// Null, with an error reported, when there are too many arguments.
+static Node* exitStatement(Node* arguments, int line) {
+    if (arguments->getChildren().size() > 1) {
+        Error::parser("> 1 arguments passed to exit().", line);
+        return nullptr;
+    }
+    return new Node(NodeKind::ExitStatement, arguments, line);
+}
+
+static Node* binary(Name op, Node* left, Node* right, int line) {
+    return (new Node(NodeKind::BinaryOp, op, left, line))->addChild(right);
+}
+
+static Name updateOperator(Name kind) {
+    const bool increments = kind == NodeKind::PreIncrement || kind == NodeKind::PostIncrement;
+    return increments ? Operator::Increment : Operator::Decrement;
+}
+
+static Node* update(Name kind, Node* target, int line) {
+    return new Node(kind, updateOperator(kind), target, line);
+}
+
+/// Whether a parenthesised operand is, below its parentheses, a variable or an array element.
+static bool isIncrementDecrementTarget(Node* node) {
+    if (node == nullptr) {
+        return false;
+    }
+    if (node->kindName() == NodeKind::ParenthesizedExpression && node->getChildren().size() == 1) {
+        node = node->getChildren()[0];
+    }
+    return node->kindName() == NodeKind::Identifier || node->kindName() == NodeKind::ArrayAccess;
+}
+
+/// Null, with an error reported, when the operand cannot be updated.
+static Node* checkedUpdate(Name kind, Node* target, int line) {
+    if (!isIncrementDecrementTarget(target)) {
+        const std::string& op = updateOperator(kind).text();
+        Error::parser("Invalid increment/decrement target: expressions like " + op +
+                          "(x + 1) or (x + 1)" + op + " are not allowed.",
+                      line);
+        return nullptr;
+    }
+    return update(kind, target, line);
+}
+
+/// Queues a symbol for each variable of a declaration.
+static void declareVariables(Node* declaration) {
+    const NodeList& children = declaration->getChildren();
+    if (children[1]->kindName() == NodeKind::ArrayDeclarator) {
+        symbols.push(new Symbol(children[0], children[1]));
+        return;
+    }
+    for (Node* declarator : children[1]->getChildren()) {
+        symbols.push(new Symbol(children[0], declarator));
+    }
+}
+
+/// Files a parameter or variable of `function`, or drops it when its name is taken.
+static void fileInFunction(Name function, std::unique_ptr<Symbol> symbol) {
+    symbol->updateScope(function);
+    if (symbolTable.insertSymbol(function, symbol.get())) {
+        symbol.release();
+    }
+}
+
+/// Files a complete function: its symbol, its parameters, then the declarations queued since the
+/// function before it.
+static void declareFunction(Node* function) {
+    const Name name = function->stringValue();
+    const int line = function->getLine();
+    auto symbol = std::make_unique<Symbol>(function->getChildren()[0], function);
+    const std::vector<Symbol*> parameters = symbol->getParameters();
+    if (symbolTable.insertSymbol(name, line, symbol.get())) {
+        symbol.release();
+    }
+    for (Symbol* parameter : parameters) {
+        fileInFunction(name, std::unique_ptr<Symbol>{parameter});
+    }
+    for (; !symbols.empty(); symbols.pop()) {
+        std::unique_ptr<Symbol> variable{symbols.front()};
+        if (variable->isArraySymbol()) {
+            variable->updateArraySizeSymbol(
+                symbolTable.lookup(name, variable->sizeSymbolName(), line));
+        }
+        fileInFunction(name, std::move(variable));
+    }
+}

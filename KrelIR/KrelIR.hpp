@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "shared/ast/name.hpp"
+#include "shared/krelir-cfg/ir-program.hpp"
+
+class Node;
+
+/// Lowers the analysed tree into textual three-address code, one instruction a line, in numbered
+/// basic blocks. Types do not matter here, and nothing is checked: the analyser has done that. A
+/// tree shape that it lets through and that has no lowering is an internal error and aborts. One
+/// generator serves one compilation and owns its program.
+class KrelIR {
+public:
+    KrelIR() = default;
+    KrelIR(const KrelIR&) = delete;
+    KrelIR& operator=(const KrelIR&) = delete;
+
+    /// Lowers all functions below `root` (null: none) into a program that replaces the last one.
+    IRProgram& analyze(Node* root);
+    /// The program made last; empty at first.
+    IRProgram& getProgram() { return program; }
+
+private:
+    using Statement = void (KrelIR::*)(Node*);
+    using Expression = std::string (KrelIR::*)(Node*);
+
+    /// The blocks that `continue` and `break` jump to.
+    using Loop = std::pair<int, int>;
+
+    struct Arm {
+        Node* condition;
+        Node* block;
+        int test;  // the block of the condition; none for the first arm
+        int body;
+    };
+
+    static Statement statementOf(Name kind);
+    static Expression expressionOf(Name kind);
+
+    void visit(Node* node);
+    void visitFunctionDeclaration(Node* node);
+    void visitParameters(Node* list);
+    void visitBlock(Node* node);
+    void visitStatement(Node* node);
+    void visitDeclaration(Node* node);
+    void visitExpressionStatement(Node* node);
+    void visitAssignment(Node* node);
+    void visitCompoundAssignment(Node* node);
+    void visitUpdate(Node* node);
+    void visitCall(Node* node);
+    void visitPrintStatement(Node* node);
+    void visitExitStatement(Node* node);
+    void visitReturnStatement(Node* node);
+    void visitWhileStatement(Node* node);
+    void visitForStatement(Node* node);
+    void visitIfStatement(Node* node);
+    void visitBreakStatement(Node* node);
+    void visitContinueStatement(Node* node);
+
+    std::string expression(Node* node);
+    std::string binaryOp(Node* node, const std::string& left);
+    std::string unaryOp(Node* node, const std::string& operand);
+    std::string conversion(Node* node);
+    std::string identifier(Node* node);
+    std::string parenthesized(Node* node);
+    std::string assignmentValue(Node* node);
+    std::string updateValue(Node* node);
+    std::string unresolvedCast(Node* node);
+    std::string call(Node* node);
+    std::string lvalue(Node* node);
+    std::string literal(Node* node);
+    void assign(const std::string& target, Node* value);
+    std::string negatedCondition(Node* node);
+
+    int newBlock() { return ++blockCounter; }
+    std::string newTemporary();
+    void emitLabel(int number);
+    void emit(std::string text);
+    void emitJump(int block);
+    void emitBranchUnless(Node* condition, int block);
+    void separateInstructions();
+
+    /// Child `index` of a node; an internal error when it has none.
+    static Node* childOf(const Node* node, std::size_t index);
+    static bool endsInReturn(Node* block);
+    static bool isLiteral(Node* node);
+    static std::string quote(std::string_view text, char quotationMark);
+    static std::string_view updateOperator(std::string_view kind);
+
+    IRProgram program;
+    // Both point into `program` and are set anew at every function and block that is added, which
+    // may move the ones before it. Null outside a function, and before its first block.
+    IRFunction* currentFunction = nullptr;
+    IRBasicBlock* currentBlock = nullptr;
+    bool separateNextInstruction = false;
+    int temporaryCounter = 0;  // the next temporary of the function
+    int blockCounter = 0;      // the last block number handed out in the function
+    std::vector<Loop> loops;   // the loops around the statement, innermost last
+};

@@ -1,0 +1,256 @@
+// Expressions, calls, assignments and conditions. Each operation returns the text that stands for
+// the value in later instructions, and emits the instructions that compute it. Temporaries are
+// numbered in the order in which they are taken; that order is part of the output.
+
+#include <vector>
+
+#include "KrelIR/KrelIR.hpp"
+#include "KrelIR/text.hpp"
+#include "shared/ast/node.hpp"
+#include "shared/error/internalError.hpp"
+
+namespace {
+
+/// The comparison that holds exactly when `op` does not; empty when `op` is no comparison. Doubles
+/// are inverted by the same table (kept: a NaN makes both false, or both true).
+Name inverseComparison(Name op) {
+    static const NameTable<Name> inverses = {
+        {Operator::Equal, Operator::NotEqual},    {Operator::NotEqual, Operator::Equal},
+        {Operator::Less, Operator::GreaterEqual}, {Operator::LessEqual, Operator::Greater},
+        {Operator::Greater, Operator::LessEqual}, {Operator::GreaterEqual, Operator::Less},
+    };
+    return inverses.find(op);
+}
+
+bool isOperation(const Node& node) {
+    return node.kindName() == NodeKind::BinaryOp || node.kindName() == NodeKind::UnaryOp;
+}
+
+}  // namespace
+
+KrelIR::Expression KrelIR::expressionOf(Name kind) {
+    static const NameTable<Expression> expressions = {
+        {NodeKind::IntLiteral, &KrelIR::literal},
+        {NodeKind::DecimalLiteral, &KrelIR::literal},
+        {NodeKind::StringLiteral, &KrelIR::literal},
+        {NodeKind::CharacterLiteral, &KrelIR::literal},
+        {NodeKind::BooleanLiteral, &KrelIR::literal},
+        {NodeKind::Identifier, &KrelIR::identifier},
+        {NodeKind::ParenthesizedExpression, &KrelIR::parenthesized},
+        {NodeKind::ArrayAccess, &KrelIR::lvalue},
+        {NodeKind::CastExpression, &KrelIR::unresolvedCast},
+        {NodeKind::IntToDouble, &KrelIR::conversion},
+        {NodeKind::IntToChar, &KrelIR::conversion},
+        {NodeKind::CharToInt, &KrelIR::conversion},
+        {NodeKind::IntToString, &KrelIR::conversion},
+        {NodeKind::DoubleToString, &KrelIR::conversion},
+        {NodeKind::BoolToString, &KrelIR::conversion},
+        {NodeKind::CharToString, &KrelIR::conversion},
+        {NodeKind::CallStatement, &KrelIR::call},
+        {NodeKind::Assignment, &KrelIR::assignmentValue},
+        {NodeKind::CompoundAssignment, &KrelIR::assignmentValue},
+        {NodeKind::PostIncrement, &KrelIR::updateValue},
+        {NodeKind::PreIncrement, &KrelIR::updateValue},
+        {NodeKind::PostDecrement, &KrelIR::updateValue},
+        {NodeKind::PreDecrement, &KrelIR::updateValue},
+    };
+    return expressions.find(kind);
+}
+
+// Operators associate to the left, so a chain of a million of them is a million levels deep on its
+// left side. That side is walked down and up again here; only right operands recurse.
+std::string KrelIR::expression(Node* node) {
+    std::vector<Node*> operations;
+    while (isOperation(*node)) {
+        operations.push_back(node);
+        node = childOf(node, 0);
+    }
+    const Expression lower = expressionOf(node->kindName());
+    if (lower == nullptr) {
+        internalError("Unsupported expression node: " + node->getKind());
+    }
+    std::string value = (this->*lower)(node);
+    for (; !operations.empty(); operations.pop_back()) {
+        Node* operation = operations.back();
+        value = operation->kindName() == NodeKind::BinaryOp ? binaryOp(operation, value)
+                                                            : unaryOp(operation, value);
+    }
+    return value;
+}
+
+/// The operation on its left operand's value. Both operands are always evaluated, those of "&&" and
+/// "||" too.
+std::string KrelIR::binaryOp(Node* node, const std::string& left) {
+    const std::string right = expression(childOf(node, 1));
+    std::string result = newTemporary();
+    emit(concat(result, " = ", left, " ", node->getStringValue(), " ", right));
+    return result;
+}
+
+std::string KrelIR::unaryOp(Node* node, const std::string& operand) {
+    std::string result = newTemporary();
+    emit(concat(result, " = ", node->getStringValue(), " ", operand));
+    return result;
+}
+
+std::string KrelIR::conversion(Node* node) {
+    const std::string operand = expression(childOf(node, 0));
+    std::string result = newTemporary();
+    emit(concat(result, " = ", node->getKind(), " ", operand));
+    return result;
+}
+
+std::string KrelIR::identifier(Node* node) {
+    return node->getStringValue();
+}
+
+std::string KrelIR::parenthesized(Node* node) {
+    return expression(childOf(node, 0));
+}
+
+std::string KrelIR::assignmentValue(Node* node) {
+    visitStatement(node);
+    return lvalue(childOf(node, 0));
+}
+
+std::string KrelIR::updateValue(Node* node) {
+    const std::string& kind = node->getKind();
+    const std::string place = lvalue(childOf(node, 0));
+    const std::string before = newTemporary();
+    emit(concat(before, " = ", place));
+    const std::string after = newTemporary();
+    emit(concat(after, " = ", place, " ", updateOperator(kind), " 1"));
+    emit(concat(place, " = ", after));
+    return kind.starts_with("Post") ? before : after;
+}
+
+std::string KrelIR::unresolvedCast(Node* /*node*/) {
+    internalError("CastExpression should have been resolved during semantic analysis.");
+}
+
+// All arguments are computed before the first is passed. A call that the analyser did not type has
+// a result, even if the function has none.
+std::string KrelIR::call(Node* node) {
+    const NodeList& children = node->getChildren();
+    if (children.empty()) {
+        internalError("CallStatement node has no callee.");
+    }
+    std::vector<std::string> values;
+    if (children.size() > 1) {
+        for (Node* argument : children[1]->getChildren()) {
+            values.push_back(expression(argument));
+        }
+    }
+    for (const std::string& value : values) {
+        emit(concat("arg ", value));
+    }
+    const std::string callee = lvalue(children[0]);
+    const std::string count = std::to_string(values.size());
+    if (node->semanticTypeName() == TypeName::Void) {
+        emit(concat("call ", callee, ", ", count));
+        return {};
+    }
+    std::string result = newTemporary();
+    emit(concat(result, " = call ", callee, ", ", count));
+    return result;
+}
+
+// The index is lowered before the array's name.
+std::string KrelIR::lvalue(Node* node) {
+    if (node->kindName() == NodeKind::Identifier) {
+        return node->getStringValue();
+    }
+    if (node->kindName() != NodeKind::ArrayAccess) {
+        internalError("Unsupported lvalue node: " + node->getKind());
+    }
+    const std::string index = expression(childOf(node, 1));
+    const std::string array = expression(childOf(node, 0));
+    return concat(array, "[", index, "]");
+}
+
+// A variable or element is never copied straight into another: the copy passes through a temporary,
+// which is taken before those of the source's index.
+void KrelIR::assign(const std::string& target, Node* value) {
+    if (isLiteral(value)) {
+        emit(concat(target, " = ", literal(value)));
+    } else if (value->kindName() == NodeKind::Identifier ||
+               value->kindName() == NodeKind::ArrayAccess) {
+        const std::string copy = newTemporary();
+        const std::string source = lvalue(value);
+        emit(concat(copy, " = ", source));
+        emit(concat(target, " = ", copy));
+    } else {
+        const std::string result = expression(value);
+        emit(concat(target, " = ", result));
+    }
+}
+
+// In the last case the result's temporary is taken before the operand is lowered (kept).
+std::string KrelIR::negatedCondition(Node* node) {
+    while (node->kindName() == NodeKind::ParenthesizedExpression) {
+        node = childOf(node, 0);
+    }
+    const Name op = node->stringValue();
+    if (node->kindName() == NodeKind::UnaryOp && op == Operator::Not) {
+        return expression(childOf(node, 0));
+    }
+    if (node->kindName() == NodeKind::BinaryOp && !inverseComparison(op).empty()) {
+        const std::string left = expression(childOf(node, 0));
+        const std::string right = expression(childOf(node, 1));
+        std::string result = newTemporary();
+        emit(concat(result, " = ", left, " ", inverseComparison(op).text(), " ", right));
+        return result;
+    }
+    std::string result = newTemporary();
+    const std::string value = expression(node);
+    emit(concat(result, " = !", value));
+    return result;
+}
+
+std::string KrelIR::newTemporary() {
+    return concat("_t", std::to_string(temporaryCounter++));
+}
+
+bool KrelIR::isLiteral(Node* node) {
+    return expressionOf(node->kindName()) == &KrelIR::literal;
+}
+
+std::string KrelIR::literal(Node* node) {
+    if (node->kindName() == NodeKind::StringLiteral) {
+        return quote(node->getStringValue(), '"');
+    }
+    if (node->kindName() == NodeKind::CharacterLiteral) {
+        return quote(std::string(1, node->getCharValue()), '\'');
+    }
+    return node->valueAsString();
+}
+
+std::string KrelIR::quote(std::string_view text, char quotationMark) {
+    std::string quoted;
+    quoted.reserve(text.size() + 2);
+    quoted += quotationMark;
+    for (const char character : text) {
+        switch (character) {
+            case '\n':
+                quoted += "\\n";
+                break;
+            case '\r':
+                quoted += "\\r";
+                break;
+            case '\t':
+                quoted += "\\t";
+                break;
+            default:
+                if (character == '\\' || character == quotationMark) {
+                    quoted += '\\';
+                }
+                quoted += character;
+        }
+    }
+    quoted += quotationMark;
+    return quoted;
+}
+
+std::string_view KrelIR::updateOperator(std::string_view kind) {
+    return kind.find("Increment") != std::string_view::npos ? "+" : "-";
+}

@@ -1,0 +1,10 @@
+// The one line on standard error by which a program learns why it is being ended.
+#pragma once
+
+namespace krel {
+
+// Writes "krel: runtime error: ", the two texts and a line feed to standard error, in one piece.
+// A failure to write it is not noticed.
+void reportRuntimeError(const char* what, const char* detail = "");
+
+}  // namespace krel

@@ -1,0 +1,140 @@
+#include "codegen/runtime/traps.hpp"
+
+#include <cstddef>
+#include <initializer_list>
+
+#include "codegen/runtime/output.hpp"
+#include "codegen/runtime/report.hpp"
+#include "codegen/runtime/systemCalls.hpp"
+
+namespace krel {
+
+namespace {
+
+// What follows are the kernel's structures and numbers for x86-64.
+
+enum Signal : int {
+    illegalInstruction = 4,
+    aborted = 6,
+    busError = 7,
+    arithmetic = 8,
+    segment = 11
+};
+
+struct SignalAction {
+    void (*handler)(int signal, const struct SignalInfo* info, const struct SignalContext* context);
+    unsigned long flags;
+    void (*restorer)();
+    unsigned long mask;
+};
+
+struct SignalInfo {
+    int signal;
+    int error;
+    int code;
+    int padding;
+    std::uintptr_t faultAddress;
+};
+
+struct SignalStack {
+    void* base;
+    int flags;
+    std::size_t size;
+};
+
+struct SignalContext {
+    unsigned long flags;
+    const SignalContext* link;
+    SignalStack stack;
+    std::uint64_t r8ToR15[8];
+    std::uint64_t rdi, rsi, rbp, rbx, rdx, rax, rcx, rsp, rip;
+};
+
+constexpr unsigned long withInfo = 0x4;
+constexpr unsigned long withRestorer = 0x04000000;
+constexpr unsigned long onAlternateStack = 0x08000000;
+constexpr unsigned long resetWhenCaught = 0x80000000;
+
+constexpr std::size_t signalSetSize = 8;
+
+alignas(16) char alternateStack[std::size_t{1} << 16];
+std::uintptr_t mainStackEnd;
+
+[[gnu::naked]] void returnFromSignal() {
+    asm volatile(
+        "movl $15, %eax\n\t"
+        "syscall");
+}
+
+void setSignalAction(int signal, const SignalAction& action) {
+    system::call(system::number::sigaction, signal, system::addressOf(&action), 0, signalSetSize);
+}
+
+// Whether the next instruction is the division that the compiler emits, "idivq %rcx".
+bool isDivisionByRcx(std::uintptr_t instruction) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(instruction);
+    return bytes[0] == 0x48 && bytes[1] == 0xF7 && bytes[2] == 0xF9;
+}
+
+const char* describeArithmeticFault(const SignalContext& context) {
+    if (isDivisionByRcx(context.rip) && context.rcx != 0) {
+        return "integer division overflow";
+    }
+    return "integer division by zero";
+}
+
+// A frame that does not fit is found out when it is touched, between the stack pointer, or what a
+// call pushes below it, and the stack's end; within a stack that has room nothing faults there.
+bool isStackOverflow(const SignalInfo& info, const SignalContext& context) {
+    constexpr std::uintptr_t pushed = 256;
+    return info.faultAddress >= context.rsp - pushed && info.faultAddress < mainStackEnd;
+}
+
+const char* describe(const SignalInfo& info, const SignalContext& context) {
+    const bool sentByProcess = info.code <= 0;
+    if (sentByProcess) {
+        return "ended by a signal from outside";
+    }
+    switch (info.signal) {
+        case arithmetic:
+            return describeArithmeticFault(context);
+        case illegalInstruction:
+            return "illegal instruction";
+        case segment:
+            return isStackOverflow(info, context) ? "stack overflow" : "invalid memory access";
+        default:
+            return "invalid memory access";
+    }
+}
+
+// The signal's action has been reset when this runs, and the signal is blocked until it returns:
+// the one raised here ends the program then, before its next instruction.
+void handleTrap(int signal, const SignalInfo* info, const SignalContext* context) {
+    standardOutput.flush();
+    reportRuntimeError(describe(*info, *context));
+    system::raise(signal);
+}
+
+}  // namespace
+
+void catchTraps(std::uintptr_t stackEnd) {
+    mainStackEnd = stackEnd;
+    const SignalStack stack = {alternateStack, 0, sizeof alternateStack};
+    system::call(system::number::sigaltstack, system::addressOf(&stack));
+    const SignalAction action = {handleTrap,
+                                 withInfo | withRestorer | onAlternateStack | resetWhenCaught,
+                                 returnFromSignal, 0};
+    for (const int signal : {illegalInstruction, busError, arithmetic, segment}) {
+        setSignalAction(signal, action);
+    }
+}
+
+void endOutOfMemory() {
+    standardOutput.flush();
+    reportRuntimeError("out of memory");
+    setSignalAction(aborted, SignalAction{});
+    system::raise(aborted);
+    system::exitProcess(128 + aborted);
+}
+
+}  // namespace krel

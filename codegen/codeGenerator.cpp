@@ -1,0 +1,131 @@
+// The whole assembly text: functions, then constants. Comes in: the program, which is only read.
+// Frames are planned in frame.cpp, lines translated in instructions.cpp, operands in operands.cpp.
+
+#include "codegen/codeGenerator.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "codegen/assemblyWriter.hpp"
+#include "codegen/irText.hpp"
+#include "shared/krelir-cfg/ir-program.hpp"
+
+namespace {
+
+std::string blockLabel(std::string_view function, int number) {
+    return ".L" + std::string{function} + "_B" + std::to_string(number);
+}
+
+/// Puts a backslash before quotes and backslashes. The escapes inside a literal thereby reach the
+/// data as the characters that they are written with; the runtime decodes them.
+std::string escapeAssemblyString(std::string_view text) {
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char character : text) {
+        if (character == '"' || character == '\\') {
+            escaped += '\\';
+        }
+        escaped += character;
+    }
+    return escaped;
+}
+
+/// The literals of a map with their labels, ordered by label byte by byte: .LC10 before .LC2.
+std::vector<std::pair<std::string, std::string_view>> sortedByLabel(
+    const std::unordered_map<std::string_view, int>& labels, std::string_view prefix) {
+    std::vector<std::pair<std::string, std::string_view>> sorted;
+    sorted.reserve(labels.size());
+    for (const auto& [literal, number] : labels) {
+        sorted.emplace_back(std::string{prefix} + std::to_string(number), literal);
+    }
+    std::sort(sorted.begin(), sorted.end());
+    return sorted;
+}
+
+constexpr std::string_view stringPrefix = ".LC";
+constexpr std::string_view doublePrefix = ".LCD";
+
+}  // namespace
+
+void CodeGenerator::generate(const IRProgram& program, std::ostream& stream) {
+    AssemblyWriter writer{stream};
+    out = &writer;
+    stringLabels.clear();
+    doubleLabels.clear();
+    collectStringLiterals(program);
+    out->write("\t.text\n");
+    for (const IRFunction& function : program.getFunctions()) {
+        emitFunction(function);
+    }
+    emitReadOnlyData();
+    out->write("\t.section .note.GNU-stack,\"\",@progbits\n");
+    out = nullptr;
+}
+
+// Character literals are not looked for (kept): one that holds a double quote begins a string.
+void CodeGenerator::collectStringLiterals(const IRProgram& program) {
+    for (const IRFunction& function : program.getFunctions()) {
+        for (const IRBasicBlock& block : function.getBlocks()) {
+            for (const IRInstruction& instruction : block.getInstructions()) {
+                const std::string_view text = instruction.getText();
+                std::size_t begin = text.find('"');
+                while (begin != std::string_view::npos) {
+                    const std::size_t end = stringLiteralEnd(text, begin);
+                    if (end == std::string_view::npos) {
+                        throw std::runtime_error("unterminated string literal in IR instruction: " +
+                                                 instruction.getText());
+                    }
+                    internString(text.substr(begin, end - begin));
+                    begin = text.find('"', end);
+                }
+            }
+        }
+    }
+}
+
+std::string CodeGenerator::internLiteral(Labels& labels, std::string_view prefix,
+                                         std::string_view literal) {
+    const auto entry = labels.try_emplace(literal, static_cast<int>(labels.size())).first;
+    return std::string{prefix} + std::to_string(entry->second);
+}
+
+std::string CodeGenerator::internString(std::string_view literal) {
+    return internLiteral(stringLabels, stringPrefix, literal);
+}
+
+std::string CodeGenerator::internDouble(std::string_view literal) {
+    return internLiteral(doubleLabels, doublePrefix, literal);
+}
+
+void CodeGenerator::emitReadOnlyData() {
+    if (stringLabels.empty() && doubleLabels.empty()) {
+        return;
+    }
+    out->write("\n\t.section .rodata\n");
+    for (const auto& [label, literal] : sortedByLabel(stringLabels, stringPrefix)) {
+        const std::string_view text = literal.substr(1, literal.size() - 2);
+        out->write(label, ":\n\t.string \"", escapeAssemblyString(text), "\"\n");
+    }
+    for (const auto& [label, literal] : sortedByLabel(doubleLabels, doublePrefix)) {
+        out->write(label, ":\n\t.double ", literal, "\n");
+    }
+}
+
+void CodeGenerator::emitFunction(const IRFunction& function) {
+    FunctionContext context{function};
+    planFrame(function, context);
+    const std::string& name = context.name;
+    out->write("\n\t.globl ", name, "\n\t.type ", name, ", @function\n", name, ":\n");
+    out->write("\tpushq %rbp\n\tmovq %rsp, %rbp\n");
+    if (context.frameSize != 0) {
+        out->write("\tsubq $", std::to_string(context.frameSize), ", %rsp\n");
+    }
+    for (const IRBasicBlock& block : function.getBlocks()) {
+        out->write(blockLabel(name, block.getNumber()), ":\n");
+        for (const IRInstruction& instruction : block.getInstructions()) {
+            emitInstruction(instruction.getText(), context);
+        }
+    }
+    out->write(context.returnLabel, ":\n\tleave\n\tret\n\t.size ", name, ", .-", name, "\n");
+}

@@ -1,0 +1,127 @@
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "codegen/irForms.hpp"
+#include "shared/ast/name.hpp"
+
+class AssemblyWriter;
+class IRFunction;
+class IRProgram;
+class SymbolTable;
+
+/// Translates a program into x86-64 assembly text (AT&T syntax, System V calling convention), to be
+/// linked with the runtime object. It is deliberately direct: every named value of a function has a
+/// slot of its own in the stack frame, and every line is translated by itself, into loads into
+/// fixed registers, one operation and a store. Programs that it cannot translate make it throw
+/// std::runtime_error; what was written until then stays written.
+class CodeGenerator {
+public:
+    /// The table is only read, and must outlive the generator.
+    explicit CodeGenerator(const SymbolTable& table) : symbolTable(table) {}
+    CodeGenerator(const CodeGenerator&) = delete;
+    CodeGenerator& operator=(const CodeGenerator&) = delete;
+
+    /// Writes the assembly text of the whole program. May be called for several programs, one after
+    /// the other. Throws std::runtime_error; a failure of the stream stays in its state.
+    void generate(const IRProgram& program, std::ostream& stream);
+
+private:
+    /// A named value of the function being emitted.
+    struct Value {
+        bool hasSlot = false;
+        std::string address;  // of its slot, as an operand: "-24(%rbp)"
+        int length = 0;       // elements of an array; 0 for anything else
+        Name declaredType;    // of its symbol; empty without one
+        Name type;            // what it is believed to hold now; empty when nothing is known
+    };
+
+    /// What an operand text stands for. The views point into the line.
+    struct Operand {
+        enum class Kind { Boolean, Integer, Double, String, Character, Element, Named, Unknown };
+
+        Kind kind = Kind::Unknown;
+        std::string_view text;   // trimmed
+        Value* value = nullptr;  // of the name or the array; null when it has none
+        std::string_view name;   // of the array
+        std::string_view index;  // of the element
+    };
+
+    struct FunctionContext {
+        explicit FunctionContext(const IRFunction& function);
+
+        std::string name;
+        Name scope;  // the same as a name, for look-ups
+        std::string returnLabel;
+        std::unordered_map<std::string_view, Value> values;
+        std::vector<std::string_view> pendingArguments;  // of the next call
+        std::size_t parameterIndex = 0;                  // integer-class parameters stored so far
+        std::size_t doubleParameterIndex = 0;            // double parameters stored so far
+        long long frameSize = 0;                         // bytes below the saved %rbp
+    };
+
+    using Labels = std::unordered_map<std::string_view, int>;
+    using Emit = void (CodeGenerator::*)(const IRLine&, FunctionContext&);
+
+    // Frames, functions and constants: frame.cpp, codeGenerator.cpp.
+    void collectStringLiterals(const IRProgram& program);
+    static std::string internLiteral(Labels& labels, std::string_view prefix,
+                                     std::string_view literal);
+    std::string internString(std::string_view literal);
+    std::string internDouble(std::string_view literal);
+    void emitReadOnlyData();
+    void planFrame(const IRFunction& function, FunctionContext& context) const;
+    int slotLength(std::string_view name, Value& value, const FunctionContext& context) const;
+    void emitFunction(const IRFunction& function);
+
+    // Lines: instructions.cpp.
+    static Emit emitterOf(IRForm form);
+    void emitInstruction(std::string_view text, FunctionContext& context);
+    void emitIntegerParameter(const IRLine& line, FunctionContext& context);
+    void emitDoubleParameter(const IRLine& line, FunctionContext& context);
+    void emitArgument(const IRLine& line, FunctionContext& context);
+    void emitCallWithResult(const IRLine& line, FunctionContext& context);
+    void emitCallWithoutResult(const IRLine& line, FunctionContext& context);
+    void emitBranch(const IRLine& line, FunctionContext& context);
+    void emitJump(const IRLine& line, FunctionContext& context);
+    void emitReturn(const IRLine& line, FunctionContext& context);
+    void emitReturnValue(const IRLine& line, FunctionContext& context);
+    void emitConversion(const IRLine& line, FunctionContext& context);
+    void emitIntToDouble(const IRLine& line, FunctionContext& context);
+    void emitDoubleToString(const IRLine& line, FunctionContext& context);
+    void emitBinaryOperation(const IRLine& line, FunctionContext& context);
+    void emitDoubleOperation(const IRLine& line, const Operand& left, const Operand& right,
+                             FunctionContext& context);
+    void emitConcatenation(const IRLine& line, const Operand& left, const Operand& right,
+                           FunctionContext& context);
+    void emitIntegerOperation(const IRLine& line, const Operand& left, const Operand& right,
+                              FunctionContext& context);
+    void emitUnaryOperation(const IRLine& line, FunctionContext& context);
+    void emitElementStore(const IRLine& line, FunctionContext& context);
+    void emitCopy(const IRLine& line, FunctionContext& context);
+
+    // Operands and calls: operands.cpp.
+    static Operand operandOf(std::string_view text, FunctionContext& context);
+    Name typeOf(const Operand& operand, const FunctionContext& context) const;
+    Name declaredTypeOf(std::string_view name, const FunctionContext& context) const;
+    static void recordType(const Operand& target, Name type);
+    void loadValue(const Operand& operand, std::string_view reg, FunctionContext& context);
+    void loadDouble(const Operand& operand, std::string_view reg, FunctionContext& context);
+    void storeValue(const Operand& target, std::string_view reg, FunctionContext& context);
+    void storeDouble(const Operand& target, std::string_view reg, FunctionContext& context);
+    void loadElementAddress(const Operand& element, FunctionContext& context);
+    void emitCall(std::optional<std::string_view> result, std::string_view callee,
+                  FunctionContext& context);
+    void passArguments(FunctionContext& context);
+
+    const SymbolTable& symbolTable;
+    AssemblyWriter* out = nullptr;  // while generate runs
+    Labels stringLabels;            // from the literal as it is written; into the program's text
+    Labels doubleLabels;
+};

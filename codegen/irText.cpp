@@ -1,0 +1,164 @@
+#include "codegen/irText.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace {
+
+enum CharacterClass : std::uint8_t { space = 1, digit = 2, letter = 4 };
+
+constexpr std::array<std::uint8_t, 256> makeClasses() {
+    std::array<std::uint8_t, 256> classes{};
+    for (const char character : {' ', '\t', '\n', '\v', '\f', '\r'}) {
+        classes[static_cast<unsigned char>(character)] = space;
+    }
+    for (int character = '0'; character <= '9'; ++character) {
+        classes[static_cast<std::size_t>(character)] = digit;
+    }
+    for (int character = 'a'; character <= 'z'; ++character) {
+        classes[static_cast<std::size_t>(character)] = letter;
+        classes[static_cast<std::size_t>(character - 'a' + 'A')] = letter;
+    }
+    classes['_'] = letter;
+    return classes;
+}
+
+constexpr std::array<std::uint8_t, 256> classes = makeClasses();
+
+bool hasClass(char character, unsigned wanted) {
+    return (classes[static_cast<unsigned char>(character)] & wanted) != 0;
+}
+
+bool isLineBreak(char character) {
+    return character == '\n' || character == '\r';
+}
+
+std::string_view withoutSign(std::string_view text) {
+    const bool isSigned = !text.empty() && (text.front() == '+' || text.front() == '-');
+    return text.substr(isSigned ? 1 : 0);
+}
+
+}  // namespace
+
+bool isSpace(char character) {
+    return hasClass(character, space);
+}
+
+bool isDigit(char character) {
+    return hasClass(character, digit);
+}
+
+bool beginsName(char character) {
+    return hasClass(character, letter);
+}
+
+bool isNameCharacter(char character) {
+    return hasClass(character, letter | digit);
+}
+
+std::string_view trim(std::string_view text) {
+    constexpr std::string_view trimmed = " \t\r\n";
+    const std::size_t begin = text.find_first_not_of(trimmed);
+    if (begin == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(begin, text.find_last_not_of(trimmed) - begin + 1);
+}
+
+bool isIntegerLiteral(std::string_view text) {
+    const std::string_view digits = withoutSign(text);
+    return !digits.empty() && std::all_of(digits.begin(), digits.end(), isDigit);
+}
+
+bool isDoubleLiteral(std::string_view text) {
+    const std::string_view digits = withoutSign(text);
+    const std::size_t point = digits.find('.');
+    if (point == std::string_view::npos || digits.size() < 2) {
+        return false;
+    }
+    const std::string_view fraction = digits.substr(point + 1);
+    return std::all_of(digits.begin(), digits.begin() + point, isDigit) &&
+           std::all_of(fraction.begin(), fraction.end(), isDigit);
+}
+
+bool isStringLiteral(std::string_view text) {
+    return text.size() >= 2 && text.front() == '"' && text.back() == '"';
+}
+
+bool isCharacterLiteral(std::string_view text) {
+    return text.size() > 1 && text.front() == '\'' && text.back() == '\'';
+}
+
+bool isIdentifier(std::string_view text) {
+    return !text.empty() && beginsName(text.front()) &&
+           std::all_of(text.begin(), text.end(), isNameCharacter);
+}
+
+bool isBlockName(std::string_view text) {
+    return text.size() >= 2 && text.front() == 'B' &&
+           std::all_of(text.begin() + 1, text.end(), isDigit);
+}
+
+bool isKeyword(std::string_view text) {
+    static constexpr std::array<std::string_view, 21> keywords = {
+        "arg",         "boolean",     "call",           "character",
+        "double",      "false",       "goto",           "if",
+        "int",         "param",       "return",         "string",
+        "true",        "void",        "inttodouble",    "inttochar",
+        "chartoint",   "inttostring", "doubletostring", "booltostring",
+        "chartostring"};
+    return std::find(keywords.begin(), keywords.end(), text) != keywords.end();
+}
+
+bool parseArrayAccess(std::string_view text, std::string_view& name, std::string_view& index) {
+    if (text.empty() || text.back() != ']' || !beginsName(text.front())) {
+        return false;
+    }
+    std::size_t nameEnd = 1;
+    while (isNameCharacter(text[nameEnd])) {  // ends at the bracket at the latest
+        ++nameEnd;
+    }
+    std::size_t open = nameEnd;
+    while (isSpace(text[open])) {
+        ++open;
+    }
+    if (text[open] != '[') {
+        return false;
+    }
+    // The index spans all but the blanks around it, which may hold line breaks; it may not.
+    const std::string_view inside = text.substr(open + 1, text.size() - open - 2);
+    std::size_t begin = 0;
+    while (begin < inside.size() && isSpace(inside[begin])) {
+        ++begin;
+    }
+    const bool isBlank = begin == inside.size();
+    while (isBlank && begin > 0 && isLineBreak(inside[begin - 1])) {
+        --begin;
+    }
+    if (isBlank) {
+        if (begin == 0) {
+            return false;
+        }
+        --begin;  // one blank has to be the index
+    }
+    const std::string_view candidate = inside.substr(begin);
+    const auto lineBreak = std::find_if(candidate.begin(), candidate.end(), isLineBreak);
+    if (!std::all_of(lineBreak, candidate.end(), isSpace)) {
+        return false;
+    }
+    name = text.substr(0, nameEnd);
+    index = trim(std::string_view{candidate.begin(), lineBreak});
+    return true;
+}
+
+std::size_t stringLiteralEnd(std::string_view text, std::size_t begin) {
+    std::size_t at = begin + 1;
+    while ((at = text.find_first_of("\"\\", at)) != std::string_view::npos) {
+        if (text[at] == '"') {
+            return at + 1;
+        }
+        at += 2;
+    }
+    return std::string_view::npos;
+}

@@ -1,0 +1,235 @@
+// Operands: what their texts stand for, how they are loaded and stored, and calls. The roles of the
+// registers are fixed:
+//   %rax, %rcx      first and second integer operand; %rax is the result
+//   %xmm0, %xmm1    first and second double operand; %xmm0 is the result
+//   %r10, %r11      address of an array's element 0, and an index
+//   the argument registers of the calling convention, for arguments and parameters
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "codegen/assemblyWriter.hpp"
+#include "codegen/codeGenerator.hpp"
+#include "codegen/irText.hpp"
+#include "codegen/registers.hpp"
+#include "shared/ast/nodeKinds.hpp"
+#include "shared/symboltable/symbolTable.hpp"
+
+namespace {
+
+[[noreturn]] void fail(std::string_view message, std::string_view text = {}) {
+    throw std::runtime_error(std::string{message} + std::string{text});
+}
+
+/// The code of a character literal of more than two characters. Of the escapes only the line feed
+/// is decoded (kept): a tab is the code of 't'.
+unsigned characterCode(std::string_view literal) {
+    const bool isEscape = literal[1] == '\\' && literal.size() > 3;
+    const char character = isEscape ? literal[2] : literal[1];
+    return isEscape && character == 'n' ? 10U : static_cast<unsigned char>(character);
+}
+
+}  // namespace
+
+CodeGenerator::Operand CodeGenerator::operandOf(std::string_view text, FunctionContext& context) {
+    using Kind = Operand::Kind;
+    Operand operand;
+    operand.text = trim(text);
+    const auto valueOf = [&context](std::string_view name) {
+        const auto entry = context.values.find(name);
+        return entry != context.values.end() && entry->second.hasSlot ? &entry->second : nullptr;
+    };
+    const std::string_view trimmed = operand.text;
+    if (trimmed == "true" || trimmed == "false") {
+        operand.kind = Kind::Boolean;
+    } else if (isIdentifier(trimmed)) {
+        operand.kind = Kind::Named;
+        operand.value = valueOf(trimmed);
+    } else if (isIntegerLiteral(trimmed)) {
+        operand.kind = Kind::Integer;
+    } else if (isDoubleLiteral(trimmed)) {
+        operand.kind = Kind::Double;
+    } else if (isStringLiteral(trimmed)) {
+        operand.kind = Kind::String;
+    } else if (isCharacterLiteral(trimmed)) {
+        operand.kind = Kind::Character;
+    } else if (parseArrayAccess(trimmed, operand.name, operand.index)) {
+        operand.kind = Kind::Element;
+        operand.value = valueOf(operand.name);
+    }
+    return operand;
+}
+
+Name CodeGenerator::declaredTypeOf(std::string_view name, const FunctionContext& context) const {
+    const Symbol* symbol = symbolTable.lookup(context.scope, Name::known(name), 0);
+    return symbol == nullptr ? TypeName::Int : symbol->typeName();
+}
+
+Name CodeGenerator::typeOf(const Operand& operand, const FunctionContext& context) const {
+    switch (operand.kind) {
+        case Operand::Kind::String:
+            return TypeName::String;
+        case Operand::Kind::Boolean:
+            return TypeName::Boolean;
+        case Operand::Kind::Character:
+            return TypeName::Character;
+        case Operand::Kind::Double:
+            return TypeName::Double;
+        case Operand::Kind::Element:
+            if (operand.value != nullptr && !operand.value->declaredType.empty()) {
+                return operand.value->declaredType;
+            }
+            return declaredTypeOf(operand.name, context);
+        case Operand::Kind::Named:
+            if (operand.value != nullptr && !operand.value->type.empty()) {
+                return operand.value->type;
+            }
+            return declaredTypeOf(operand.text, context);
+        case Operand::Kind::Integer:
+        case Operand::Kind::Unknown:
+            break;
+    }
+    return TypeName::Int;
+}
+
+void CodeGenerator::recordType(const Operand& target, Name type) {
+    if (target.value != nullptr) {
+        target.value->type = type;
+    }
+}
+
+void CodeGenerator::loadValue(const Operand& operand, std::string_view reg,
+                              FunctionContext& context) {
+    const std::string_view text = operand.text;
+    switch (operand.kind) {
+        case Operand::Kind::Boolean:
+            if (text == "true") {
+                out->write("\tmovq $1, ", reg, "\n");
+            } else {
+                out->write("\txorq ", reg, ", ", reg, "\n");
+            }
+            return;
+        case Operand::Kind::Integer:
+            out->write("\tmovq $", text, ", ", reg, "\n");
+            return;
+        case Operand::Kind::String:
+            if (!stringLabels.contains(text)) {
+                fail("uninterned string literal");
+            }
+            out->write("\tleaq ", internString(text), "(%rip), ", reg, "\n");
+            return;
+        case Operand::Kind::Character:
+            if (text.size() > 2) {
+                out->write("\tmovq $", std::to_string(characterCode(text)), ", ", reg, "\n");
+                return;
+            }
+            break;
+        case Operand::Kind::Element:
+            loadElementAddress(operand, context);
+            out->write("\tmovq (%r10,%r11,8), ", reg, "\n");
+            return;
+        case Operand::Kind::Named:
+            if (operand.value != nullptr) {
+                out->write("\tmovq ", operand.value->address, ", ", reg, "\n");
+                return;
+            }
+            break;
+        case Operand::Kind::Double:
+        case Operand::Kind::Unknown:
+            break;
+    }
+    fail("unknown IR value: ", text);
+}
+
+void CodeGenerator::loadDouble(const Operand& operand, std::string_view reg,
+                               FunctionContext& context) {
+    if (operand.kind == Operand::Kind::Double) {
+        out->write("\tmovsd ", internDouble(operand.text), "(%rip), ", reg, "\n");
+    } else if (operand.kind == Operand::Kind::Element) {
+        loadElementAddress(operand, context);
+        out->write("\tmovsd (%r10,%r11,8), ", reg, "\n");
+    } else if (operand.value != nullptr) {
+        out->write("\tmovsd ", operand.value->address, ", ", reg, "\n");
+    } else {
+        fail("unknown double IR value: ", operand.text);
+    }
+}
+
+void CodeGenerator::storeValue(const Operand& target, std::string_view reg,
+                               FunctionContext& context) {
+    if (target.kind == Operand::Kind::Element) {
+        loadElementAddress(target, context);
+        out->write("\tmovq ", reg, ", (%r10,%r11,8)\n");
+    } else if (target.value != nullptr) {
+        out->write("\tmovq ", reg, ", ", target.value->address, "\n");
+    } else {
+        fail("no stack slot for IR value: ", target.text);
+    }
+}
+
+void CodeGenerator::storeDouble(const Operand& target, std::string_view reg,
+                                FunctionContext& context) {
+    if (target.kind == Operand::Kind::Element) {
+        loadElementAddress(target, context);
+        out->write("\tmovsd ", reg, ", (%r10,%r11,8)\n");
+    } else if (target.value != nullptr) {
+        out->write("\tmovsd ", reg, ", ", target.value->address, "\n");
+    } else {
+        fail("no stack slot for double IR value: ", target.text);
+    }
+}
+
+/// Loads an index into %r11 and the address of the array's element 0 into %r10. The index is not
+/// checked against the length.
+void CodeGenerator::loadElementAddress(const Operand& element, FunctionContext& context) {
+    if (element.value == nullptr || element.value->length == 0) {
+        fail("unknown array: ", element.name);
+    }
+    loadValue(operandOf(element.index, context), "%r11", context);
+    out->write("\tleaq ", element.value->address, ", %r10\n");
+}
+
+void CodeGenerator::emitCall(std::optional<std::string_view> result, std::string_view callee,
+                             FunctionContext& context) {
+    if (callee == "exit" && context.pendingArguments.empty()) {
+        out->write("\txorl %edi, %edi\n");
+    }
+    passArguments(context);
+    out->write("\tcall ", callee == "print" ? "krel_print" : callee, "@PLT\n");
+    if (!result) {
+        return;
+    }
+    const Name name = Name::known(callee);
+    const Symbol* function = symbolTable.lookup(name, name, 0);
+    const Operand target = operandOf(*result, context);
+    if (function != nullptr && function->typeName() == TypeName::Double) {
+        storeDouble(target, "%xmm0", context);
+    } else {
+        storeValue(target, "%rax", context);
+    }
+    if (function != nullptr) {
+        recordType(target, function->typeName());
+    }
+}
+
+// The two classes of registers are counted apart. Nothing is ever passed on the stack.
+void CodeGenerator::passArguments(FunctionContext& context) {
+    std::size_t integers = 0;
+    std::size_t doubles = 0;
+    for (const std::string_view text : context.pendingArguments) {
+        const Operand argument = operandOf(text, context);
+        if (typeOf(argument, context) == TypeName::Double) {
+            if (doubles == doubleRegisters.size()) {
+                fail("more than eight double call arguments are not implemented");
+            }
+            loadDouble(argument, doubleRegisters[doubles++], context);
+        } else {
+            if (integers == integerRegisters.size()) {
+                fail("more than six integer or pointer call arguments are not implemented");
+            }
+            loadValue(argument, integerRegisters[integers++], context);
+        }
+    }
+    context.pendingArguments.clear();
+}

@@ -1,0 +1,234 @@
+#include "driver/compilerDriver.hpp"
+
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "KrelIR/KrelIR.hpp"
+#include "codegen/codeGenerator.hpp"
+#include "driver/nativeBuild.hpp"
+#include "lexer/scannerInput.hpp"
+#include "parser/parser.hpp"
+#include "semantic_analyzer/semanticAnalyzer.hpp"
+#include "shared/ast/node.hpp"
+#include "shared/error/error.hpp"
+
+namespace fs = std::filesystem;
+
+namespace CompilerDriver {
+
+namespace {
+
+constexpr int failure = 1;
+
+/// A dump is written into the working directory (kept), whatever directory the source is in.
+fs::path dumpPath(const fs::path& source, std::string_view suffix) {
+    return source.stem().string().append(suffix);
+}
+
+bool openDumpFile(const fs::path& path, std::ofstream& stream) {
+    stream.open(path);
+    if (!stream) {
+        std::cerr << "Could not open " << path << " for writing.\n";
+        return false;
+    }
+    return true;
+}
+
+/// Writes a dump with `write` and says so on standard output. False, after a message on standard
+/// error, when the file cannot be opened or written.
+template <typename Write>
+bool writeDump(const fs::path& path, const char* what, Write write) {
+    std::ofstream stream;
+    if (!openDumpFile(path, stream)) {
+        return false;
+    }
+    write(stream);
+    stream.flush();
+    if (!stream) {
+        std::cerr << "Could not write " << path << ".\n";
+        return false;
+    }
+    std::cout << what << " written to " << path << ".\n";
+    return true;
+}
+
+bool dumpAst(const fs::path& path) {
+    return writeDump(path, "AST", [](std::ostream& out) {
+        ast->printJSON(out, 0);
+        out << '\n';
+    });
+}
+
+bool dumpIrProgram(const IRProgram& program, const fs::path& path) {
+    return writeDump(path, "KrelIR", [&](std::ostream& out) { program.print(out); });
+}
+
+/// Parses the source into `ast` and `symbolTable`. False when it cannot be read (after a message)
+/// or has errors (which are reported).
+bool parse(const fs::path& source) {
+    std::FILE* file = std::fopen(source.c_str(), "r");
+    // A directory can be opened, but its first character cannot be read.
+    if (file != nullptr) {
+        const int first = std::getc(file);
+        if (std::ferror(file) == 0) {
+            std::ungetc(first, file);
+        } else {
+            std::perror(source.c_str());
+            std::fclose(file);
+            return false;
+        }
+    } else {
+        std::perror(source.c_str());
+        return false;
+    }
+    yyin = file;
+    const int status = yyparse();
+    std::fclose(file);
+    return status == 0 && !Error::hasErrors() && ast != nullptr;
+}
+
+/// Writes the assembly of the program, links it, and returns the exit code. Throws what the code
+/// generator throws.
+int build(const IRProgram& program, const Options& options, const std::string& compiler,
+          const fs::path& runtime) {
+    std::unique_ptr<TemporaryAssembly> temporary;
+    if (!options.dumpAssembly) {
+        temporary = std::make_unique<TemporaryAssembly>();
+    }
+    const fs::path assembly =
+        options.dumpAssembly ? dumpPath(options.source, ".s") : temporary->path();
+    std::ofstream stream;
+    if (!openDumpFile(assembly, stream)) {
+        return failure;
+    }
+    CodeGenerator(symbolTable).generate(program, stream);
+    stream.flush();
+    if (!stream) {
+        throw std::runtime_error("could not write assembly file");
+    }
+    stream.close();
+    if (options.dumpAssembly) {
+        std::cout << "Assembly written to " << assembly << ".\n";
+    }
+    std::cout.flush();
+    const int status = runNativeCompiler(compiler, assembly, runtime, options.output);
+    if (status != 0) {
+        std::cerr << "Native compilation failed.\n";
+    }
+    return status;
+}
+
+/// Lowers the tree and builds the executable; returns the exit code.
+int generate(const Options& options, const std::string& compiler, const fs::path& runtime) {
+    KrelIR generator;
+    try {
+        const IRProgram& program = generator.analyze(ast);
+        if (options.dumpIr && !dumpIrProgram(program, dumpPath(options.source, ".ir"))) {
+            return failure;
+        }
+        const int status = build(program, options, compiler, runtime);
+        if (status != 0) {
+            return status;
+        }
+    } catch (const std::exception& exception) {
+        std::cerr << "Compilation error: " << exception.what() << "\n";
+        return failure;
+    }
+    std::cout << "Compiled " << options.source << " to " << options.output << ".\n";
+    return 0;
+}
+
+}  // namespace
+
+bool parseOptions(int argc, char** argv, Options& options) {
+    const std::pair<std::string_view, bool Options::*> flags[] = {
+        {"--ast-dump", &Options::dumpParserAst},
+        {"--ast-semantic-dump", &Options::dumpSemanticAst},
+        {"--ir-dump", &Options::dumpIr},
+        {"--asm-dump", &Options::dumpAssembly},
+    };
+    bool hasSource = false;
+    bool hasOutput = false;
+    for (int index = 1; index < argc; ++index) {
+        const std::string_view argument = argv[index];
+        bool isFlag = false;
+        for (const auto& [name, flag] : flags) {
+            if (argument == name) {
+                options.*flag = true;
+                isFlag = true;
+            }
+        }
+        if (isFlag) {
+            continue;
+        }
+        if (argument == "-o") {
+            if (hasOutput || index + 1 == argc) {
+                return false;
+            }
+            options.output = argv[++index];
+            hasOutput = true;
+        } else {
+            if (argument.starts_with('-') || hasSource) {
+                return false;
+            }
+            options.source = argument;
+            hasSource = true;
+        }
+    }
+    if (!hasSource || options.source.extension() != ".krl") {
+        return false;
+    }
+    if (!hasOutput) {
+        options.output = fs::path{options.source}.replace_extension();
+    }
+    return !options.output.empty();
+}
+
+void printUsage(const char* program, std::ostream& out) {
+    out << "Usage: " << program << " <source.krl> [-o output] [dump-options]\n"
+        << "Dump options:\n"
+        << "  --ast-dump           Write <source>.ast.json\n"
+        << "  --ast-semantic-dump  Write <source>.semantic.json\n"
+        << "  --ir-dump            Write <source>.ir\n"
+        << "  --asm-dump           Write <source>.s\n";
+}
+
+int compile(const Options& options, const char* argv0) {
+    std::string compiler = findProgram("gcc");
+    if (compiler.empty()) {
+        compiler = findProgram("clang");
+    }
+    if (compiler.empty()) {
+        std::cerr << "No native compiler found (install gcc or clang).\n";
+        return failure;
+    }
+    const fs::path runtime = findRuntime(argv0);
+    if (runtime.empty()) {
+        std::cerr << "Could not find codegen/runtime.o relative to krelcc.\n";
+        return failure;
+    }
+    Error::setSourceFile(options.source.string());
+    if (!parse(options.source)) {
+        return failure;
+    }
+    if (options.dumpParserAst && !dumpAst(dumpPath(options.source, ".ast.json"))) {
+        return failure;
+    }
+    SemanticAnalyzer(symbolTable).analyze(ast);
+    if (Error::hasErrors()) {
+        return failure;
+    }
+    if (options.dumpSemanticAst && !dumpAst(dumpPath(options.source, ".semantic.json"))) {
+        return failure;
+    }
+    return generate(options, compiler, runtime);
+}
+
+}  // namespace CompilerDriver

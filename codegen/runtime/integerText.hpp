@@ -47,7 +47,7 @@ constexpr unsigned countDigits(std::uint64_t value) {
     // 1233/4096 is just above the logarithm of 2 to the base 10.
     const auto bits = static_cast<unsigned>(64 - __builtin_clzll(value | 1));
     const unsigned guess = bits * 1233 >> 12;
-    return guess + (value >= powersOfTen.value[guess] ? 1U : 0U);
+    return guess + ((value | 1) >= powersOfTen.value[guess] ? 1U : 0U);
 }
 
 // Writes exactly `count` digits, the last ones of the value, with leading zeros.

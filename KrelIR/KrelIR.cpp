@@ -53,7 +53,7 @@ void KrelIR::visitParameters(Node* list) {
             internalError("FunctionDeclaration node has malformed parameter.");
         }
         const std::string& type = childOf(parameter, 0)->getStringValue();
-        emit(concat("param ", type, " ", parameter->getStringValue()));
+        emit("param ", type, " ", parameter->getStringValue());
     }
     if (list->hasChildren()) {
         separateInstructions();
@@ -145,16 +145,16 @@ void KrelIR::visitCompoundAssignment(Node* node) {
     const std::string value = expression(childOf(node, 1));
     const std::string result = newTemporary();
     const std::string_view op = std::string_view{node->getStringValue()}.substr(0, 1);
-    emit(concat(result, " = ", target, " ", op, " ", value));
-    emit(concat(target, " = ", result));
+    emit(result, " = ", target, " ", op, " ", value);
+    emit(target, " = ", result);
 }
 
 // As statements the four kinds lower alike, with one temporary.
 void KrelIR::visitUpdate(Node* node) {
     const std::string target = lvalue(childOf(node, 0));
     const std::string result = newTemporary();
-    emit(concat(result, " = ", target, " ", updateOperator(node->getKind()), " 1"));
-    emit(concat(target, " = ", result));
+    emit(result, " = ", target, " ", updateOperator(node->getKind()), " 1");
+    emit(target, " = ", result);
 }
 
 void KrelIR::visitCall(Node* node) {
@@ -172,10 +172,10 @@ void KrelIR::visitPrintStatement(Node* node) {
     std::string joined = values.empty() ? "\"\"" : values.front();
     for (std::size_t index = 1; index < values.size(); ++index) {
         const std::string longer = newTemporary();
-        emit(concat(longer, " = ", joined, " + ", values[index]));
+        emit(longer, " = ", joined, " + ", values[index]);
         joined = longer;
     }
-    emit(concat("arg ", joined));
+    emit("arg ", joined);
     emit("call print, 1");
 }
 
@@ -194,10 +194,10 @@ void KrelIR::visitReturnStatement(Node* node) {
     std::string result = expression(value);
     if (value->kindName() == NodeKind::Identifier || value->kindName() == NodeKind::ArrayAccess) {
         const std::string copy = newTemporary();
-        emit(concat(copy, " = ", result));
+        emit(copy, " = ", result);
         result = copy;
     }
-    emit(concat("return ", result));
+    emit("return ", result);
 }
 
 void KrelIR::visitWhileStatement(Node* node) {
@@ -303,21 +303,20 @@ void KrelIR::emitLabel(int number) {
     separateNextInstruction = false;
 }
 
-void KrelIR::emit(std::string text) {
+IRBasicBlock& KrelIR::blockForEmission() {
     if (currentBlock == nullptr) {
         internalError("IR instruction emitted outside a basic block");
     }
-    currentBlock->addInstruction(std::move(text), separateNextInstruction);
-    separateNextInstruction = false;
+    return *currentBlock;
 }
 
 void KrelIR::emitJump(int block) {
-    emit(concat("goto B", std::to_string(block)));
+    emit("goto B", std::to_string(block));
 }
 
 void KrelIR::emitBranchUnless(Node* condition, int block) {
     const std::string negated = negatedCondition(condition);
-    emit(concat("if ", negated, " goto B", std::to_string(block)));
+    emit("if ", negated, " goto B", std::to_string(block));
 }
 
 void KrelIR::separateInstructions() {

@@ -81,7 +81,13 @@ private:
     int newBlock() { return ++blockCounter; }
     std::string newTemporary();
     void emitLabel(int number);
-    void emit(std::string text);
+    /// Appends an instruction to the current block; its text is that of all the parts.
+    template <typename... Parts>
+    void emit(const Parts&... parts) {
+        blockForEmission().addInstructionOf(separateNextInstruction, parts...);
+        separateNextInstruction = false;
+    }
+    IRBasicBlock& blockForEmission();
     void emitJump(int block);
     void emitBranchUnless(Node* condition, int block);
     void separateInstructions();

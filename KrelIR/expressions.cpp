@@ -83,20 +83,20 @@ std::string KrelIR::expression(Node* node) {
 std::string KrelIR::binaryOp(Node* node, const std::string& left) {
     const std::string right = expression(childOf(node, 1));
     std::string result = newTemporary();
-    emit(concat(result, " = ", left, " ", node->getStringValue(), " ", right));
+    emit(result, " = ", left, " ", node->getStringValue(), " ", right);
     return result;
 }
 
 std::string KrelIR::unaryOp(Node* node, const std::string& operand) {
     std::string result = newTemporary();
-    emit(concat(result, " = ", node->getStringValue(), " ", operand));
+    emit(result, " = ", node->getStringValue(), " ", operand);
     return result;
 }
 
 std::string KrelIR::conversion(Node* node) {
     const std::string operand = expression(childOf(node, 0));
     std::string result = newTemporary();
-    emit(concat(result, " = ", node->getKind(), " ", operand));
+    emit(result, " = ", node->getKind(), " ", operand);
     return result;
 }
 
@@ -117,10 +117,10 @@ std::string KrelIR::updateValue(Node* node) {
     const std::string& kind = node->getKind();
     const std::string place = lvalue(childOf(node, 0));
     const std::string before = newTemporary();
-    emit(concat(before, " = ", place));
+    emit(before, " = ", place);
     const std::string after = newTemporary();
-    emit(concat(after, " = ", place, " ", updateOperator(kind), " 1"));
-    emit(concat(place, " = ", after));
+    emit(after, " = ", place, " ", updateOperator(kind), " 1");
+    emit(place, " = ", after);
     return kind.starts_with("Post") ? before : after;
 }
 
@@ -142,16 +142,16 @@ std::string KrelIR::call(Node* node) {
         }
     }
     for (const std::string& value : values) {
-        emit(concat("arg ", value));
+        emit("arg ", value);
     }
     const std::string callee = lvalue(children[0]);
     const std::string count = std::to_string(values.size());
     if (node->semanticTypeName() == TypeName::Void) {
-        emit(concat("call ", callee, ", ", count));
+        emit("call ", callee, ", ", count);
         return {};
     }
     std::string result = newTemporary();
-    emit(concat(result, " = call ", callee, ", ", count));
+    emit(result, " = call ", callee, ", ", count);
     return result;
 }
 
@@ -172,16 +172,16 @@ std::string KrelIR::lvalue(Node* node) {
 // which is taken before those of the source's index.
 void KrelIR::assign(const std::string& target, Node* value) {
     if (isLiteral(value)) {
-        emit(concat(target, " = ", literal(value)));
+        emit(target, " = ", literal(value));
     } else if (value->kindName() == NodeKind::Identifier ||
                value->kindName() == NodeKind::ArrayAccess) {
         const std::string copy = newTemporary();
         const std::string source = lvalue(value);
-        emit(concat(copy, " = ", source));
-        emit(concat(target, " = ", copy));
+        emit(copy, " = ", source);
+        emit(target, " = ", copy);
     } else {
         const std::string result = expression(value);
-        emit(concat(target, " = ", result));
+        emit(target, " = ", result);
     }
 }
 
@@ -198,12 +198,12 @@ std::string KrelIR::negatedCondition(Node* node) {
         const std::string left = expression(childOf(node, 0));
         const std::string right = expression(childOf(node, 1));
         std::string result = newTemporary();
-        emit(concat(result, " = ", left, " ", inverseComparison(op).text(), " ", right));
+        emit(result, " = ", left, " ", inverseComparison(op).text(), " ", right);
         return result;
     }
     std::string result = newTemporary();
     const std::string value = expression(node);
-    emit(concat(result, " = !", value));
+    emit(result, " = !", value);
     return result;
 }
 

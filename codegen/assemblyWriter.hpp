@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
+#include <memory>
 #include <ostream>
-#include <string>
 #include <string_view>
 
 /// Collects assembly text and hands it to a stream in blocks; the rest follows on destruction, also
@@ -18,20 +19,36 @@ public:
     /// Appends the parts as they are.
     template <typename... Parts>
     void write(const Parts&... parts) {
-        (text.append(std::string_view{parts}), ...);
-        if (text.size() >= blockSize) {
-            flush();
-        }
+        writeAll(std::string_view{parts}...);
     }
 
 private:
     static constexpr std::size_t blockSize = std::size_t{1} << 16;
 
+    template <typename... Views>
+    void writeAll(const Views... views) {
+        const std::size_t size = (views.size() + ...);
+        if (size > blockSize - used) {
+            flush();
+        }
+        if (size > blockSize) {
+            (out.write(views.data(), static_cast<std::streamsize>(views.size())), ...);
+            return;
+        }
+        (append(views), ...);
+    }
+
+    void append(std::string_view view) {
+        std::memcpy(block.get() + used, view.data(), view.size());
+        used += view.size();
+    }
+
     void flush() {
-        out.write(text.data(), static_cast<std::streamsize>(text.size()));
-        text.clear();
+        out.write(block.get(), static_cast<std::streamsize>(used));
+        used = 0;
     }
 
     std::ostream& out;
-    std::string text;
+    std::unique_ptr<char[]> block = std::make_unique<char[]>(blockSize);
+    std::size_t used = 0;
 };

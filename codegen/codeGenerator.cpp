@@ -67,14 +67,14 @@ void CodeGenerator::generate(const IRProgram& program, std::ostream& stream) {
 void CodeGenerator::collectStringLiterals(const IRProgram& program) {
     for (const IRFunction& function : program.getFunctions()) {
         for (const IRBasicBlock& block : function.getBlocks()) {
-            for (const IRInstruction& instruction : block.getInstructions()) {
+            for (const IRInstruction instruction : block.getInstructions()) {
                 const std::string_view text = instruction.getText();
                 std::size_t begin = text.find('"');
                 while (begin != std::string_view::npos) {
                     const std::size_t end = stringLiteralEnd(text, begin);
                     if (end == std::string_view::npos) {
                         throw std::runtime_error("unterminated string literal in IR instruction: " +
-                                                 instruction.getText());
+                                                 std::string{text});
                     }
                     internString(text.substr(begin, end - begin));
                     begin = text.find('"', end);
@@ -123,7 +123,7 @@ void CodeGenerator::emitFunction(const IRFunction& function) {
     }
     for (const IRBasicBlock& block : function.getBlocks()) {
         out->write(blockLabel(name, block.getNumber()), ":\n");
-        for (const IRInstruction& instruction : block.getInstructions()) {
+        for (const IRInstruction instruction : block.getInstructions()) {
             emitInstruction(instruction.getText(), context);
         }
     }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "codegen/irForms.hpp"
+#include "codegen/valueTable.hpp"
 #include "shared/ast/name.hpp"
 
 class AssemblyWriter;
@@ -33,15 +34,6 @@ public:
     void generate(const IRProgram& program, std::ostream& stream);
 
 private:
-    /// A named value of the function being emitted.
-    struct Value {
-        bool hasSlot = false;
-        std::string address;  // of its slot, as an operand: "-24(%rbp)"
-        int length = 0;       // elements of an array; 0 for anything else
-        Name declaredType;    // of its symbol; empty without one
-        Name type;            // what it is believed to hold now; empty when nothing is known
-    };
-
     /// What an operand text stands for. The views point into the line.
     struct Operand {
         enum class Kind { Boolean, Integer, Double, String, Character, Element, Named, Unknown };
@@ -59,7 +51,7 @@ private:
         std::string name;
         Name scope;  // the same as a name, for look-ups
         std::string returnLabel;
-        std::unordered_map<std::string_view, Value> values;
+        ValueTable values;
         std::vector<std::string_view> pendingArguments;  // of the next call
         std::size_t parameterIndex = 0;                  // integer-class parameters stored so far
         std::size_t doubleParameterIndex = 0;            // double parameters stored so far
@@ -77,7 +69,7 @@ private:
     std::string internDouble(std::string_view literal);
     void emitReadOnlyData();
     void planFrame(const IRFunction& function, FunctionContext& context) const;
-    int slotLength(std::string_view name, Value& value, const FunctionContext& context) const;
+    int slotLength(Value& value, const FunctionContext& context) const;
     void emitFunction(const IRFunction& function);
 
     // Lines: instructions.cpp.
@@ -107,6 +99,7 @@ private:
     void emitCopy(const IRLine& line, FunctionContext& context);
 
     // Operands and calls: operands.cpp.
+    static Value* slotOf(std::string_view name, FunctionContext& context);
     static Operand operandOf(std::string_view text, FunctionContext& context);
     Name typeOf(const Operand& operand, const FunctionContext& context) const;
     Name declaredTypeOf(std::string_view name, const FunctionContext& context) const;

@@ -52,24 +52,27 @@ CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function)
     : name(function.getName()), scope(Name::known(name)), returnLabel(".L" + name + "_return") {}
 
 void CodeGenerator::planFrame(const IRFunction& function, FunctionContext& context) const {
-    std::vector<std::string_view> names;
     for (const IRBasicBlock& block : function.getBlocks()) {
-        for (const IRInstruction& instruction : block.getInstructions()) {
+        for (const IRInstruction instruction : block.getInstructions()) {
             forEachWord(instruction.getText(), [&](std::string_view word) {
-                const bool isNew = context.values.try_emplace(word).second;
-                if (isNew && !isKeyword(word) && !isBlockName(word)) {
-                    names.push_back(word);
+                if (Value* value = context.values.add(word); value != nullptr) {
+                    value->hasSlot = !isKeyword(word) && !isBlockName(word);
                 }
             });
         }
     }
-    std::sort(names.begin(), names.end());
-    long long total = 0;
-    for (const std::string_view name : names) {
-        Value& value = context.values.find(name)->second;
-        total += slotSize * slotLength(name, value, context);
-        value.hasSlot = true;
-        value.address = std::to_string(-total) + "(%rbp)";
+    std::vector<Value*> named;
+    for (Value& value : context.values.all()) {
+        if (value.hasSlot) {
+            named.push_back(&value);
+        }
+    }
+    std::sort(named.begin(), named.end(),
+              [](const Value* left, const Value* right) { return left->name < right->name; });
+    long long total = 0;  // bytes
+    for (Value* value : named) {
+        total += slotSize * slotLength(*value, context);
+        value->address = std::to_string(-total) + "(%rbp)";
     }
     context.frameSize = alignTo(total, 16);
     if (context.frameSize > std::numeric_limits<int>::max()) {
@@ -77,11 +80,10 @@ void CodeGenerator::planFrame(const IRFunction& function, FunctionContext& conte
     }
 }
 
-/// The number of slots that a name takes; records what its symbol says of it. Throws for an array
+/// The number of slots that a value takes; records what its symbol says of it. Throws for an array
 /// whose size is not known.
-int CodeGenerator::slotLength(std::string_view name, Value& value,
-                              const FunctionContext& context) const {
-    const Symbol* symbol = symbolTable.lookup(context.scope, Name::known(name), 0);
+int CodeGenerator::slotLength(Value& value, const FunctionContext& context) const {
+    const Symbol* symbol = symbolTable.lookup(context.scope, Name::known(value.name), 0);
     if (symbol == nullptr) {
         return 1;
     }
@@ -92,7 +94,8 @@ int CodeGenerator::slotLength(std::string_view name, Value& value,
     }
     value.length = symbol->getArraySize();
     if (value.length < 1) {
-        throw std::runtime_error("array has no positive compile-time size: " + std::string{name});
+        throw std::runtime_error("array has no positive compile-time size: " +
+                                 std::string{value.name});
     }
     return value.length;
 }

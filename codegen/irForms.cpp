@@ -105,36 +105,60 @@ private:
     std::size_t at = 0;
 };
 
-/// `^([A-Za-z_]\w*)\s*=`
-bool assignmentTo(Scanner& line, std::string_view& group) {
-    if (!line.name(group)) {
-        return false;
+/// A line, with what all assignments have in common read already: `^([A-Za-z_]\w*)\s*=\s*`.
+struct Line {
+    explicit Line(std::string_view whole) : text(whole) {
+        Scanner scanner{text};
+        if (!scanner.name(target)) {
+            return;
+        }
+        scanner.spaces();
+        isAssignment = scanner.literal("=");
+        if (isAssignment) {
+            afterEquals = scanner.position();
+            scanner.spaces();
+            value = scanner.position();
+        }
     }
-    line.spaces();
-    return line.literal("=");
-}
+
+    /// A scanner that stands at the assigned value.
+    Scanner atValue() const {
+        Scanner scanner{text};
+        scanner.moveTo(value);
+        return scanner;
+    }
+
+    std::string_view text;
+    std::string_view target;
+    bool isAssignment = false;
+    std::size_t afterEquals = 0;
+    std::size_t value = 0;  // past the blanks behind the equals sign
+};
 
 bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-bool matchIntegerParameter(Scanner& line, Groups& groups) {
-    return line.literal("param") && line.someSpaces() && line.name(groups[0]) &&
-           isOneOf(groups[0], {"int", "boolean", "character", "string"}) && line.someSpaces() &&
-           line.name(groups[1]) && line.atEnd();
+bool matchIntegerParameter(const Line& line, Groups& groups) {
+    Scanner scanner{line.text};
+    return scanner.literal("param") && scanner.someSpaces() && scanner.name(groups[0]) &&
+           isOneOf(groups[0], {"int", "boolean", "character", "string"}) && scanner.someSpaces() &&
+           scanner.name(groups[1]) && scanner.atEnd();
 }
 
-bool matchDoubleParameter(Scanner& line, Groups& groups) {
+bool matchDoubleParameter(const Line& line, Groups& groups) {
+    Scanner scanner{line.text};
     std::string_view type;
-    return line.literal("param") && line.someSpaces() && line.name(type) && type == "double" &&
-           line.someSpaces() && line.name(groups[0]) && line.atEnd();
+    return scanner.literal("param") && scanner.someSpaces() && scanner.name(type) &&
+           type == "double" && scanner.someSpaces() && scanner.name(groups[0]) && scanner.atEnd();
 }
 
-bool matchArgument(Scanner& line, Groups& groups) {
-    if (!line.literal("arg ")) {
+bool matchArgument(const Line& line, Groups& groups) {
+    Scanner scanner{line.text};
+    if (!scanner.literal("arg ")) {
         return false;
     }
-    groups[0] = line.text().substr(line.position());
+    groups[0] = line.text.substr(scanner.position());
     return true;
 }
 
@@ -147,16 +171,15 @@ bool callOf(Scanner& line, std::string_view& callee, std::string_view& count) {
     return line.numberAtEnd(count);
 }
 
-bool matchCallWithResult(Scanner& line, Groups& groups) {
-    if (!assignmentTo(line, groups[0])) {
-        return false;
-    }
-    line.spaces();
-    return callOf(line, groups[1], groups[2]);
+bool matchCallWithResult(const Line& line, Groups& groups) {
+    groups[0] = line.target;
+    Scanner scanner = line.atValue();
+    return callOf(scanner, groups[1], groups[2]);
 }
 
-bool matchCall(Scanner& line, Groups& groups) {
-    return callOf(line, groups[0], groups[1]);
+bool matchCall(const Line& line, Groups& groups) {
+    Scanner scanner{line.text};
+    return callOf(scanner, groups[0], groups[1]);
 }
 
 /// Finds `goto\s+B([0-9]+)$` from the line's end: sets the group and where it begins.
@@ -181,182 +204,202 @@ bool gotoAtEnd(std::string_view text, std::size_t& begin, std::string_view& numb
     return true;
 }
 
-bool matchBranch(Scanner& line, Groups& groups) {
+bool matchBranch(const Line& line, Groups& groups) {
+    Scanner scanner{line.text};
     std::size_t end = 0;
-    if (!line.literal("if") || !gotoAtEnd(line.text(), end, groups[1])) {
+    if (!scanner.literal("if") || !gotoAtEnd(line.text, end, groups[1])) {
         return false;
     }
-    const std::size_t low = line.position() + 1;
-    return line.someSpaces() && end > low && isSpace(line.text()[end - 1]) &&
-           line.greedyUpTo(low, end, groups[0]);
+    const std::size_t low = scanner.position() + 1;
+    return scanner.someSpaces() && end > low && isSpace(line.text[end - 1]) &&
+           scanner.greedyUpTo(low, end, groups[0]);
 }
 
-bool matchJump(Scanner& line, Groups& groups) {
-    return line.literal("goto") && line.someSpaces() && line.literal("B") &&
-           line.numberAtEnd(groups[0]);
+bool matchJump(const Line& line, Groups& groups) {
+    Scanner scanner{line.text};
+    return scanner.literal("goto") && scanner.someSpaces() && scanner.literal("B") &&
+           scanner.numberAtEnd(groups[0]);
 }
 
-bool matchReturn(Scanner& line, Groups& /*groups*/) {
-    return line.text() == "return";
+bool matchReturn(const Line& line, Groups& /*groups*/) {
+    return line.text == "return";
 }
 
-bool matchReturnValue(Scanner& line, Groups& groups) {
-    if (!line.literal("return ")) {
+bool matchReturnValue(const Line& line, Groups& groups) {
+    Scanner scanner{line.text};
+    if (!scanner.literal("return ")) {
         return false;
     }
-    groups[0] = line.text().substr(line.position());
+    groups[0] = line.text.substr(scanner.position());
     return true;
 }
 
-/// `^([A-Za-z_]\w*)\s*=\s*(word)\s+(.+)$` for one of some words.
-bool conversionOf(Scanner& line, std::initializer_list<std::string_view> words,
-                  std::string_view& target, std::string_view& word, std::string_view& operand) {
-    if (!assignmentTo(line, target)) {
-        return false;
-    }
-    line.spaces();
-    return line.name(word) && isOneOf(word, words) && line.spacesAndRest(1, operand);
+/// `(word)\s+(.+)$` for one of some words.
+bool conversionOf(const Line& line, std::initializer_list<std::string_view> words,
+                  std::string_view& word, std::string_view& operand) {
+    Scanner scanner = line.atValue();
+    return scanner.name(word) && isOneOf(word, words) && scanner.spacesAndRest(1, operand);
 }
 
-bool matchConversion(Scanner& line, Groups& groups) {
+bool matchConversion(const Line& line, Groups& groups) {
+    groups[0] = line.target;
     return conversionOf(line,
                         {"inttostring", "chartostring", "booltostring", "inttochar", "chartoint"},
-                        groups[0], groups[1], groups[2]);
+                        groups[1], groups[2]);
 }
 
-bool matchIntToDouble(Scanner& line, Groups& groups) {
+bool matchIntToDouble(const Line& line, Groups& groups) {
+    groups[0] = line.target;
     std::string_view word;
-    return conversionOf(line, {"inttodouble"}, groups[0], word, groups[1]);
+    return conversionOf(line, {"inttodouble"}, word, groups[1]);
 }
 
-bool matchDoubleToString(Scanner& line, Groups& groups) {
+bool matchDoubleToString(const Line& line, Groups& groups) {
+    groups[0] = line.target;
     std::string_view word;
-    return conversionOf(line, {"doubletostring"}, groups[0], word, groups[1]);
+    return conversionOf(line, {"doubletostring"}, word, groups[1]);
 }
 
-/// The operator of a binary operation that stands at `begin`, with a blank behind it; empty if
-/// there is none.
-std::string_view operatorBeforeSpace(std::string_view text, std::size_t begin) {
-    for (const std::size_t size : {std::size_t{1}, std::size_t{2}}) {
-        const std::string_view candidate = text.substr(begin, size);
-        if (begin + size < text.size() && isSpace(text[begin + size])) {
-            const bool isOperator = isOneOf(
-                candidate, {"||", "&&", "==", "!=", "<=", ">=", "<", ">", "+", "-", "*", "/"});
-            return isOperator ? candidate : std::string_view{};
-        }
+/// The operator of a binary operation whose last character stands at `last`, with a blank on both
+/// sides and not before `low`; empty if there is none.
+std::string_view operatorEndingAt(std::string_view text, std::size_t last, std::size_t low) {
+    if (!isOperatorCharacter(text[last]) || !isSpace(text[last + 1])) {
+        return {};
     }
-    return {};
+    const std::size_t size = isSpace(text[last - 1]) ? 1 : 2;
+    const std::size_t begin = last + 1 - size;
+    if (begin <= low || !isSpace(text[begin - 1])) {
+        return {};
+    }
+    const std::string_view candidate = text.substr(begin, size);
+    const bool isOperator =
+        isOneOf(candidate, {"+", "-", "*", "/", "<", ">", "==", "!=", "<=", ">=", "&&", "||"});
+    return isOperator ? candidate : std::string_view{};
 }
 
 // The left operand takes as much as it can, so the line is split at its last operator that has
 // blanks on both sides and something behind it.
-bool matchBinaryOperation(Scanner& line, Groups& groups) {
-    if (!assignmentTo(line, groups[0])) {
-        return false;
-    }
-    const std::string_view text = line.text();
-    const std::size_t low = line.position();
-    line.spaces();
-    const std::size_t first = line.position();
-    for (std::size_t begin = text.size(); begin-- > low + 1;) {
-        if (!isSpace(text[begin - 1])) {
-            continue;
-        }
-        groups[2] = operatorBeforeSpace(text, begin);
+bool matchBinaryOperation(const Line& line, Groups& groups) {
+    const std::string_view text = line.text;
+    const std::size_t low = line.afterEquals;
+    groups[0] = line.target;
+    for (std::size_t last = text.size() - 1; last-- > low + 1;) {
+        groups[2] = operatorEndingAt(text, last, low);
         if (groups[2].empty()) {
             continue;
         }
-        line.moveTo(begin + groups[2].size());
-        if (!line.spacesAndRest(1, groups[3])) {
+        Scanner scanner{text};
+        scanner.moveTo(last + 1);
+        if (!scanner.spacesAndRest(1, groups[3])) {
             continue;
         }
-        line.moveTo(first);
-        if (line.greedyUpTo(low, begin, groups[1])) {
+        scanner.moveTo(line.value);
+        if (scanner.greedyUpTo(low, last + 1 - groups[2].size(), groups[1])) {
             return true;
         }
     }
     return false;
 }
 
-bool matchUnaryOperation(Scanner& line, Groups& groups) {
-    if (!assignmentTo(line, groups[0])) {
-        return false;
-    }
-    line.spaces();
-    groups[1] = line.text().substr(line.position(), 1);
+bool matchUnaryOperation(const Line& line, Groups& groups) {
+    groups[0] = line.target;
+    groups[1] = line.text.substr(line.value, 1);
     if (!isOneOf(groups[1], {"!", "-", "+"})) {
         return false;
     }
-    line.moveTo(line.position() + 1);
-    return line.spacesAndRest(0, groups[2]);
+    Scanner scanner{line.text};
+    scanner.moveTo(line.value + 1);
+    return scanner.spacesAndRest(0, groups[2]);
 }
 
 // The index takes as much as it can, so the element ends at the last bracket that is followed by
 // an equals sign.
-bool matchElementStore(Scanner& line, Groups& groups) {
-    std::string_view array;
-    if (!line.name(array)) {
+bool matchElementStore(const Line& line, Groups& groups) {
+    Scanner scanner{line.text};
+    scanner.moveTo(line.target.size());
+    scanner.spaces();
+    if (line.target.empty() || !scanner.literal("[")) {
         return false;
     }
-    line.spaces();
-    if (!line.literal("[")) {
-        return false;
-    }
-    const std::string_view text = line.text();
-    const std::size_t index = line.position();
+    const std::string_view text = line.text;
+    const std::size_t index = scanner.position();
     const std::size_t limit = text.find_first_of("\n\r", index);
     for (std::size_t close = text.rfind(']', limit);
          close != std::string_view::npos && close > index; close = text.rfind(']', close - 1)) {
         groups[0] = text.substr(0, close + 1);
-        line.moveTo(close + 1);
-        line.spaces();
-        if (line.literal("=") && line.spacesAndRest(0, groups[1])) {
+        scanner.moveTo(close + 1);
+        scanner.spaces();
+        if (scanner.literal("=") && scanner.spacesAndRest(0, groups[1])) {
             return true;
         }
     }
     return false;
 }
 
-bool matchCopy(Scanner& line, Groups& groups) {
-    return assignmentTo(line, groups[0]) && line.spacesAndRest(0, groups[1]);
+bool matchCopy(const Line& line, Groups& groups) {
+    groups[0] = line.target;
+    Scanner scanner{line.text};
+    scanner.moveTo(line.afterEquals);
+    return scanner.spacesAndRest(0, groups[1]);
 }
+
+/// What has to stand at the beginning of a form, so that most forms need not be tried.
+enum class Lead : std::uint8_t { Line, Value, Anything };
 
 struct Form {
     IRFormPattern definition;
-    char lead;  // what every line of the form begins with; 0 when any name can stand there
-    bool (*match)(Scanner&, Groups&);
+    Lead lead;
+    std::string_view characters;  // one of which the line or the assigned value begins with
+    bool (*match)(const Line&, Groups&);
 };
 
 // Reordering the rows changes the language.
 constexpr std::array<Form, 16> forms = {{
     {{IRForm::IntegerParameter, R"(^param\s+(int|boolean|character|string)\s+([A-Za-z_]\w*)$)"},
-     'p',
+     Lead::Line,
+     "p",
      matchIntegerParameter},
-    {{IRForm::DoubleParameter, R"(^param\s+double\s+([A-Za-z_]\w*)$)"}, 'p', matchDoubleParameter},
-    {{IRForm::Argument, R"(^arg ([\s\S]*)$)"}, 'a', matchArgument},
+    {{IRForm::DoubleParameter, R"(^param\s+double\s+([A-Za-z_]\w*)$)"},
+     Lead::Line,
+     "p",
+     matchDoubleParameter},
+    {{IRForm::Argument, R"(^arg ([\s\S]*)$)"}, Lead::Line, "a", matchArgument},
     {{IRForm::CallWithResult, R"(^([A-Za-z_]\w*)\s*=\s*call\s+([A-Za-z_]\w*),\s*([0-9]+)$)"},
-     0,
+     Lead::Value,
+     "c",
      matchCallWithResult},
-    {{IRForm::Call, R"(^call\s+([A-Za-z_]\w*),\s*([0-9]+)$)"}, 'c', matchCall},
-    {{IRForm::Branch, R"(^if\s+(.+)\s+goto\s+B([0-9]+)$)"}, 'i', matchBranch},
-    {{IRForm::Jump, R"(^goto\s+B([0-9]+)$)"}, 'g', matchJump},
-    {{IRForm::Return, R"(^return$)"}, 'r', matchReturn},
-    {{IRForm::ReturnValue, R"(^return ([\s\S]*)$)"}, 'r', matchReturnValue},
+    {{IRForm::Call, R"(^call\s+([A-Za-z_]\w*),\s*([0-9]+)$)"}, Lead::Line, "c", matchCall},
+    {{IRForm::Branch, R"(^if\s+(.+)\s+goto\s+B([0-9]+)$)"}, Lead::Line, "i", matchBranch},
+    {{IRForm::Jump, R"(^goto\s+B([0-9]+)$)"}, Lead::Line, "g", matchJump},
+    {{IRForm::Return, R"(^return$)"}, Lead::Line, "r", matchReturn},
+    {{IRForm::ReturnValue, R"(^return ([\s\S]*)$)"}, Lead::Line, "r", matchReturnValue},
     {{IRForm::Conversion,
       R"(^([A-Za-z_]\w*)\s*=\s*(inttostring|chartostring|booltostring|inttochar|chartoint)\s+(.+)$)"},
-     0,
+     Lead::Value,
+     "icb",
      matchConversion},
-    {{IRForm::IntToDouble, R"(^([A-Za-z_]\w*)\s*=\s*inttodouble\s+(.+)$)"}, 0, matchIntToDouble},
+    {{IRForm::IntToDouble, R"(^([A-Za-z_]\w*)\s*=\s*inttodouble\s+(.+)$)"},
+     Lead::Value,
+     "i",
+     matchIntToDouble},
     {{IRForm::DoubleToString, R"(^([A-Za-z_]\w*)\s*=\s*doubletostring\s+(.+)$)"},
-     0,
+     Lead::Value,
+     "d",
      matchDoubleToString},
     {{IRForm::BinaryOperation,
       R"(^([A-Za-z_]\w*)\s*=\s*(.+)\s+(\|\||&&|==|!=|<=|>=|<|>|\+|-|\*|/)\s+(.+)$)"},
-     0,
+     Lead::Value,
+     "",
      matchBinaryOperation},
-    {{IRForm::UnaryOperation, R"(^([A-Za-z_]\w*)\s*=\s*(!|-|\+)\s*(.+)$)"}, 0, matchUnaryOperation},
-    {{IRForm::ElementStore, R"(^([A-Za-z_]\w*\s*\[.+\])\s*=\s*(.+)$)"}, 0, matchElementStore},
-    {{IRForm::Copy, R"(^([A-Za-z_]\w*)\s*=\s*(.+)$)"}, 0, matchCopy},
+    {{IRForm::UnaryOperation, R"(^([A-Za-z_]\w*)\s*=\s*(!|-|\+)\s*(.+)$)"},
+     Lead::Value,
+     "!-+",
+     matchUnaryOperation},
+    {{IRForm::ElementStore, R"(^([A-Za-z_]\w*\s*\[.+\])\s*=\s*(.+)$)"},
+     Lead::Anything,
+     "",
+     matchElementStore},
+    {{IRForm::Copy, R"(^([A-Za-z_]\w*)\s*=\s*(.+)$)"}, Lead::Value, "", matchCopy},
 }};
 
 }  // namespace
@@ -371,15 +414,29 @@ const std::array<IRFormPattern, 16>& irFormPatterns() {
     return patterns;
 }
 
-IRLine recognise(std::string_view line) {
-    const char lead = line.empty() ? '\0' : line.front();
+namespace {
+
+/// Whether the line can have the form, by its first character or that of the assigned value.
+bool canHave(const Form& form, const Line& line) {
+    if (form.lead == Lead::Anything) {
+        return true;
+    }
+    const bool looksAtValue = form.lead == Lead::Value;
+    const std::size_t at = looksAtValue ? line.value : 0;
+    if (looksAtValue != line.isAssignment && looksAtValue) {
+        return false;
+    }
+    return form.characters.empty() ||
+           (at < line.text.size() && form.characters.find(line.text[at]) != std::string_view::npos);
+}
+
+}  // namespace
+
+IRLine recognise(std::string_view text) {
+    const Line line{text};
     for (const Form& form : forms) {
-        if (form.lead != 0 && form.lead != lead) {
-            continue;
-        }
-        Scanner scanner{line};
         Groups groups{};
-        if (form.match(scanner, groups)) {
+        if (canHave(form, line) && form.match(line, groups)) {
             return {form.definition.form, groups};
         }
     }

@@ -2,33 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 
 namespace {
-
-enum CharacterClass : std::uint8_t { space = 1, digit = 2, letter = 4 };
-
-constexpr std::array<std::uint8_t, 256> makeClasses() {
-    std::array<std::uint8_t, 256> classes{};
-    for (const char character : {' ', '\t', '\n', '\v', '\f', '\r'}) {
-        classes[static_cast<unsigned char>(character)] = space;
-    }
-    for (int character = '0'; character <= '9'; ++character) {
-        classes[static_cast<std::size_t>(character)] = digit;
-    }
-    for (int character = 'a'; character <= 'z'; ++character) {
-        classes[static_cast<std::size_t>(character)] = letter;
-        classes[static_cast<std::size_t>(character - 'a' + 'A')] = letter;
-    }
-    classes['_'] = letter;
-    return classes;
-}
-
-constexpr std::array<std::uint8_t, 256> classes = makeClasses();
-
-bool hasClass(char character, unsigned wanted) {
-    return (classes[static_cast<unsigned char>(character)] & wanted) != 0;
-}
 
 bool isLineBreak(char character) {
     return character == '\n' || character == '\r';
@@ -40,31 +15,6 @@ std::string_view withoutSign(std::string_view text) {
 }
 
 }  // namespace
-
-bool isSpace(char character) {
-    return hasClass(character, space);
-}
-
-bool isDigit(char character) {
-    return hasClass(character, digit);
-}
-
-bool beginsName(char character) {
-    return hasClass(character, letter);
-}
-
-bool isNameCharacter(char character) {
-    return hasClass(character, letter | digit);
-}
-
-std::string_view trim(std::string_view text) {
-    constexpr std::string_view trimmed = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(trimmed);
-    if (begin == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(begin, text.find_last_not_of(trimmed) - begin + 1);
-}
 
 bool isIntegerLiteral(std::string_view text) {
     const std::string_view digits = withoutSign(text);

@@ -1,21 +1,74 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 /// Tests and small parsers of operand texts, as the lines of the intermediate representation spell
 /// them. None of them fails or copies: what they return points into their argument.
 
+/// What a character can be in a line: bits that say so for each.
+namespace CharacterClass {
+inline constexpr std::uint8_t space = 1;
+inline constexpr std::uint8_t digit = 2;
+inline constexpr std::uint8_t letter = 4;  // or '_'
+inline constexpr std::uint8_t operation = 8;
+
+constexpr std::array<std::uint8_t, 256> table() {
+    std::array<std::uint8_t, 256> classes{};
+    const auto put = [&classes](std::string_view characters, std::uint8_t characterClass) {
+        for (const char character : characters) {
+            classes[static_cast<unsigned char>(character)] = characterClass;
+        }
+    };
+    put(" \t\n\v\f\r", space);
+    put("0123456789", digit);
+    put("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", letter);
+    put("|&=!<>+-*/", operation);
+    return classes;
+}
+
+inline constexpr std::array<std::uint8_t, 256> classes = table();
+}  // namespace CharacterClass
+
+inline bool hasClass(char character, unsigned characterClasses) {
+    return (CharacterClass::classes[static_cast<unsigned char>(character)] & characterClasses) != 0;
+}
+
 /// The white space of line forms: blank, tab, line feed, vertical tab, form feed, carriage return.
-bool isSpace(char character);
-bool isDigit(char character);
+inline bool isSpace(char character) {
+    return hasClass(character, CharacterClass::space);
+}
+inline bool isDigit(char character) {
+    return hasClass(character, CharacterClass::digit);
+}
 /// Whether a name can begin with the character: a letter or '_'.
-bool beginsName(char character);
+inline bool beginsName(char character) {
+    return hasClass(character, CharacterClass::letter);
+}
 /// Whether the character can stand in a name: a letter, a digit or '_'.
-bool isNameCharacter(char character);
+inline bool isNameCharacter(char character) {
+    return hasClass(character, CharacterClass::letter | CharacterClass::digit);
+}
+/// Whether an operator of a binary operation can end with the character.
+inline bool isOperatorCharacter(char character) {
+    return hasClass(character, CharacterClass::operation);
+}
 
 /// The text without blanks, tabs, carriage returns and line feeds at its ends.
-std::string_view trim(std::string_view text);
+inline std::string_view trim(std::string_view text) {
+    const auto isTrimmed = [](char character) {
+        return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+    };
+    while (!text.empty() && isTrimmed(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isTrimmed(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
 
 /// An optional sign and one or more digits.
 bool isIntegerLiteral(std::string_view text);

@@ -32,20 +32,21 @@ unsigned characterCode(std::string_view literal) {
 
 }  // namespace
 
+/// The value that a name stands for, if it has a slot.
+Value* CodeGenerator::slotOf(std::string_view name, FunctionContext& context) {
+    Value* value = context.values.find(name);
+    return value != nullptr && value->hasSlot ? value : nullptr;
+}
+
 CodeGenerator::Operand CodeGenerator::operandOf(std::string_view text, FunctionContext& context) {
     using Kind = Operand::Kind;
     Operand operand;
     operand.text = trim(text);
-    const auto valueOf = [&context](std::string_view name) {
-        const auto entry = context.values.find(name);
-        return entry != context.values.end() && entry->second.hasSlot ? &entry->second : nullptr;
-    };
     const std::string_view trimmed = operand.text;
-    if (trimmed == "true" || trimmed == "false") {
-        operand.kind = Kind::Boolean;
-    } else if (isIdentifier(trimmed)) {
-        operand.kind = Kind::Named;
-        operand.value = valueOf(trimmed);
+    if (isIdentifier(trimmed)) {
+        const bool isBoolean = trimmed == "true" || trimmed == "false";
+        operand.kind = isBoolean ? Kind::Boolean : Kind::Named;
+        operand.value = slotOf(trimmed, context);
     } else if (isIntegerLiteral(trimmed)) {
         operand.kind = Kind::Integer;
     } else if (isDoubleLiteral(trimmed)) {
@@ -56,7 +57,7 @@ CodeGenerator::Operand CodeGenerator::operandOf(std::string_view text, FunctionC
         operand.kind = Kind::Character;
     } else if (parseArrayAccess(trimmed, operand.name, operand.index)) {
         operand.kind = Kind::Element;
-        operand.value = valueOf(operand.name);
+        operand.value = slotOf(operand.name, context);
     }
     return operand;
 }

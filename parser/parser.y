@@ -5,7 +5,8 @@
  * syntax errors, so they have no aliases.
  *
  * Nodes belong to the tree from the moment in which an action links them; what a failed parse
- * leaves behind is not freed. A <text> value is a heap copy that the consuming action frees.
+ * leaves behind is not freed. A <text> value is a heap copy that the consuming action frees; an
+ * identifier comes as a Name, which nobody has to free.
  */
 
 %define parse.error detailed
@@ -48,7 +49,6 @@ SymbolTable symbolTable;
 std::queue<Symbol*> symbols;
 
 static void yyerror(const char* message);
-static Name takeName(char* text);
 static std::string decodeQuotedLiteral(const char* text);
 static char decodeCharacterLiteral(const char* text);
 static Node* stringLiteral(char* text, int line);
@@ -65,13 +65,15 @@ static void declareFunction(Node* function);
     int integer;
     double real;
     char* text;
+    unsigned name; /* the index of a Name, which has a constructor and cannot stand in a union */
     Node* node;
 }
 
 %destructor { free($$); } <text>
 
 %token <integer> T_INT_LITERAL
-%token <text> T_ID T_STRING_LITERAL T_CHARACTER_LITERAL
+%token <name> T_ID
+%token <text> T_STRING_LITERAL T_CHARACTER_LITERAL
 %token <real> T_DECIMAL_LITERAL
 %token T_PLUS T_MINUS T_TIMES T_DIVIDE
 %token T_LPAREN T_RPAREN T_LBRACE T_RBRACE T_LBRACKET T_RBRACKET
@@ -121,7 +123,7 @@ external_decl:
 
 function_decl:
     type T_ID T_LPAREN param_list_opt T_RPAREN block {
-        $$ = new Node(NodeKind::FunctionDeclaration, takeName($2), $1, @1.first_line);
+        $$ = new Node(NodeKind::FunctionDeclaration, Name::fromIndex($2), $1, @1.first_line);
         $$->addChild($4)->addChild($6);
         declareFunction($$);
     }
@@ -147,7 +149,7 @@ param_list:
 ;
 
 param:
-    type T_ID { $$ = new Node(NodeKind::Parameter, takeName($2), $1, @1.first_line); }
+    type T_ID { $$ = new Node(NodeKind::Parameter, Name::fromIndex($2), $1, @1.first_line); }
 ;
 
 block:
@@ -194,13 +196,13 @@ declarator_list:
     declarator { $$ = new Node(NodeKind::DeclaratorList, $1, @1.first_line); }
   | declarator_list T_COMMA declarator { $$ = $1->addChild($3); }
   | T_ID T_LBRACKET bracket_value T_RBRACKET init_array {
-        $$ = new Node(NodeKind::ArrayDeclarator, takeName($1), $3, @1.first_line);
+        $$ = new Node(NodeKind::ArrayDeclarator, Name::fromIndex($1), $3, @1.first_line);
         $$->addChild($5);
     }
 ;
 
 declarator:
-    T_ID init_var { $$ = new Node(NodeKind::Declarator, takeName($1), $2, @1.first_line); }
+    T_ID init_var { $$ = new Node(NodeKind::Declarator, Name::fromIndex($1), $2, @1.first_line); }
 ;
 
 init_var:
@@ -309,7 +311,7 @@ for_update_opt:
 
 call_stmt:
     T_ID T_LPAREN argument_list_opt T_RPAREN {
-        Node* callee = new Node(NodeKind::Identifier, takeName($1), @1.first_line);
+        Node* callee = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line);
         $$ = new Node(NodeKind::CallStatement, callee, $3, @1.first_line);
     }
 ;
@@ -349,15 +351,15 @@ decrement_stmt:
 ;
 
 opvalue:
-    T_ID { $$ = new Node(NodeKind::Identifier, takeName($1), @1.first_line); }
+    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line); }
   | T_ID T_LBRACKET bracket_value T_RBRACKET {
-        Node* array = new Node(NodeKind::Identifier, takeName($1), @1.first_line);
+        Node* array = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line);
         $$ = new Node(NodeKind::ArrayAccess, array, $3, @1.first_line);
     }
 ;
 
 bracket_value:
-    T_ID { $$ = new Node(NodeKind::Identifier, takeName($1), @1.first_line); }
+    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line); }
   | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @1.first_line); }
 ;
 
@@ -392,7 +394,7 @@ cast_expression:
 ;
 
 cast_value:
-    T_ID { $$ = new Node(NodeKind::Identifier, takeName($1), @1.first_line); }
+    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line); }
   | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @1.first_line); }
   | T_DECIMAL_LITERAL { $$ = new Node(NodeKind::DecimalLiteral, $1, @1.first_line); }
   | T_CHARACTER_LITERAL { $$ = characterLiteral($1, @1.first_line); }
@@ -435,13 +437,6 @@ empty:
 // Called with the location of the token that the parser was looking at.
 static void yyerror(const char* message) {
     Error::parser(message, yylloc.first_line);
-}
-
-/// Makes a name of the scanner's copy, and frees the copy.
-static Name takeName(char* text) {
-    const Name name{text};
-    free(text);
-    return name;
 }
 
 /// The character that a backslash and `escaped` stand for; any other character is itself.

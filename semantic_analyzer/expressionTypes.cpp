@@ -175,7 +175,7 @@ Name SemanticAnalyzer::inferCallStatementType(Node* node) {
     for (Node* argument : arguments) {
         inferExpressionType(argument);
     }
-    const std::vector<Symbol*> parameters = function->getParameters();
+    const std::vector<Symbol*>& parameters = function->parameterSymbols();
     if (arguments.size() != parameters.size()) {
         Error::semantic("Argument count mismatch in function call to '" + callee.text() +
                             "'. Expected " + std::to_string(parameters.size()) +

@@ -1,14 +1,68 @@
 #include "shared/ast/name.hpp"
 
 #include <deque>
-#include <unordered_map>
+#include <functional>
 
 namespace {
 
-/// Owns every text. The deque never moves its elements, so the views in the index stay valid.
-struct NamePool {
+/// Owns every text. Found by open addressing over their hashes; the deque never moves a text.
+class NamePool {
+public:
+    /// The number of a text that is not empty, or 0 when it has none.
+    std::uint32_t find(std::string_view text, std::uint32_t hash) const {
+        return slots[slotOf(text, hash)].number;
+    }
+
+    std::uint32_t findOrAdd(std::string_view text, std::uint32_t hash) {
+        const std::size_t at = slotOf(text, hash);
+        if (slots[at].number != 0) {
+            return slots[at].number;
+        }
+        const auto number = static_cast<std::uint32_t>(texts.size());
+        texts.emplace_back(text);
+        slots[at] = {hash, number};
+        if (texts.size() * 2 > slots.size()) {
+            grow();
+        }
+        return number;
+    }
+
+    const std::string& text(std::uint32_t number) const { return texts[number]; }
+
+private:
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t number = 0;  // 0: free
+    };
+
+    /// The slot of a text, or the free one where it would go.
+    std::size_t slotOf(std::string_view text, std::uint32_t hash) const {
+        const std::size_t mask = slots.size() - 1;
+        std::size_t at = hash & mask;
+        while (slots[at].number != 0 &&
+               (slots[at].hash != hash || texts[slots[at].number] != text)) {
+            at = (at + 1) & mask;
+        }
+        return at;
+    }
+
+    void grow() {
+        std::vector<Slot> old(slots.size() * 2);
+        old.swap(slots);
+        const std::size_t mask = slots.size() - 1;
+        for (const Slot slot : old) {
+            if (slot.number != 0) {
+                std::size_t at = slot.hash & mask;
+                while (slots[at].number != 0) {
+                    at = (at + 1) & mask;
+                }
+                slots[at] = slot;
+            }
+        }
+    }
+
     std::deque<std::string> texts{std::string{}};
-    std::unordered_map<std::string_view, std::uint32_t> indexes{{std::string_view{}, 0}};
+    std::vector<Slot> slots{std::size_t{1024}};  // a power of two, at least half of them free
 };
 
 NamePool& pool() {
@@ -16,28 +70,19 @@ NamePool& pool() {
     return instance;
 }
 
-}  // namespace
-
-Name::Name(std::string_view text) {
-    NamePool& names = pool();
-    const auto known = names.indexes.find(text);
-    if (known != names.indexes.end()) {
-        number = known->second;
-        return;
-    }
-    number = static_cast<std::uint32_t>(names.texts.size());
-    names.indexes.emplace(names.texts.emplace_back(text), number);
+std::uint32_t hashOf(std::string_view text) {
+    return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
 }
 
+}  // namespace
+
+Name::Name(std::string_view text)
+    : number(text.empty() ? 0 : pool().findOrAdd(text, hashOf(text))) {}
+
 Name Name::known(std::string_view text) {
-    Name name;
-    const auto known = pool().indexes.find(text);
-    if (known != pool().indexes.end()) {
-        name.number = known->second;
-    }
-    return name;
+    return fromIndex(text.empty() ? 0 : pool().find(text, hashOf(text)));
 }
 
 const std::string& Name::text() const {
-    return pool().texts[number];
+    return pool().text(number);
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -29,6 +28,12 @@ public:
     bool empty() const { return number == 0; }
     /// Names are numbered from 1 in the order in which they first appear; 0 is the empty name.
     std::uint32_t index() const { return number; }
+    /// The name of that index, which must be one that index() has given.
+    static Name fromIndex(std::uint32_t index) {
+        Name name;
+        name.number = index;
+        return name;
+    }
 
     friend bool operator==(Name left, Name right) { return left.number == right.number; }
 
@@ -57,9 +62,4 @@ public:
 
 private:
     std::vector<Action> actions;
-};
-
-/// Hashes by index, for maps keyed by Name.
-struct NameHash {
-    std::size_t operator()(Name name) const { return name.index(); }
 };

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
-#include "shared/krelir-cfg/ir-instruction.hpp"
+#include "shared/krelir-cfg/ir-instruction-list.hpp"
 
 /// A numbered run of instructions. The number is unique within the block's function.
 class IRBasicBlock {
@@ -12,19 +11,25 @@ public:
     explicit IRBasicBlock(int blockNumber) : number(blockNumber) {}
 
     int getNumber() const { return number; }
-    const std::vector<IRInstruction>& getInstructions() const { return instructions; }
+    const IRInstructionList& getInstructions() const { return instructions; }
     /// The numbers of the blocks that control can go to from this one's end, each once. Known from
     /// the last IRFunction::rebuildCFG on.
     const std::vector<int>& getSuccessors() const { return successors; }
 
-    void addInstruction(std::string text, bool separated) {
-        instructions.emplace_back(std::move(text), separated);
+    /// Appends an instruction with a copy of the text.
+    void addInstruction(std::string_view text, bool separated) {
+        instructions.add(separated, text);
+    }
+    /// The same for a text in several parts.
+    template <typename... Parts>
+    void addInstructionOf(bool separated, const Parts&... parts) {
+        instructions.add(separated, parts...);
     }
 
 private:
     friend class IRFunction;
 
     int number;
-    std::vector<IRInstruction> instructions;
+    IRInstructionList instructions;
     std::vector<int> successors;
 };

@@ -11,12 +11,12 @@ namespace {
 constexpr std::string_view branchMark = "goto B";
 
 /// The number after the last branch mark of a line.
-int branchTarget(const std::string& text) {
+int branchTarget(std::string_view text) {
     const std::size_t mark = text.rfind(branchMark);
     if (mark == std::string::npos) {
-        throw std::runtime_error("branch instruction has no target: " + text);
+        throw std::runtime_error("branch instruction has no target: " + std::string{text});
     }
-    return std::stoi(text.substr(mark + branchMark.size()));
+    return std::stoi(std::string{text.substr(mark + branchMark.size())});
 }
 
 /// Only the beginning is looked at (kept): a line that assigns to a variable whose name begins with
@@ -37,7 +37,7 @@ void printFunction(std::string& text, const IRFunction& function) {
     for (const IRBasicBlock& block : function.getBlocks()) {
         text.append(isFirst ? "B" : "\nB").append(std::to_string(block.getNumber())).append(":\n");
         isFirst = false;
-        for (const IRInstruction& instruction : block.getInstructions()) {
+        for (const IRInstruction instruction : block.getInstructions()) {
             text.append(instruction.isSeparated() ? "\n    " : "    ");
             text.append(instruction.getText()).append("\n");
         }
@@ -66,7 +66,7 @@ void IRFunction::rebuildCFG() {
         const bool jumps = last.starts_with(branchMark);
         const bool branches = last.starts_with("if ") && last.find(branchMark) != last.npos;
         if (jumps || branches) {
-            block.successors.push_back(branchTarget(block.instructions.back().getText()));
+            block.successors.push_back(branchTarget(last));
         }
         if (!jumps && index + 1 < blocks.size()) {
             addUnique(block.successors, blocks[index + 1].getNumber());

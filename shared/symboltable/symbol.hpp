@@ -39,6 +39,7 @@ public:
     Name symbolName() const { return name; }
     Name typeName() const { return declaredType; }
     Name sizeSymbolName() const { return arraySizeSymbolName; }
+    const std::vector<Symbol*>& parameterSymbols() const { return parameters; }
 
     void updateScope(Name newScope) { scope = newScope; }
     /// Attaches the symbol that gives the array's size. It must outlive this one; null detaches.

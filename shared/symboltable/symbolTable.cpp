@@ -5,53 +5,56 @@
 
 #include "shared/error/error.hpp"
 
-void SymbolTable::Scope::file(Symbol* symbol) {
+bool SymbolTable::Scope::file(Symbol* symbol) {
+    if (!byName.insert(symbol->symbolName(), symbol)) {
+        return false;
+    }
     symbols.emplace_back(symbol);
-    byName.emplace(symbol->symbolName(), symbol);
+    return true;
 }
 
 bool SymbolTable::insertSymbol(Name scope, int line, Symbol* symbol) {
-    const auto [entry, isNew] = scopes.try_emplace(scope);
-    if (!isNew) {
+    if (scopes.find(scope) != nullptr) {
         Error::semantic("Function '" + scope.text() + "' already exists.", line);
         return false;
     }
-    entry->second.file(symbol);
+    auto opened = std::make_unique<Scope>();
+    opened->file(symbol);
+    scopes.insert(scope, std::move(opened));
     return true;
 }
 
 bool SymbolTable::insertSymbol(Name scope, Symbol* symbol) {
-    const auto entry = scopes.find(scope);
-    if (entry == scopes.end()) {
+    const std::unique_ptr<Scope>* entry = scopes.find(scope);
+    if (entry == nullptr) {
         Error::semantic("Function symbol '" + scope.text() + "' does not exist for variable '" +
                             symbol->getName() + "'.",
                         symbol->getLine());
         return false;
     }
-    if (entry->second.byName.contains(symbol->symbolName())) {
+    if (!(*entry)->file(symbol)) {
         Error::semantic(
             "Symbol '" + symbol->getName() + "' already exists in scope '" + scope.text() + "'.",
             symbol->getLine());
         return false;
     }
-    entry->second.file(symbol);
     return true;
 }
 
 Symbol* SymbolTable::lookup(Name scope, Name name, int /*line*/) const {
-    const auto entry = scopes.find(scope);
-    if (entry == scopes.end()) {
+    const std::unique_ptr<Scope>* entry = scopes.find(scope);
+    if (entry == nullptr) {
         return nullptr;
     }
-    const auto symbol = entry->second.byName.find(name);
-    return symbol == entry->second.byName.end() ? nullptr : symbol->second;
+    Symbol* const* symbol = (*entry)->byName.find(name);
+    return symbol == nullptr ? nullptr : *symbol;
 }
 
 void SymbolTable::printSymbolTable() const {
     std::map<std::string, const Scope*> ordered;
-    for (const auto& [name, scope] : scopes) {
-        ordered.emplace(name.text(), &scope);
-    }
+    scopes.forEach([&](Name name, const std::unique_ptr<Scope>& scope) {
+        ordered.emplace(name.text(), scope.get());
+    });
     std::cout << std::endl << "Symbol Table:" << std::endl;
     for (const auto& [name, scope] : ordered) {
         std::cout << "Scope: " << name << std::endl;

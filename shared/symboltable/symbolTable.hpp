@@ -2,10 +2,9 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
-#include "shared/ast/name.hpp"
+#include "shared/ast/nameMap.hpp"
 #include "shared/symboltable/symbol.hpp"
 
 /// Every symbol of the program, grouped by scope. A scope has the name of the function that opens
@@ -35,10 +34,11 @@ public:
 private:
     struct Scope {
         std::vector<std::unique_ptr<Symbol>> symbols;  // in insertion order
-        std::unordered_map<Name, Symbol*, NameHash> byName;
+        NameMap<Symbol*> byName;
 
-        void file(Symbol* symbol);
+        /// Takes the symbol, unless its name is taken already; returns whether it did.
+        bool file(Symbol* symbol);
     };
 
-    std::unordered_map<Name, Scope, NameHash> scopes;
+    NameMap<std::unique_ptr<Scope>> scopes;
 };

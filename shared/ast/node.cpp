@@ -3,7 +3,63 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 #include <vector>
+
+namespace {
+
+#ifdef __SANITIZE_ADDRESS__
+
+// One by one, so that the sanitizer sees the life of each node.
+void* allocateNode() {
+    return ::operator new(sizeof(Node));
+}
+
+void freeNode(void* node) {
+    ::operator delete(node);
+}
+
+#else
+
+union NodeSpace {
+    NodeSpace* next;  // while it is free
+    alignas(Node) unsigned char node[sizeof(Node)];
+};
+
+constexpr std::size_t blockLength = 1024;  // nodes
+
+NodeSpace* freeSpaces = nullptr;
+NodeSpace* unusedSpaces = nullptr;  // the rest of the newest block
+std::size_t unusedCount = 0;
+
+void* allocateNode() {
+    if (freeSpaces != nullptr) {
+        return std::exchange(freeSpaces, freeSpaces->next);
+    }
+    if (unusedCount == 0) {
+        unusedSpaces = static_cast<NodeSpace*>(::operator new(sizeof(NodeSpace) * blockLength));
+        unusedCount = blockLength;
+    }
+    --unusedCount;
+    return unusedSpaces++;
+}
+
+void freeNode(void* node) {
+    auto* space = static_cast<NodeSpace*>(node);
+    space->next = std::exchange(freeSpaces, space);
+}
+
+#endif
+
+}  // namespace
+
+void* Node::operator new(std::size_t /*size*/) {
+    return allocateNode();
+}
+
+void Node::operator delete(void* node) {
+    freeNode(node);
+}
 
 NodeList::~NodeList() {
     if (capacity != inPlace) {

@@ -44,6 +44,11 @@ public:
     /// Deletes all descendants, however deep the tree is.
     ~Node();
 
+    /// Nodes come from blocks of many, which are kept for the nodes to come and never given back.
+    /// Throws std::bad_alloc.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* node);
+
     /// Appends `child`, taking ownership, unless it is null. Returns this node, so calls chain.
     Node* addChild(Node* child);
     /// Detaches entry `index` without deleting it; without effect when there is no such entry.

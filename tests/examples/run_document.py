@@ -91,10 +91,10 @@ def fenced_blocks(lines):
     """Gives (line number, what the fence is marked with, text) of every fenced block."""
     start = None
     for number, line in enumerate(lines, 1):
-        if not line.startswith("```"):
+        if not line.lstrip().startswith("```"):
             continue
         if start is None:
-            start, mark = number, line[3:].strip()
+            start, mark = number, line.strip()[3:].strip()
         else:
             yield start, mark, "".join(text + "\n" for text in lines[start:number - 1])
             start = None

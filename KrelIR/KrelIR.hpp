@@ -105,7 +105,8 @@ private:
     IRFunction* currentFunction = nullptr;
     IRBasicBlock* currentBlock = nullptr;
     bool separateNextInstruction = false;
-    int temporaryCounter = 0;  // the next temporary of the function
-    int blockCounter = 0;      // the last block number handed out in the function
-    std::vector<Loop> loops;   // the loops around the statement, innermost last
+    int temporaryCounter = 0;       // the next temporary of the function
+    int blockCounter = 0;           // the last block number handed out in the function
+    std::vector<Node*> operations;  // whose left operands are being lowered, innermost last
+    std::vector<Loop> loops;        // the loops around the statement, innermost last
 };

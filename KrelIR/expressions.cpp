@@ -2,6 +2,8 @@
 // the value in later instructions, and emits the instructions that compute it. Temporaries are
 // numbered in the order in which they are taken; that order is part of the output.
 
+#include <array>
+#include <charconv>
 #include <vector>
 
 #include "KrelIR/KrelIR.hpp"
@@ -60,7 +62,7 @@ KrelIR::Expression KrelIR::expressionOf(Name kind) {
 // Operators associate to the left, so a chain of a million of them is a million levels deep on its
 // left side. That side is walked down and up again here; only right operands recurse.
 std::string KrelIR::expression(Node* node) {
-    std::vector<Node*> operations;
+    const std::size_t bottom = operations.size();
     while (isOperation(*node)) {
         operations.push_back(node);
         node = childOf(node, 0);
@@ -70,8 +72,9 @@ std::string KrelIR::expression(Node* node) {
         internalError("Unsupported expression node: " + node->getKind());
     }
     std::string value = (this->*lower)(node);
-    for (; !operations.empty(); operations.pop_back()) {
+    while (operations.size() > bottom) {
         Node* operation = operations.back();
+        operations.pop_back();
         value = operation->kindName() == NodeKind::BinaryOp ? binaryOp(operation, value)
                                                             : unaryOp(operation, value);
     }
@@ -208,7 +211,9 @@ std::string KrelIR::negatedCondition(Node* node) {
 }
 
 std::string KrelIR::newTemporary() {
-    return concat("_t", std::to_string(temporaryCounter++));
+    std::array<char, 16> text = {'_', 't'};
+    const auto end = std::to_chars(text.begin() + 2, text.end(), temporaryCounter++).ptr;
+    return {text.begin(), end};
 }
 
 bool KrelIR::isLiteral(Node* node) {

@@ -113,7 +113,7 @@ void CodeGenerator::emitReadOnlyData() {
 }
 
 void CodeGenerator::emitFunction(const IRFunction& function) {
-    FunctionContext context{function};
+    FunctionContext context{function, values};
     planFrame(function, context);
     const std::string& name = context.name;
     out->write("\n\t.globl ", name, "\n\t.type ", name, ", @function\n", name, ":\n");

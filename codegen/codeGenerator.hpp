@@ -46,12 +46,12 @@ private:
     };
 
     struct FunctionContext {
-        explicit FunctionContext(const IRFunction& function);
+        FunctionContext(const IRFunction& function, ValueTable& words);
 
         std::string name;
         Name scope;  // the same as a name, for look-ups
         std::string returnLabel;
-        ValueTable values;
+        ValueTable& values;
         std::vector<std::string_view> pendingArguments;  // of the next call
         std::size_t parameterIndex = 0;                  // integer-class parameters stored so far
         std::size_t doubleParameterIndex = 0;            // double parameters stored so far
@@ -117,4 +117,5 @@ private:
     AssemblyWriter* out = nullptr;  // while generate runs
     Labels stringLabels;            // from the literal as it is written; into the program's text
     Labels doubleLabels;
+    ValueTable values;  // of the function being emitted
 };

@@ -48,8 +48,13 @@ void forEachWord(std::string_view text, Use use) {
 
 }  // namespace
 
-CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function)
-    : name(function.getName()), scope(Name::known(name)), returnLabel(".L" + name + "_return") {}
+CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function, ValueTable& words)
+    : name(function.getName()),
+      scope(Name::known(name)),
+      returnLabel(".L" + name + "_return"),
+      values(words) {
+    values.clear();
+}
 
 void CodeGenerator::planFrame(const IRFunction& function, FunctionContext& context) const {
     for (const IRBasicBlock& block : function.getBlocks()) {
@@ -72,7 +77,9 @@ void CodeGenerator::planFrame(const IRFunction& function, FunctionContext& conte
     long long total = 0;  // bytes
     for (Value* value : named) {
         total += slotSize * slotLength(*value, context);
-        value->address = std::to_string(-total) + "(%rbp)";
+        const std::string address = std::to_string(-total) + "(%rbp)";
+        value->addressSize = static_cast<std::uint8_t>(
+            address.copy(value->addressText.data(), value->addressText.size()));
     }
     context.frameSize = alignTo(total, 16);
     if (context.frameSize > std::numeric_limits<int>::max()) {

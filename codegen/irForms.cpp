@@ -6,6 +6,7 @@
 #include "codegen/irForms.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #include "codegen/irText.hpp"
@@ -62,52 +63,27 @@ public:
 
     bool atEnd() const { return at == line.size(); }
 
-    /// `\s{minimum,}(.+)$`. The blanks go to `\s` as far as they can, so the group begins at the
-    /// first other character; if there is none, with the last blank.
-    bool spacesAndRest(std::size_t minimum, std::string_view& group) {
-        const std::size_t first = at + minimum;
-        spaces();
-        if (at == line.size() && at > 0) {
-            --at;
-        }
-        if (at < first || at >= line.size()) {
-            return false;
-        }
-        group = line.substr(at);
-        return group.find_first_of("\n\r") == std::string_view::npos;
-    }
-
-    /// `(.+)\s+` before `end`, where the character before `end` is a blank and the blanks before
-    /// the position may go to a `\s` that leaves at least those before `low`. The group takes all
-    /// but that last blank, or stops at a line break if only blanks follow. When there is nothing
-    /// but blanks, one of them is the group: the last that leaves one more.
-    bool greedyUpTo(std::size_t low, std::size_t end, std::string_view& group) const {
-        if (at < end) {
-            const std::string_view candidate = line.substr(at, end - 1 - at);
-            const std::size_t stop = std::min(candidate.find_first_of("\n\r"), candidate.size());
-            group = candidate.substr(0, stop);
-            return std::all_of(candidate.begin() + stop, candidate.end(), isSpace);
-        }
-        for (std::size_t begin = end - 1; begin > low; --begin) {
-            group = line.substr(begin - 1, 1);
-            if (group != "\n" && group != "\r") {
-                return true;
-            }
-        }
-        return false;
-    }
-
     void moveTo(std::size_t position) { at = position; }
-    std::string_view text() const { return line; }
 
 private:
     std::string_view line;
     std::size_t at = 0;
 };
 
+/// What `.` cannot match, from some position on: the first line break, and where the blanks that
+/// begin with it end. Both are the end of the line when there is no line break.
+struct Obstacle {
+    std::size_t begin;
+    std::size_t end;
+};
+
 /// A line, with what all assignments have in common read already: `^([A-Za-z_]\w*)\s*=\s*`.
-struct Line {
-    explicit Line(std::string_view whole) : text(whole) {
+class Line {
+public:
+    explicit Line(std::string_view whole)
+        : text(whole),
+          hasLineBreak(whole.find('\n') != whole.npos || whole.find('\r') != whole.npos),
+          lastBreak(hasLineBreak ? whole.find_last_of("\n\r") : whole.npos) {
         Scanner scanner{text};
         if (!scanner.name(target)) {
             return;
@@ -121,14 +97,61 @@ struct Line {
         }
     }
 
-    /// A scanner that stands at the assigned value.
-    Scanner atValue() const {
+    Scanner scannerAt(std::size_t position) const {
         Scanner scanner{text};
-        scanner.moveTo(value);
+        scanner.moveTo(position);
         return scanner;
     }
 
-    std::string_view text;
+    Obstacle obstacleFrom(std::size_t position) const {
+        if (!hasLineBreak) {
+            return {text.size(), text.size()};
+        }
+        const std::size_t begin = std::min(text.find_first_of("\n\r", position), text.size());
+        Scanner scanner = scannerAt(begin);
+        scanner.spaces();
+        return {begin, scanner.position()};
+    }
+
+    /// `\s{minimum,}(.+)$` from `position` on. The blanks go to `\s` as far as they can, so the
+    /// group begins at the first other character; if there is none, with the last blank.
+    bool spacesAndRest(std::size_t position, std::size_t minimum, std::string_view& group) const {
+        Scanner scanner = scannerAt(position);
+        scanner.spaces();
+        std::size_t begin = scanner.position();
+        if (begin == text.size() && begin > 0) {
+            --begin;
+        }
+        if (begin < position + minimum || begin >= text.size()) {
+            return false;
+        }
+        group = text.substr(begin);
+        return !hasLineBreak || lastBreak < begin;
+    }
+
+    /// `\s*(.+)\s+` from `low` up to `end`, where the character before `end` is a blank and the
+    /// first other one from `low` on stands at `first`, before the obstacle. The group begins there
+    /// and takes all but that last blank, or stops at a line break if only blanks follow. When
+    /// `first` is `end`, one of the blanks is the group: the last one that leaves another.
+    bool greedyUpTo(std::size_t low, std::size_t first, std::size_t end, const Obstacle& obstacle,
+                    std::string_view& group) const {
+        if (first < end) {
+            const std::size_t stop = std::min(obstacle.begin, end - 1);
+            group = text.substr(first, stop - first);
+            return stop == end - 1 || end <= obstacle.end;
+        }
+        for (std::size_t begin = end - 1; begin > low; --begin) {
+            group = text.substr(begin - 1, 1);
+            if (group != "\n" && group != "\r") {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    const std::string_view text;
+    const bool hasLineBreak;
+    const std::size_t lastBreak;
     std::string_view target;
     bool isAssignment = false;
     std::size_t afterEquals = 0;
@@ -173,7 +196,7 @@ bool callOf(Scanner& line, std::string_view& callee, std::string_view& count) {
 
 bool matchCallWithResult(const Line& line, Groups& groups) {
     groups[0] = line.target;
-    Scanner scanner = line.atValue();
+    Scanner scanner = line.scannerAt(line.value);
     return callOf(scanner, groups[1], groups[2]);
 }
 
@@ -205,14 +228,18 @@ bool gotoAtEnd(std::string_view text, std::size_t& begin, std::string_view& numb
 }
 
 bool matchBranch(const Line& line, Groups& groups) {
-    Scanner scanner{line.text};
+    const std::string_view text = line.text;
+    Scanner scanner{text};
     std::size_t end = 0;
-    if (!scanner.literal("if") || !gotoAtEnd(line.text, end, groups[1])) {
+    if (!scanner.literal("if") || !gotoAtEnd(text, end, groups[1])) {
         return false;
     }
     const std::size_t low = scanner.position() + 1;
-    return scanner.someSpaces() && end > low && isSpace(line.text[end - 1]) &&
-           scanner.greedyUpTo(low, end, groups[0]);
+    if (!scanner.someSpaces() || end <= low || !isSpace(text[end - 1])) {
+        return false;
+    }
+    const std::size_t first = scanner.position();
+    return line.greedyUpTo(low, first, end, line.obstacleFrom(first), groups[0]);
 }
 
 bool matchJump(const Line& line, Groups& groups) {
@@ -237,8 +264,9 @@ bool matchReturnValue(const Line& line, Groups& groups) {
 /// `(word)\s+(.+)$` for one of some words.
 bool conversionOf(const Line& line, std::initializer_list<std::string_view> words,
                   std::string_view& word, std::string_view& operand) {
-    Scanner scanner = line.atValue();
-    return scanner.name(word) && isOneOf(word, words) && scanner.spacesAndRest(1, operand);
+    Scanner scanner = line.scannerAt(line.value);
+    return scanner.name(word) && isOneOf(word, words) &&
+           line.spacesAndRest(scanner.position(), 1, operand);
 }
 
 bool matchConversion(const Line& line, Groups& groups) {
@@ -282,19 +310,12 @@ std::string_view operatorEndingAt(std::string_view text, std::size_t last, std::
 bool matchBinaryOperation(const Line& line, Groups& groups) {
     const std::string_view text = line.text;
     const std::size_t low = line.afterEquals;
+    const Obstacle obstacle = line.obstacleFrom(line.value);
     groups[0] = line.target;
     for (std::size_t last = text.size() - 1; last-- > low + 1;) {
         groups[2] = operatorEndingAt(text, last, low);
-        if (groups[2].empty()) {
-            continue;
-        }
-        Scanner scanner{text};
-        scanner.moveTo(last + 1);
-        if (!scanner.spacesAndRest(1, groups[3])) {
-            continue;
-        }
-        scanner.moveTo(line.value);
-        if (scanner.greedyUpTo(low, last + 1 - groups[2].size(), groups[1])) {
+        if (!groups[2].empty() && line.spacesAndRest(last + 1, 1, groups[3]) &&
+            line.greedyUpTo(low, line.value, last + 1 - groups[2].size(), obstacle, groups[1])) {
             return true;
         }
     }
@@ -304,32 +325,25 @@ bool matchBinaryOperation(const Line& line, Groups& groups) {
 bool matchUnaryOperation(const Line& line, Groups& groups) {
     groups[0] = line.target;
     groups[1] = line.text.substr(line.value, 1);
-    if (!isOneOf(groups[1], {"!", "-", "+"})) {
-        return false;
-    }
-    Scanner scanner{line.text};
-    scanner.moveTo(line.value + 1);
-    return scanner.spacesAndRest(0, groups[2]);
+    return line.spacesAndRest(line.value + 1, 0, groups[2]);
 }
 
 // The index takes as much as it can, so the element ends at the last bracket that is followed by
 // an equals sign.
 bool matchElementStore(const Line& line, Groups& groups) {
-    Scanner scanner{line.text};
-    scanner.moveTo(line.target.size());
+    Scanner scanner = line.scannerAt(line.target.size());
     scanner.spaces();
     if (line.target.empty() || !scanner.literal("[")) {
         return false;
     }
     const std::string_view text = line.text;
     const std::size_t index = scanner.position();
-    const std::size_t limit = text.find_first_of("\n\r", index);
-    for (std::size_t close = text.rfind(']', limit);
+    for (std::size_t close = text.rfind(']', line.obstacleFrom(index).begin);
          close != std::string_view::npos && close > index; close = text.rfind(']', close - 1)) {
         groups[0] = text.substr(0, close + 1);
         scanner.moveTo(close + 1);
         scanner.spaces();
-        if (scanner.literal("=") && scanner.spacesAndRest(0, groups[1])) {
+        if (scanner.literal("=") && line.spacesAndRest(scanner.position(), 0, groups[1])) {
             return true;
         }
     }
@@ -338,9 +352,7 @@ bool matchElementStore(const Line& line, Groups& groups) {
 
 bool matchCopy(const Line& line, Groups& groups) {
     groups[0] = line.target;
-    Scanner scanner{line.text};
-    scanner.moveTo(line.afterEquals);
-    return scanner.spacesAndRest(0, groups[1]);
+    return line.spacesAndRest(line.afterEquals, 0, groups[1]);
 }
 
 /// What has to stand at the beginning of a form, so that most forms need not be tried.
@@ -416,27 +428,58 @@ const std::array<IRFormPattern, 16>& irFormPatterns() {
 
 namespace {
 
-/// Whether the line can have the form, by its first character or that of the assigned value.
-bool canHave(const Form& form, const Line& line) {
-    if (form.lead == Lead::Anything) {
-        return true;
+/// A set of forms: bit i stands for row i.
+using FormSet = std::uint16_t;
+using FormsByCharacter = std::array<FormSet, 256>;
+
+constexpr FormSet formsWithLead(bool (*isWanted)(Lead)) {
+    FormSet wanted = 0;
+    for (std::size_t row = 0; row < forms.size(); ++row) {
+        if (isWanted(forms[row].lead)) {
+            wanted = static_cast<FormSet>(wanted | 1U << row);
+        }
     }
-    const bool looksAtValue = form.lead == Lead::Value;
-    const std::size_t at = looksAtValue ? line.value : 0;
-    if (looksAtValue != line.isAssignment && looksAtValue) {
-        return false;
+    return wanted;
+}
+
+/// The forms that are possible for each character at their lead, and all forms of other leads.
+constexpr FormsByCharacter formsByCharacter(Lead lead) {
+    FormsByCharacter result{};
+    for (std::size_t character = 0; character < result.size(); ++character) {
+        for (std::size_t row = 0; row < forms.size(); ++row) {
+            const std::string_view accepted = forms[row].characters;
+            if (forms[row].lead != lead || accepted.empty() ||
+                accepted.find(static_cast<char>(character)) != accepted.npos) {
+                result[character] = static_cast<FormSet>(result[character] | 1U << row);
+            }
+        }
     }
-    return form.characters.empty() ||
-           (at < line.text.size() && form.characters.find(line.text[at]) != std::string_view::npos);
+    return result;
+}
+
+constexpr FormsByCharacter formsByLine = formsByCharacter(Lead::Line);
+constexpr FormsByCharacter formsByValue = formsByCharacter(Lead::Value);
+constexpr FormSet formsOfNoAssignment =
+    formsWithLead([](Lead lead) { return lead != Lead::Value; });
+
+/// The forms that are possible by the first character of the line and of the assigned value.
+FormSet possibleForms(const Line& line) {
+    const auto characterAt = [&line](std::size_t at) -> std::size_t {
+        return at < line.text.size() ? static_cast<unsigned char>(line.text[at]) : 0;
+    };
+    const FormSet byValue =
+        line.isAssignment ? formsByValue[characterAt(line.value)] : formsOfNoAssignment;
+    return formsByLine[characterAt(0)] & byValue;
 }
 
 }  // namespace
 
 IRLine recognise(std::string_view text) {
     const Line line{text};
-    for (const Form& form : forms) {
+    for (unsigned possible = possibleForms(line); possible != 0; possible &= possible - 1) {
+        const Form& form = forms[static_cast<std::size_t>(std::countr_zero(possible))];
         Groups groups{};
-        if (canHave(form, line) && form.match(line, groups)) {
+        if (form.match(line, groups)) {
             return {form.definition.form, groups};
         }
     }

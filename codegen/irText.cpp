@@ -9,6 +9,10 @@ bool isLineBreak(char character) {
     return character == '\n' || character == '\r';
 }
 
+bool areDigits(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char character) { return isDigit(character); });
+}
+
 std::string_view withoutSign(std::string_view text) {
     const bool isSigned = !text.empty() && (text.front() == '+' || text.front() == '-');
     return text.substr(isSigned ? 1 : 0);
@@ -18,7 +22,7 @@ std::string_view withoutSign(std::string_view text) {
 
 bool isIntegerLiteral(std::string_view text) {
     const std::string_view digits = withoutSign(text);
-    return !digits.empty() && std::all_of(digits.begin(), digits.end(), isDigit);
+    return !digits.empty() && areDigits(digits);
 }
 
 bool isDoubleLiteral(std::string_view text) {
@@ -27,9 +31,7 @@ bool isDoubleLiteral(std::string_view text) {
     if (point == std::string_view::npos || digits.size() < 2) {
         return false;
     }
-    const std::string_view fraction = digits.substr(point + 1);
-    return std::all_of(digits.begin(), digits.begin() + point, isDigit) &&
-           std::all_of(fraction.begin(), fraction.end(), isDigit);
+    return areDigits(digits.substr(0, point)) && areDigits(digits.substr(point + 1));
 }
 
 bool isStringLiteral(std::string_view text) {
@@ -42,12 +44,12 @@ bool isCharacterLiteral(std::string_view text) {
 
 bool isIdentifier(std::string_view text) {
     return !text.empty() && beginsName(text.front()) &&
-           std::all_of(text.begin(), text.end(), isNameCharacter);
+           std::all_of(text.begin(), text.end(),
+                       [](char character) { return isNameCharacter(character); });
 }
 
 bool isBlockName(std::string_view text) {
-    return text.size() >= 2 && text.front() == 'B' &&
-           std::all_of(text.begin() + 1, text.end(), isDigit);
+    return text.size() >= 2 && text.front() == 'B' && areDigits(text.substr(1));
 }
 
 bool isKeyword(std::string_view text) {

@@ -132,7 +132,7 @@ void CodeGenerator::loadValue(const Operand& operand, std::string_view reg,
             return;
         case Operand::Kind::Named:
             if (operand.value != nullptr) {
-                out->write("\tmovq ", operand.value->address, ", ", reg, "\n");
+                out->write("\tmovq ", operand.value->address(), ", ", reg, "\n");
                 return;
             }
             break;
@@ -151,7 +151,7 @@ void CodeGenerator::loadDouble(const Operand& operand, std::string_view reg,
         loadElementAddress(operand, context);
         out->write("\tmovsd (%r10,%r11,8), ", reg, "\n");
     } else if (operand.value != nullptr) {
-        out->write("\tmovsd ", operand.value->address, ", ", reg, "\n");
+        out->write("\tmovsd ", operand.value->address(), ", ", reg, "\n");
     } else {
         fail("unknown double IR value: ", operand.text);
     }
@@ -163,7 +163,7 @@ void CodeGenerator::storeValue(const Operand& target, std::string_view reg,
         loadElementAddress(target, context);
         out->write("\tmovq ", reg, ", (%r10,%r11,8)\n");
     } else if (target.value != nullptr) {
-        out->write("\tmovq ", reg, ", ", target.value->address, "\n");
+        out->write("\tmovq ", reg, ", ", target.value->address(), "\n");
     } else {
         fail("no stack slot for IR value: ", target.text);
     }
@@ -175,7 +175,7 @@ void CodeGenerator::storeDouble(const Operand& target, std::string_view reg,
         loadElementAddress(target, context);
         out->write("\tmovsd ", reg, ", (%r10,%r11,8)\n");
     } else if (target.value != nullptr) {
-        out->write("\tmovsd ", reg, ", ", target.value->address, "\n");
+        out->write("\tmovsd ", reg, ", ", target.value->address(), "\n");
     } else {
         fail("no stack slot for double IR value: ", target.text);
     }
@@ -188,7 +188,7 @@ void CodeGenerator::loadElementAddress(const Operand& element, FunctionContext& 
         fail("unknown array: ", element.name);
     }
     loadValue(operandOf(element.index, context), "%r11", context);
-    out->write("\tleaq ", element.value->address, ", %r10\n");
+    out->write("\tleaq ", element.value->address(), ", %r10\n");
 }
 
 void CodeGenerator::emitCall(std::optional<std::string_view> result, std::string_view callee,

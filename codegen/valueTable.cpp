@@ -2,13 +2,14 @@
 
 Value* ValueTable::add(std::string_view name) {
     const std::uint32_t hash = hashOf(name);
-    const std::size_t at = slotOf(name, hash);
+    const std::uint32_t at = slotOf(name, hash);
     if (slots[at] != 0) {
         return nullptr;
     }
     Value& value = values.emplace_back();
     value.name = name;
     value.hash = hash;
+    value.slot = at;
     slots[at] = static_cast<std::uint32_t>(values.size());
     if (values.size() * 2 > slots.size()) {
         grow();
@@ -16,14 +17,19 @@ Value* ValueTable::add(std::string_view name) {
     return &value;
 }
 
+// Only what is used: the table may be as large as the largest function needed it.
+void ValueTable::clear() {
+    for (const Value& value : values) {
+        slots[value.slot] = 0;
+    }
+    values.clear();
+}
+
 void ValueTable::grow() {
     slots.assign(slots.size() * 2, 0);
-    const std::size_t mask = slots.size() - 1;
-    for (std::size_t index = 0; index < values.size(); ++index) {
-        std::size_t at = values[index].hash & mask;
-        while (slots[at] != 0) {
-            at = (at + 1) & mask;
-        }
-        slots[at] = static_cast<std::uint32_t>(index + 1);
+    std::uint32_t number = 0;
+    for (Value& value : values) {
+        value.slot = slotOf(value.name, value.hash);
+        slots[value.slot] = ++number;
     }
 }

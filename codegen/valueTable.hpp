@@ -1,8 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -12,11 +12,15 @@
 struct Value {
     std::string_view name;
     std::uint32_t hash = 0;
+    std::uint32_t slot = 0;  // in the table
     bool hasSlot = false;
-    std::string address;  // of its slot, as an operand: "-24(%rbp)"
-    int length = 0;       // elements of an array; 0 for anything else
-    Name declaredType;    // of its symbol; empty without one
-    Name type;            // what it is believed to hold now; empty when nothing is known
+    std::uint8_t addressSize = 0;
+    std::array<char, 18> addressText;  // of its slot, as an operand: "-24(%rbp)"
+    int length = 0;                    // elements of an array; 0 for anything else
+    Name declaredType;                 // of its symbol; empty without one
+    Name type;  // what it is believed to hold now; empty when nothing is known
+
+    std::string_view address() const { return {addressText.data(), addressSize}; }
 };
 
 /// The words of one function, found by their texts, which stay the caller's. Looked up for every
@@ -32,6 +36,9 @@ public:
     /// Adds a word, unless it is known; then null.
     Value* add(std::string_view name);
 
+    /// Forgets all words, for the next function.
+    void clear();
+
     /// All words, in the order in which they were added.
     std::vector<Value>& all() { return values; }
 
@@ -45,9 +52,9 @@ private:
     }
 
     /// The slot of a word, or the free one where it would go.
-    std::size_t slotOf(std::string_view name, std::uint32_t hash) const {
-        const std::size_t mask = slots.size() - 1;
-        std::size_t at = hash & mask;
+    std::uint32_t slotOf(std::string_view name, std::uint32_t hash) const {
+        const auto mask = static_cast<std::uint32_t>(slots.size() - 1);
+        std::uint32_t at = hash & mask;
         while (slots[at] != 0) {
             const Value& value = values[slots[at] - 1];
             if (value.hash == hash && value.name == name) {

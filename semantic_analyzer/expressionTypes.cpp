@@ -98,7 +98,7 @@ SemanticAnalyzer::Infer SemanticAnalyzer::inferrerOf(Name kind) {
 // Operators associate to the left, so a chain of a million of them is a million levels deep on its
 // left side. That side is walked down and up again here; only right operands recurse.
 Name SemanticAnalyzer::inferExpressionType(Node* node) {
-    std::vector<Node*> operations;
+    const std::size_t bottom = operations.size();
     while (node != nullptr && isOperation(*node)) {
         operations.push_back(node);
         node = node->getChildren()[0];
@@ -108,8 +108,9 @@ Name SemanticAnalyzer::inferExpressionType(Node* node) {
         const Infer inferrer = inferrerOf(node->kindName());
         type = inferrer == nullptr ? Name{} : (this->*inferrer)(node);
     }
-    for (; !operations.empty(); operations.pop_back()) {
+    while (operations.size() > bottom) {
         Node* operation = operations.back();
+        operations.pop_back();
         type = operation->kindName() == NodeKind::UnaryOp ? setExpressionType(operation, type)
                                                           : binaryOpType(operation, type);
     }

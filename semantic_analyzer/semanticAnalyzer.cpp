@@ -5,7 +5,6 @@
 #include "semantic_analyzer/semanticAnalyzer.hpp"
 
 #include <cstdlib>
-#include <vector>
 
 #include "shared/ast/node.hpp"
 #include "shared/error/error.hpp"
@@ -56,8 +55,9 @@ void SemanticAnalyzer::visit(Node* node) {
     if (node == nullptr) {
         return;
     }
-    std::vector<Node*> waiting{node};
-    while (!waiting.empty()) {
+    const std::size_t bottom = waiting.size();
+    waiting.push_back(node);
+    while (waiting.size() > bottom) {
         Node* next = waiting.back();
         waiting.pop_back();
         if (const Visit visitor = visitorOf(next->kindName()); visitor != nullptr) {

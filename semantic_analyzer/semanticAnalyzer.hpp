@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <vector>
 
 #include "shared/ast/name.hpp"
 
@@ -67,6 +67,8 @@ private:
     static void reportTypeMismatch(Name expected, Name actual, int line);
 
     SymbolTable& symbolTable;
-    Name currentScope;       // the function being analysed; the scope of every look-up
-    Name currentReturnType;  // its declared return type
+    Name currentScope;              // the function being analysed; the scope of every look-up
+    Name currentReturnType;         // its declared return type
+    std::vector<Node*> operations;  // whose left operands are being typed, innermost last
+    std::vector<Node*> waiting;     // nodes that the walk has still to visit, next one last
 };

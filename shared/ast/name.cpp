@@ -3,11 +3,11 @@
 #include <deque>
 #include <functional>
 
-namespace {
-
 /// Owns every text. Found by open addressing over their hashes; the deque never moves a text.
 class NamePool {
 public:
+    NamePool() { publish({}); }
+
     /// The number of a text that is not empty, or 0 when it has none.
     std::uint32_t find(std::string_view text, std::uint32_t hash) const {
         return slots[slotOf(text, hash)].number;
@@ -19,15 +19,13 @@ public:
             return slots[at].number;
         }
         const auto number = static_cast<std::uint32_t>(texts.size());
-        texts.emplace_back(text);
+        publish(text);
         slots[at] = {hash, number};
         if (texts.size() * 2 > slots.size()) {
             grow();
         }
         return number;
     }
-
-    const std::string& text(std::uint32_t number) const { return texts[number]; }
 
 private:
     struct Slot {
@@ -40,10 +38,15 @@ private:
         const std::size_t mask = slots.size() - 1;
         std::size_t at = hash & mask;
         while (slots[at].number != 0 &&
-               (slots[at].hash != hash || texts[slots[at].number] != text)) {
+               (slots[at].hash != hash || *texts[slots[at].number] != text)) {
             at = (at + 1) & mask;
         }
         return at;
+    }
+
+    void publish(std::string_view text) {
+        texts.push_back(&storage.emplace_back(text));
+        Name::texts = texts.data();
     }
 
     void grow() {
@@ -61,9 +64,15 @@ private:
         }
     }
 
-    std::deque<std::string> texts{std::string{}};
+    std::deque<std::string> storage;
+    std::vector<const std::string*> texts;
     std::vector<Slot> slots{std::size_t{1024}};  // a power of two, at least half of them free
 };
+
+namespace {
+
+constinit const std::string emptyText;
+constinit const std::string* const initialTexts[] = {&emptyText};
 
 NamePool& pool() {
     static NamePool instance;
@@ -76,13 +85,12 @@ std::uint32_t hashOf(std::string_view text) {
 
 }  // namespace
 
+// Until the pool exists there is only the empty name.
+constinit const std::string* const* Name::texts = initialTexts;
+
 Name::Name(std::string_view text)
     : number(text.empty() ? 0 : pool().findOrAdd(text, hashOf(text))) {}
 
 Name Name::known(std::string_view text) {
     return fromIndex(text.empty() ? 0 : pool().find(text, hashOf(text)));
-}
-
-const std::string& Name::text() const {
-    return pool().text(number);
 }

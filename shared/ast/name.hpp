@@ -24,7 +24,7 @@ public:
     /// it keeps nothing.
     static Name known(std::string_view text);
 
-    const std::string& text() const;
+    const std::string& text() const { return *texts[number]; }
     bool empty() const { return number == 0; }
     /// Names are numbered from 1 in the order in which they first appear; 0 is the empty name.
     std::uint32_t index() const { return number; }
@@ -38,6 +38,10 @@ public:
     friend bool operator==(Name left, Name right) { return left.number == right.number; }
 
 private:
+    friend class NamePool;
+
+    static const std::string* const* texts;  // by index; the pool's, which moves it as it grows
+
     std::uint32_t number = 0;
 };
 

@@ -1,0 +1,6 @@
+x = 1; @
+void main() {
+x;
+% exit(1, 2);
+}
+void main() { }

@@ -1,0 +1,5 @@
+void main() {
+int x = true;
+y = 1;
+print(z);
+}

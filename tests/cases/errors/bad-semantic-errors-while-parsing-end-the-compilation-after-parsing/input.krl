@@ -1,0 +1,2 @@
+print(y);
+void main() { int x = true; }

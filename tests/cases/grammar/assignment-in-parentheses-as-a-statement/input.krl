@@ -1,0 +1,7 @@
+void main() {
+int x = 1;
+(x = 2);
+(x += 3);
+(x -= 1);
+print(x);
+}

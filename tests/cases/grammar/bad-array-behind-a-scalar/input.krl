@@ -1,0 +1,3 @@
+void main() {
+int n = 0, a[3];
+}

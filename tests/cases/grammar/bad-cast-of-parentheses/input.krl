@@ -1,0 +1,3 @@
+void main() {
+int x = (int) (y);
+}

@@ -1,0 +1,3 @@
+void main() {
+if (c) { } elseif (c) x = 1;
+}

@@ -1,0 +1,3 @@
+void main() {
+for (;;) x = 1;
+}

@@ -1,0 +1,3 @@
+void main() {
+for (;; int i = 0) { }
+}

@@ -1,0 +1,3 @@
+void main() {
+int a[3], b[3];
+}

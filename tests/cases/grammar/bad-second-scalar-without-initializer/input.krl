@@ -1,0 +1,3 @@
+void main() {
+int x = 1, y;
+}

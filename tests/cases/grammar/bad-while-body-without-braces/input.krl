@@ -1,0 +1,3 @@
+void main() {
+while (c) x = 1;
+}

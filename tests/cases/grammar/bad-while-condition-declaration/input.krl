@@ -1,0 +1,3 @@
+void main() {
+while (int c = 1) { }
+}

@@ -1,0 +1,15 @@
+void main() {
+exit(a || b || c);
+exit(a && b && c);
+exit(a == b != c);
+exit(a != b == c);
+exit(a < b > c);
+exit(a > b <= c);
+exit(a <= b >= c);
+exit(a >= b < c);
+exit(a - b + c);
+exit(a + b - c);
+exit(a - b - c);
+exit(a / b * c);
+exit(a * b / c);
+}

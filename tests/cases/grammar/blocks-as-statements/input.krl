@@ -1,0 +1,4 @@
+void main() {
+{ }
+{ print(1); { print(2); } }
+}

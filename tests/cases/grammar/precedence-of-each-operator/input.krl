@@ -1,0 +1,8 @@
+void main() {
+exit(a || b != c);
+exit(a != b > c);
+exit(a != b <= c);
+exit(a != b >= c);
+exit(a > b - c);
+exit(a - b / c);
+}

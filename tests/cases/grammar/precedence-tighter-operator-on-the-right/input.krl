@@ -1,0 +1,7 @@
+void main() {
+exit(a || b && c);
+exit(a && b == c);
+exit(a == b < c);
+exit(a < b + c);
+exit(a + b * c);
+}

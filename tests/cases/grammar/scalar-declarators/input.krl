@@ -1,0 +1,1 @@
+void main() { int a = 1, b = 2; print(a, b); }

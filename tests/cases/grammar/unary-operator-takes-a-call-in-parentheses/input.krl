@@ -1,0 +1,2 @@
+void f() { }
+void main() { exit(-(f())); }

@@ -1,0 +1,10 @@
+void main() {
+exit(-a * b);
+exit(!a && b);
+exit(!a < b);
+exit(+a - b);
+exit(a - -b);
+exit(a * -b);
+exit(-a[0] + b);
+exit(!(a && b));
+}

@@ -1,0 +1,5 @@
+void main() {
+exit(- - a);
+exit(!!a);
+exit(-+!a);
+}

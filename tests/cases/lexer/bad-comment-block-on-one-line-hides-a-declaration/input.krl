@@ -1,0 +1,4 @@
+void main() {
+#{ a }# int x = 1;
+print(x);
+}

@@ -1,0 +1,3 @@
+void main() { #{ opened here
+@ int x = 1;
+}

@@ -1,0 +1,4 @@
+void main() {
+if (true) { }
+else if (true) { }
+}

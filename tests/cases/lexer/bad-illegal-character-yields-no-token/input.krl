@@ -1,0 +1,1 @@
+void main() { int x @ = @ 1; print(x) @; }

@@ -1,0 +1,4 @@
+#{ one
+
+void main() { @
+}

@@ -1,0 +1,1 @@
+void main() { exit(1e5); }

@@ -1,0 +1,1 @@
+void main() { exit(x*=1); }

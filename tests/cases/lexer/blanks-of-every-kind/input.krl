@@ -1,0 +1,9 @@
+
+	 void	main 
+(	)
+
+{	int  x	=
+1 ;print
+(x) ; 	}
+
+	 

@@ -1,0 +1,9 @@
+void main() {
+exit('a');
+exit('');
+exit('\'');
+exit('\\');
+exit('"');
+exit(' ');
+exit('#');
+}

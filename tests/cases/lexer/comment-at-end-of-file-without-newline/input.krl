@@ -1,0 +1,1 @@
+void main() { print("1"); } # done

@@ -1,0 +1,4 @@
+#{
+}
+}}# still comment
+}# void main() { print("1"); }

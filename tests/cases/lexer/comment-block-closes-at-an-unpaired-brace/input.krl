@@ -1,0 +1,3 @@
+#{
+ a }}# print("no"); } b
+ }}}# void main() { print("1"); }

@@ -1,0 +1,3 @@
+void main() { #{ a }# int x = 1; }
+print("2");
+}

@@ -1,0 +1,3 @@
+#{ one {
+ print("no"); # two
+ " three }# void main() { print("1"); }

@@ -1,0 +1,1 @@
+void main(){int x=1;x+=2;x-=-1;if(x==4){print(x);}else{print("no");}}

@@ -1,0 +1,6 @@
+void main() {
+exit(1, 2);
+exit
+(1,
+2, 3);
+}

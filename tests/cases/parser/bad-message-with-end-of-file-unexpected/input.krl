@@ -1,0 +1,2 @@
+void main() {
+exit(1

@@ -1,0 +1,1 @@
+x = 1; @ while (true) { } $ { } ^ print(1); ~

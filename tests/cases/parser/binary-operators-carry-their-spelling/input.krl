@@ -1,0 +1,14 @@
+void main() {
+exit(a || 1);
+exit(a && 1);
+exit(a == 1);
+exit(a != 1);
+exit(a < 1);
+exit(a > 1);
+exit(a <= 1);
+exit(a >= 1);
+exit(a + 1);
+exit(a - 1);
+exit(a * 1);
+exit(a / 1);
+}

@@ -1,0 +1,4 @@
+void main() {
+exit();
+exit(1);
+}

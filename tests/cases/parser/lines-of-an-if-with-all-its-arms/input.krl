@@ -1,0 +1,23 @@
+void main() {
+if
+(
+true
+)
+{
+}
+elseif
+(
+false
+)
+{
+}
+elseif
+(
+true
+)
+{
+}
+else
+{
+}
+}

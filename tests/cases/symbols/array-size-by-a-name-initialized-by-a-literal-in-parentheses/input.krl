@@ -1,0 +1,6 @@
+void main() {
+int n = ((3));
+int a[n];
+a[2] = 1;
+print(a[2]);
+}

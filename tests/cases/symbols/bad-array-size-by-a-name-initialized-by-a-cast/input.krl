@@ -1,0 +1,4 @@
+void main() {
+int n = (int) 'a';
+int a[n];
+}

@@ -1,0 +1,4 @@
+void main() {
+int n = 0;
+int a[n];
+}

@@ -1,0 +1,4 @@
+void main() {
+int m = 3; int n = m;
+int a[n];
+}

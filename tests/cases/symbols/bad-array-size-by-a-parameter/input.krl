@@ -1,0 +1,4 @@
+void f(int n) {
+int a[n];
+}
+void main() { }

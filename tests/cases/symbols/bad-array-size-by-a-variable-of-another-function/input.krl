@@ -1,0 +1,4 @@
+void f() { int n = 3; }
+void main() {
+int a[n];
+}

@@ -1,0 +1,4 @@
+void main() {
+int n[2];
+int a[n];
+}

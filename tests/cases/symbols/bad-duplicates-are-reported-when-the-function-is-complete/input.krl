@@ -1,0 +1,7 @@
+void f() {
+int x = 1;
+int x = 2;
+@ y;
+}
+$
+void main() { }

@@ -1,0 +1,5 @@
+void g() { }
+void main() { }
+
+int
+g() { return 1; }

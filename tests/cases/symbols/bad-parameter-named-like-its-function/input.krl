@@ -1,0 +1,3 @@
+void f(int a,
+int f) { }
+void main() { }

@@ -1,0 +1,4 @@
+void f() {
+int x = 1;
+int x = 2;
+]

@@ -1,0 +1,6 @@
+void main() {
+int x = 1;
+{
+int x = 2;
+}
+}

@@ -1,0 +1,4 @@
+void f(int a) {
+int a = 1;
+}
+void main() { }

@@ -1,0 +1,4 @@
+void f() {
+int f = 1;
+}
+void main() { }

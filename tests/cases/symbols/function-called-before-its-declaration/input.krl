@@ -1,0 +1,2 @@
+void main() { print(f(1)); }
+int f(int a) { return a; }

@@ -1,0 +1,4 @@
+void main() {
+for (int i = 0; i < 3; i++) { }
+print(i);
+}

@@ -1,0 +1,4 @@
+void main() {
+exit(true);
+exit(false);
+}

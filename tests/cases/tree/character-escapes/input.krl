@@ -1,0 +1,12 @@
+void main() {
+exit('"');
+exit('\\');
+exit('\n');
+exit('\t');
+exit('\r');
+exit('\b');
+exit('\f');
+exit('\0');
+exit('/');
+exit('a');
+}

@@ -1,0 +1,4 @@
+void main() {
+int x = 2 + 3;
+print(x);
+}

@@ -1,0 +1,192 @@
+#!/usr/bin/env python3
+"""The native compiler: where it is searched, how it is called, and how it can fail."""
+
+import resource
+import os
+import shutil
+import signal
+import subprocess
+import unittest
+
+from harness import CommandLineTest, RUNTIME
+
+NOT_FOUND = "No native compiler found (install gcc or clang).\n"
+FAILED = "Native compilation failed.\n"
+SEARCH_PATH = "/usr/bin:/bin"
+
+
+class Search(CommandLineTest):
+    def assert_chosen(self, compiler, path):
+        """Compiles with this search path and checks the name under which the compiler ran."""
+        (self.directory / "called").unlink(missing_ok=True)
+        self.assertEqual(self.krelcc("prog.krl", environment={"PATH": path}),
+                         (0, self.compiled(), ""))
+        self.assertEqual(self.called()[0], str(compiler))
+
+    def assert_not_found(self, path):
+        self.assertEqual(self.krelcc("prog.krl", environment={"PATH": path}), (1, "", NOT_FOUND))
+        self.assertEqual(self.called(), [])
+
+    def test_gcc_is_preferred_wherever_it_is(self):
+        self.stub("one/clang")
+        gcc = self.stub("two/gcc")
+        self.stub("two/clang")
+        self.assert_chosen(gcc, f"{self.bin}/one:{self.bin}/two")
+
+    def test_clang_without_gcc(self):
+        clang = self.stub("two/clang")
+        (self.bin / "one").mkdir()
+        self.assert_chosen(clang, f"{self.bin}/one:{self.bin}/two")
+
+    def test_first_directory_wins(self):
+        one = self.stub("one/gcc")
+        two = self.stub("two/gcc")
+        self.assert_chosen(one, f"{self.bin}/one:{self.bin}/two")
+        self.assert_chosen(two, f"{self.bin}/two:{self.bin}/one")
+
+    def test_missing_directories_are_passed_over(self):
+        gcc = self.stub("gcc")
+        self.assert_chosen(gcc, f"/no/such/place:{self.bin}")
+
+    def test_file_that_is_not_executable_is_passed_over(self):
+        self.stub("one/gcc").chmod(0o644)
+        two = self.stub("two/gcc")
+        self.assert_chosen(two, f"{self.bin}/one:{self.bin}/two")
+
+    def test_other_names_do_not_count(self):
+        for name in ("cc", "gcc-12", "GCC", "clang-14", "clang++"):
+            self.stub(name)
+        self.assert_not_found(str(self.bin))
+
+    def test_no_compiler(self):
+        self.assert_not_found(str(self.bin))
+
+    def test_unset_path(self):
+        self.stub("../gcc")
+        self.assert_not_found(None)
+
+    def test_empty_path_is_the_working_directory(self):
+        self.assert_not_found("")
+        self.stub("../gcc")
+        self.assert_chosen("./gcc", "")
+
+    def test_empty_piece_is_the_working_directory(self):
+        gcc = self.stub("gcc")
+        self.stub("../gcc")
+        self.assert_chosen("./gcc", f":{self.bin}")
+        self.assert_chosen("./gcc", f"/no/such/place::{self.bin}")
+        self.assert_chosen("./gcc", "/no/such/place:")
+        self.assert_chosen(gcc, f"{self.bin}:")
+
+    def test_piece_is_joined_as_it_is(self):
+        self.stub("gcc")
+        self.assert_chosen("bin/gcc", "bin")
+        self.assert_chosen("bin/gcc", "bin/")
+        self.assert_chosen("./bin/../bin/gcc", "./bin/../bin")
+
+    def test_lookup_comes_before_anything_else(self):
+        self.assertEqual(self.krelcc("missing.krl"), (1, "", NOT_FOUND))
+        self.write("prog.krl", "@")
+        self.assertEqual(self.krelcc("prog.krl"), (1, "", NOT_FOUND))
+
+
+class Call(CommandLineTest):
+    def test_arguments(self):
+        gcc = self.stub("gcc")
+        self.assertEqual(self.krelcc("prog.krl", "-o", "my out", "--asm-dump"),
+                         (0, 'Assembly written to "prog.s".\n' + self.compiled(output="my out"),
+                          ""))
+        self.assertEqual(self.called(), [str(gcc), "prog.s", str(RUNTIME), "-o", "my out"])
+
+    def test_standard_streams_are_inherited(self):
+        self.stub("gcc", 'read word; echo "out $word"; echo "err $word" >&2')
+        reading, writing = os.pipe()
+        os.write(writing, b"word\n")
+        os.close(writing)
+        with open(reading, "rb") as stdin:
+            result = self.krelcc("prog.krl", stdin=stdin)
+        self.assertEqual(result, (0, "out word\n" + self.compiled(), "err word\n"))
+
+    def test_assembly_line_is_printed_before_the_compiler_runs(self):
+        self.stub("gcc", "echo compiling")
+        self.assertEqual(self.krelcc("prog.krl", "--asm-dump"),
+                         (0, 'Assembly written to "prog.s".\ncompiling\n' + self.compiled(), ""))
+
+    def test_both_compilers_build_the_program(self):
+        for name in ("gcc", "clang"):
+            with self.subTest(compiler=name):
+                found = shutil.which(name, path=SEARCH_PATH)
+                self.assertIsNotNone(found, f"these tests need {name}")
+                tools = self.directory / name
+                tools.mkdir()
+                # Whichever is found has to find its assembler and linker itself.
+                for tool in (name, "as", "ld"):
+                    (tools / tool).symlink_to(shutil.which(tool, path=SEARCH_PATH))
+                self.assertEqual(self.krelcc("prog.krl", environment={"PATH": str(tools)}),
+                                 (0, self.compiled(), ""))
+                ran = subprocess.run([self.directory / "prog"], capture_output=True, check=False)
+                self.assertEqual((ran.returncode, ran.stdout, ran.stderr), (0, b"hello", b""))
+                (self.directory / "prog").unlink()
+
+
+class Failure(CommandLineTest):
+    def test_exit_status_is_passed_on(self):
+        for status in (1, 2, 126, 255):
+            self.stub("gcc", f"echo broken >&2; exit {status}")
+            self.assertEqual(self.krelcc("prog.krl"), (status, "", "broken\n" + FAILED))
+
+    def test_death_by_a_signal(self):
+        for number in (signal.SIGKILL, signal.SIGSEGV, signal.SIGTERM):
+            self.stub("gcc", f"kill -{int(number)} $$")
+            self.assertEqual(self.krelcc("prog.krl"), (1, "", FAILED))
+
+    def test_compiler_that_cannot_run(self):
+        gcc = self.stub("gcc")
+        gcc.write_text("#!/no/such/interpreter\n")
+        self.assertEqual(self.krelcc("prog.krl"),
+                         (127, "", f"Could not run {gcc}: No such file or directory\n" + FAILED))
+        gcc.write_text("not a program\n")
+        self.assertEqual(self.krelcc("prog.krl"),
+                         (127, "", f"Could not run {gcc}: Exec format error\n" + FAILED))
+
+    def test_directory_counts_as_executable(self):
+        (self.bin / "one" / "gcc").mkdir(parents=True)
+        self.stub("two/gcc")
+        self.stub("one/clang")
+        result = self.krelcc("prog.krl",
+                             environment={"PATH": f"{self.bin}/one:{self.bin}/two"})
+        self.assertEqual(result, (127, "",
+                                  f"Could not run {self.bin}/one/gcc: Permission denied\n" + FAILED))
+        self.assertEqual(self.called(), [])
+
+    def test_child_that_cannot_be_waited_for(self):
+        # A process that ignores SIGCHLD never sees the status of its children.
+        gcc = self.stub("gcc")
+        result = self.krelcc("prog.krl",
+                             preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
+        self.assertEqual(result, (1, "", f"Could not wait for {gcc}: No child processes\n" + FAILED))
+
+    def test_child_that_cannot_be_started(self):
+        # With one process allowed, krelcc is the only one of its user. Root is not limited.
+        gcc = self.stub("gcc")
+        krelcc = self.install(self.directory / "build")
+        (self.directory / "build" / "codegen").mkdir()
+        (self.directory / "build" / "codegen" / "runtime.o").touch()
+        self.directory.chmod(0o755)
+
+        def restrict():
+            resource.setrlimit(resource.RLIMIT_NPROC, (1, 1))
+            if os.getuid() == 0:
+                os.setgroups([])
+                os.setgid(65534)
+                os.setuid(65534)
+
+        result = self.krelcc("prog.krl", program=krelcc, preexec_fn=restrict)
+        self.assertEqual(result, (1, "",
+                                  f"Could not start {gcc}: Resource temporarily unavailable\n"
+                                  + FAILED))
+        self.assertEqual(self.called(), [])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -16,9 +16,10 @@ import xml.etree.ElementTree as ElementTree
 
 END = "end of file"  # the name of the end of input in messages; in the report its code is 0
 MOST_EXPECTED = 4    # a longer list is left out of a message
+ACCEPT = 0           # the number of the rule whose reduction ends the parse
 
 Rule = collections.namedtuple("Rule", "left right")
-Trace = collections.namedtuple("Trace", "accepted unexpected expected position visited")
+Trace = collections.namedtuple("Trace", "failed expected position visited")
 
 
 class State:
@@ -54,6 +55,7 @@ class Automaton:
                            [self.named(symbol.text) for symbol in rule.findall("rhs/symbol")])
                       for rule in report.find("grammar/rules")]
         self.states = [self.read_state(state) for state in report.find("automaton")]
+        self.prefixes = self.find_prefixes()
 
     def named(self, symbol):
         return END if symbol == self.end else symbol
@@ -64,7 +66,7 @@ class Automaton:
             table = state.shifts if transition.get("type") == "shift" else state.gotos
             table[self.named(transition.get("symbol"))] = int(transition.get("state"))
         for reduction in element.find("actions/reductions"):
-            number = 0 if reduction.get("rule") == "accept" else int(reduction.get("rule"))
+            number = ACCEPT if reduction.get("rule") == "accept" else int(reduction.get("rule"))
             if reduction.get("enabled") != "true":
                 state.conflict = True
             elif reduction.get("symbol") == "$default":
@@ -74,18 +76,22 @@ class Automaton:
         return state
 
     def simulate(self, tokens):
-        """Parses the tokens (the end of input has to be among them, unless they hold an error).
+        """Parses the tokens, up to the first that is wrong, or all of them.
 
-        The trace tells whether they are accepted; otherwise the unexpected token, its position,
-        what the state that found it accepts, in the order of the terminals' numbers, and all
-        states that were on top of the stack once the token before it had been shifted.
+        The trace tells which it was by `failed`, and where by `position`; then what the state that
+        found the error accepts, in the order of the terminals' numbers, and all states that were on
+        top of the stack since the last good token was shifted.
         """
         stack = [0]
         position = 0
         visited = [0]
         while True:
             state = self.states[stack[-1]]
-            token = tokens[position] if state.looks_ahead() else None
+            token = None
+            if state.looks_ahead():
+                if position == len(tokens):
+                    return Trace(False, [], position, visited)
+                token = tokens[position]
             if token in state.shifts:
                 stack.append(state.shifts[token])
                 position += 1
@@ -94,9 +100,9 @@ class Automaton:
             rule = state.reductions.get(token, state.default)
             if rule is None:
                 expected = [name for name in self.terminals if name in state.accepted()]
-                return Trace(False, token, expected, position, visited)
-            if rule == 0:
-                return Trace(True, None, [], position, visited)
+                return Trace(True, expected, position, visited)
+            if rule == ACCEPT:
+                return Trace(False, [], position, visited)
             left, right = self.rules[rule]
             del stack[len(stack) - len(right):]
             stack.append(self.states[stack[-1]].gotos[left])
@@ -124,7 +130,7 @@ class Automaton:
                     changed = True
         return yields
 
-    def prefixes(self):
+    def find_prefixes(self):
         """For every state, texts after which it can be on top of the stack, shortest first.
 
         There is one text per way into the state and per rule of the symbol on that way: a state may

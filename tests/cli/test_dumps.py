@@ -1,0 +1,261 @@
+#!/usr/bin/env python3
+"""Dump files and the temporary assembly file: where they are, how long, and how writing fails."""
+
+import os
+import pathlib
+import unittest
+
+from harness import (ABORTED, CommandLineTest, GENERATOR_ERROR, GENERATOR_MESSAGE, PROGRAM,
+                     SEMANTIC_ERROR, SYNTAX_ERROR, TIMEOUT_SECONDS)
+
+FLAGS = {"prog.ast.json": "--ast-dump", "prog.semantic.json": "--ast-semantic-dump",
+         "prog.ir": "--ir-dump", "prog.s": "--asm-dump"}
+WRITTEN = {"prog.ast.json": 'AST written to "prog.ast.json".\n',
+           "prog.semantic.json": 'AST written to "prog.semantic.json".\n',
+           "prog.ir": 'KrelIR written to "prog.ir".\n',
+           "prog.s": 'Assembly written to "prog.s".\n'}
+FAILED = "Native compilation failed.\n"
+# More IR and assembly than any stream buffers, so that writing fails while the stream is open.
+LARGE_PROGRAM = "void main() {\n" + "    print(1);\n" * 20000 + "}\n"
+
+
+class Dumps(CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        self.stub("gcc")
+
+    def test_dumps_go_to_the_working_directory(self):
+        self.write("src/prog.krl", PROGRAM)
+        (self.directory / "prog.krl").unlink()
+        self.assertEqual(self.krelcc("src/prog.krl", *FLAGS.values()),
+                         (0, "".join(WRITTEN.values()) + self.compiled("src/prog.krl", "src/prog"),
+                          ""))
+        self.assertEqual(self.files(), sorted([*FLAGS, "called"]))
+        self.assertEqual([path.name for path in (self.directory / "src").iterdir()], ["prog.krl"])
+        self.assertEqual(self.called()[-1], "src/prog")
+
+    def test_each_dump_comes_alone_when_asked_for(self):
+        for name, flag in FLAGS.items():
+            self.assertEqual(self.krelcc("prog.krl", flag),
+                             (0, WRITTEN[name] + self.compiled(), ""))
+            self.assertEqual(self.files(), sorted([name, "called", "prog.krl"]))
+            (self.directory / name).unlink()
+
+    def test_order_of_messages_does_not_follow_the_options(self):
+        self.assertEqual(self.krelcc(*reversed(FLAGS.values()), "prog.krl")[1],
+                         "".join(WRITTEN.values()) + self.compiled())
+
+    def test_dumps_are_the_same_from_any_directory(self):
+        self.krelcc("prog.krl", *FLAGS.values())
+        other = self.directory / "other"
+        other.mkdir()
+        self.krelcc(self.directory / "prog.krl", *FLAGS.values(), cwd=other)
+        for name in FLAGS:
+            self.assertEqual(self.read(name), (other / name).read_text())
+
+    def test_last_extension_is_replaced(self):
+        self.write("a.b.krl", PROGRAM)
+        self.krelcc("a.b.krl", *FLAGS.values())
+        self.assertEqual([name for name in self.files() if name.startswith("a.b.")],
+                         ["a.b.ast.json", "a.b.ir", "a.b.krl", "a.b.s", "a.b.semantic.json"])
+
+    def test_older_dump_is_replaced(self):
+        self.krelcc("prog.krl", *FLAGS.values())
+        for name in FLAGS:
+            expected = self.read(name)
+            self.write(name, "old " * 10000)
+            self.krelcc("prog.krl", FLAGS[name])
+            self.assertEqual(self.read(name), expected)
+
+    def test_dumps_stay_when_the_native_compiler_fails(self):
+        self.stub("gcc", "exit 2")
+        self.assertEqual(self.krelcc("prog.krl", *FLAGS.values()),
+                         (2, "".join(WRITTEN.values()), FAILED))
+        self.assertEqual(self.files(), sorted([*FLAGS, "called", "prog.krl"]))
+
+
+class Checkpoints(CommandLineTest):
+    """After which faults which dumps are left."""
+
+    def setUp(self):
+        super().setUp()
+        self.stub("gcc")
+
+    def assert_stops(self, text, status, message, dumps):
+        self.write("prog.krl", text)
+        result = self.krelcc("prog.krl", *FLAGS.values())
+        self.assertEqual(result, (status, "".join(WRITTEN[name] for name in dumps), message))
+        self.assertEqual(self.called(), [])
+
+    def test_syntax_error(self):
+        self.assert_stops(SYNTAX_ERROR, 1, "Syntax error in prog.krl at line 2: "
+                                           "syntax error, unexpected end of file\n", [])
+        self.assertEqual(self.files(), ["prog.krl"])
+
+    def test_lexer_error(self):
+        self.assert_stops(PROGRAM + "@", 1,
+                          "Lexer error in prog.krl at line 4: illegal character '@'\n", [])
+        self.assertEqual(self.files(), ["prog.krl"])
+
+    def test_semantic_error(self):
+        self.assert_stops(SEMANTIC_ERROR, 1,
+                          "Semantic error in prog.krl at line 2: "
+                          "Cannot assign value of type 'boolean' to type 'int'.\n",
+                          ["prog.ast.json"])
+        self.assertEqual(self.files(), ["prog.ast.json", "prog.krl"])
+
+    def test_internal_error(self):
+        # What was printed before an abort may be lost, so standard output is not looked at.
+        for text, message, dumps in (
+                ("void main() {\n    double x = (double) y;\n}\n",
+                 "Semantic error in prog.krl at line 2: Undeclared identifier: 'y'.\n"
+                 "Internal error: Cast expression has invalid target or source type.\n",
+                 ["prog.ast.json"]),
+                ("void main() {\n    break;\n}\n", "Internal error: break outside loop\n",
+                 ["prog.ast.json", "prog.semantic.json"])):
+            self.write("prog.krl", text)
+            status, _, stderr = self.krelcc("prog.krl", *FLAGS.values())
+            self.assertEqual((status, stderr), (ABORTED, message))
+            self.assertEqual(self.files(), [*dumps[:1], "prog.krl", *dumps[1:]])
+            self.assertEqual(self.called(), [])
+
+    def test_error_of_the_code_generator(self):
+        # The assembly written so far stays, but it is not announced.
+        self.assert_stops(GENERATOR_ERROR, 1, GENERATOR_MESSAGE,
+                          ["prog.ast.json", "prog.semantic.json", "prog.ir"])
+        self.assertEqual(self.files(), sorted([*FLAGS, "prog.krl"]))
+
+
+class Unwritable(CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        self.stub("gcc")
+
+    def test_directory_in_the_way(self):
+        for name in FLAGS:
+            with self.subTest(dump=name):
+                (self.directory / name).mkdir()
+                before = "".join(WRITTEN[earlier] for earlier in list(FLAGS)[:list(FLAGS).index(name)])
+                self.assertEqual(self.krelcc("prog.krl", *FLAGS.values()),
+                                 (1, before, f'Could not open "{name}" for writing.\n'))
+                self.assertEqual(self.called(), [])
+                (self.directory / name).rmdir()
+
+    def test_working_directory_without_room_for_files(self):
+        for name, flag in FLAGS.items():
+            self.assertEqual(self.krelcc(self.directory / "prog.krl", flag, cwd="/proc"),
+                             (1, "", f'Could not open "{name}" for writing.\n'))
+
+    def test_parser_dump_that_cannot_be_opened_ends_the_compilation_before_the_analysis(self):
+        self.write("prog.krl", SEMANTIC_ERROR)
+        (self.directory / "prog.ast.json").mkdir()
+        self.assertEqual(self.krelcc("prog.krl", "--ast-dump"),
+                         (1, "", 'Could not open "prog.ast.json" for writing.\n'))
+
+    def fill_disk(self, name):
+        (self.directory / name).symlink_to("/dev/full")
+
+    def test_full_disk(self):
+        self.write("prog.krl", LARGE_PROGRAM)
+        for name in ("prog.ast.json", "prog.semantic.json", "prog.ir"):
+            self.fill_disk(name)
+            self.assertEqual(self.krelcc("prog.krl", FLAGS[name]),
+                             (1, "", f'Could not write "{name}".\n'))
+        self.fill_disk("prog.s")
+        self.assertEqual(self.krelcc("prog.krl", "--asm-dump"),
+                         (1, "", "Compilation error: could not write assembly file\n"))
+        self.assertEqual(self.called(), [])
+
+    def test_full_disk_for_a_tree_of_any_size(self):
+        for name in ("prog.ast.json", "prog.semantic.json"):
+            self.fill_disk(name)
+            self.assertEqual(self.krelcc("prog.krl", FLAGS[name]),
+                             (1, "", f'Could not write "{name}".\n'))
+
+
+class TemporaryAssembly(CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        self.temporary = self.directory / "tmp"
+        self.temporary.mkdir()
+
+    def environment(self, changes):
+        return super().environment({"TMPDIR": str(self.temporary), **changes})
+
+    def assert_gone(self):
+        self.assertEqual(list(self.temporary.iterdir()), [])
+
+    def test_name_and_contents(self):
+        self.stub("gcc", f'/bin/cp "$1" "{self.directory}/seen"')
+        self.assertEqual(self.krelcc("prog.krl"), (0, self.compiled(), ""))
+        assembly = pathlib.Path(self.called()[1])
+        self.assertEqual(assembly.parent, self.temporary)
+        self.assertRegex(assembly.name, r"^krelcc-[A-Za-z0-9]{6}\.s$")
+        self.assert_gone()
+        self.krelcc("prog.krl", "--asm-dump")
+        self.assertEqual(self.read("seen"), self.read("prog.s"))
+
+    def test_default_directory(self):
+        self.stub("gcc")
+        self.krelcc("prog.krl", environment={"TMPDIR": None, "TMP": None, "TEMP": None,
+                                             "TEMPDIR": None})
+        self.assertEqual(str(pathlib.Path(self.called()[1]).parent), "/tmp")
+        self.assertFalse(os.path.exists(self.called()[1]))
+
+    def test_none_with_an_assembly_dump(self):
+        self.stub("gcc", f'/bin/ls "{self.temporary}" > "{self.directory}/seen"')
+        self.krelcc("prog.krl", "--asm-dump")
+        self.assertEqual(self.read("seen"), "")
+
+    def test_gone_after_a_failed_native_compilation(self):
+        for end in ("exit 2", "kill -9 $$"):
+            self.stub("gcc", end)
+            self.assertNotEqual(self.krelcc("prog.krl")[0], 0)
+            self.assert_gone()
+
+    def test_gone_when_the_native_compiler_cannot_run(self):
+        self.stub("gcc").write_text("not a program\n")
+        self.assertEqual(self.krelcc("prog.krl")[0], 127)
+        self.assert_gone()
+
+    def test_gone_after_an_error_of_the_code_generator(self):
+        self.stub("gcc")
+        self.write("prog.krl", GENERATOR_ERROR)
+        self.assertEqual(self.krelcc("prog.krl"), (1, "", GENERATOR_MESSAGE))
+        self.assert_gone()
+
+    def test_removed_by_the_native_compiler_already(self):
+        self.stub("gcc", '/bin/rm "$1"')
+        self.assertEqual(self.krelcc("prog.krl"), (0, self.compiled(), ""))
+
+    def test_cannot_be_created(self):
+        self.stub("gcc")
+        self.assertEqual(self.krelcc("prog.krl", environment={"TMPDIR": "/proc"}),
+                         (1, "", "Compilation error: could not create temporary assembly file: "
+                                 "No such file or directory\n"))
+        self.assertEqual(self.called(), [])
+
+    def test_temporary_directory_that_is_none(self):
+        self.stub("gcc")
+        status, stdout, stderr = self.krelcc("prog.krl", environment={"TMPDIR": "/no/such/place"})
+        self.assertEqual((status, stdout), (1, ""))
+        self.assertRegex(stderr, r"\ACompilation error: [^\n]+\n\Z")
+        self.assertEqual(self.called(), [])
+
+    def test_two_compilers_at_once(self):
+        # Each native compiler waits until it has seen that the other one runs as well.
+        self.stub("gcc", f': > "{self.directory}/$4.runs"\n'
+                         f'until [ -e "{self.directory}/$OTHER.runs" ]; do /bin/sleep 0.05; done')
+        first = self.start("prog.krl", "-o", "one", environment={"OTHER": "two"})
+        second = self.start("prog.krl", "-o", "two", environment={"OTHER": "one"})
+        self.assertEqual(first.communicate(timeout=TIMEOUT_SECONDS),
+                         (self.compiled(output="one"), ""))
+        self.assertEqual(second.communicate(timeout=TIMEOUT_SECONDS),
+                         (self.compiled(output="two"), ""))
+        names = [word for word in self.called() if word.endswith(".s")]
+        self.assertEqual(len(set(names)), 2)
+        self.assert_gone()
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,2 @@
+"""A sum that makes a tree as deep as it has terms."""
+print("void main() { print(" + " + ".join(["1"] * 2000) + "); }")

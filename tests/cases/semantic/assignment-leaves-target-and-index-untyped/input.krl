@@ -1,0 +1,5 @@
+void main() {
+    int a[2];
+    a[nothing] = 1;
+    a = 2;
+}

@@ -1,0 +1,6 @@
+void main() {
+    nothing = other;
+    nothing[0] = other;
+    nothing
+        = 1;
+}

@@ -1,0 +1,4 @@
+void main() {
+    int a[2], n = 5;
+    print(n);
+}

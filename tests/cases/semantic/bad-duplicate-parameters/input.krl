@@ -1,0 +1,6 @@
+void f(int a, double a) {
+    string a = "s";
+}
+
+void g(int g) {
+}

@@ -1,0 +1,9 @@
+int
+main() {
+    x = 1;
+    return u;
+}
+
+void f() {
+    y = 2;
+}

@@ -1,0 +1,9 @@
+void f(int parameter) {
+    int local = 1;
+}
+
+void main() {
+    print(local);
+    print(parameter);
+    print(f);
+}

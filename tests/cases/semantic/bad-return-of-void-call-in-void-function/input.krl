@@ -1,0 +1,6 @@
+void g() {
+}
+
+void f() {
+    return g();
+}

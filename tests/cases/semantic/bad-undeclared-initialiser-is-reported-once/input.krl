@@ -1,0 +1,4 @@
+void main() {
+    double d = nothing;
+    int n = nothing + 1;
+}

@@ -1,0 +1,3 @@
+void main() {
+    int a[2], n = 5;
+}

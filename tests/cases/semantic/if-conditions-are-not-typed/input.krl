@@ -1,0 +1,6 @@
+void main() {
+    int x = 1;
+    if (x < 2.5) {
+    } elseif (nothing) {
+    }
+}

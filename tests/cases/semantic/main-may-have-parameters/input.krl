@@ -1,0 +1,3 @@
+void main(int argc) {
+    print(argc);
+}

@@ -1,0 +1,7 @@
+int f() {
+    return 3;
+}
+
+void main() {
+    print(f());
+}

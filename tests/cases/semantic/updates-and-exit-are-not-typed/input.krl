@@ -1,0 +1,8 @@
+void main() {
+    int x = 1;
+    x += 2.5;
+    nothing -= "s";
+    x++;
+    --nothing;
+    exit(other);
+}

@@ -1,0 +1,7 @@
+void g() {
+    print("called\n");
+}
+
+void main() {
+    exit(g());
+}

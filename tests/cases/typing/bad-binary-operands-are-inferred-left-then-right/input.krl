@@ -1,0 +1,4 @@
+void main() {
+    int x = one +
+        two[0] * three();
+}

@@ -1,0 +1,9 @@
+void f() {
+    main();
+    main(nothing);
+}
+
+void main() {
+    main();
+    print(main());
+}

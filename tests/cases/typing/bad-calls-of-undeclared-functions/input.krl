@@ -1,0 +1,5 @@
+void main() {
+    int variable = 1;
+    variable();
+    int x = nothing(other);
+}

@@ -1,0 +1,5 @@
+void main() {
+    for (double d = (double) 1; ; ) {
+        break;
+    }
+}

@@ -1,0 +1,3 @@
+void main() {
+    double d = (double) 3;
+}

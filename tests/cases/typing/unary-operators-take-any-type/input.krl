@@ -1,0 +1,6 @@
+void main() {
+    string s = -"text";
+    int i = !3;
+    boolean b = + - true;
+    character c = !'c';
+}

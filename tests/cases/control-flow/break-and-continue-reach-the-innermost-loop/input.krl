@@ -1,0 +1,10 @@
+void main() {
+    while (true) {
+        for (; ; ) {
+            continue;
+            break;
+        }
+        continue;
+        break;
+    }
+}

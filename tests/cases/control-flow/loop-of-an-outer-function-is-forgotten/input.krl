@@ -1,0 +1,11 @@
+void f() {
+    while (true) {
+        break;
+    }
+}
+
+void main() {
+    while (false) {
+        continue;
+    }
+}

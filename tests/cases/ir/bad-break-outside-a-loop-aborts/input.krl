@@ -1,0 +1,5 @@
+void main() {
+    while (true) {
+    }
+    break;
+}

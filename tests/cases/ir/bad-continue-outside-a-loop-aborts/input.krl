@@ -1,0 +1,8 @@
+void f() {
+    if (true) {
+        continue;
+    }
+}
+
+void main() {
+}

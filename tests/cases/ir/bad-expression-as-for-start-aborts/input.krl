@@ -1,0 +1,5 @@
+void main() {
+    int x = 1;
+    for (x; ; ) {
+    }
+}

@@ -1,0 +1,6 @@
+void f() {
+}
+
+void main() {
+    (f());
+}

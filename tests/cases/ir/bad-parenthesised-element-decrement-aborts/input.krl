@@ -1,0 +1,4 @@
+void main() {
+    int list[2];
+    --(list[1]);
+}

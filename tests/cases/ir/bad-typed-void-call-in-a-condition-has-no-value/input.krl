@@ -1,0 +1,7 @@
+void g() {
+}
+
+void main() {
+    if (g()) {
+    }
+}

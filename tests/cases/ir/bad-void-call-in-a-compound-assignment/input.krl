@@ -1,0 +1,7 @@
+void g() {
+}
+
+void main() {
+    int x = 1;
+    x += g();
+}

@@ -1,0 +1,7 @@
+void g() {
+}
+
+void main() {
+    while (g() == 0) {
+    }
+}

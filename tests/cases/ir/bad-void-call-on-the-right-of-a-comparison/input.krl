@@ -1,0 +1,7 @@
+void g() {
+}
+
+void main() {
+    for (; 0 == g(); ) {
+    }
+}

@@ -1,0 +1,6 @@
+void g() {
+}
+
+void main() {
+    void v = g();
+}

@@ -1,0 +1,13 @@
+void f(int a) {
+    while (a > 0) {
+        a--;
+    }
+}
+
+void g(int a) {
+    for (a = 1; ; ) {
+    }
+}
+
+void main() {
+}

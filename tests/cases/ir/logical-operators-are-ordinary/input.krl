@@ -1,0 +1,7 @@
+boolean f() {
+    return true;
+}
+
+void main() {
+    boolean b = f() && f() || f();
+}

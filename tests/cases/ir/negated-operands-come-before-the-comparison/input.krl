@@ -1,0 +1,5 @@
+void main() {
+    int a = 1;
+    if (a + 1 < a * 2) {
+    }
+}

@@ -1,0 +1,11 @@
+void main() {
+    int a = 1;
+    {
+        int b = 2;
+        {
+        }
+        {
+            int c = 3;
+        }
+    }
+}

@@ -1,0 +1,6 @@
+void main() {
+    string s = "\b\f";
+    character c = '\b';
+    character d = '\0';
+    character e = '';
+}

@@ -1,0 +1,6 @@
+int f(int x) {
+    x = x + 1;
+}
+
+void main() {
+}

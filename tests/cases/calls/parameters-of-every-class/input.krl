@@ -1,0 +1,5 @@
+void f(int a, double b, boolean c, character d, string e, double g) {
+}
+
+void main() {
+}

@@ -1,0 +1,8 @@
+string text() {
+    return "t";
+}
+
+void main() {
+    string s = text() + text();
+    print(s, "\n");
+}

@@ -1,0 +1,6 @@
+void g() {
+}
+
+void main() {
+    int list[1] = {g()};
+}

@@ -1,0 +1,4 @@
+void main() {
+    int call[2];
+    call[0] = 1;
+}

@@ -1,0 +1,4 @@
+void main() {
+    double d = 0.5;
+    d++;
+}

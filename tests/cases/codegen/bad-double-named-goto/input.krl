@@ -1,0 +1,3 @@
+void main() {
+    double goto = 1.5;
+}

@@ -1,0 +1,5 @@
+void f(double goto) {
+}
+
+void main() {
+}

@@ -1,0 +1,4 @@
+void main() {
+    character c = '"';
+    print("text");
+}

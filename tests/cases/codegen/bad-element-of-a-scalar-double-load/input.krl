@@ -1,0 +1,4 @@
+void main() {
+    double x = 1.5;
+    x = x[0];
+}

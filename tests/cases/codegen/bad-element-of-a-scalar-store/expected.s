@@ -1,0 +1,12 @@
+	.text
+
+	.globl main
+	.type main, @function
+main:
+	pushq %rbp
+	movq %rsp, %rbp
+	subq $16, %rsp
+.Lmain_B1:
+	movq $1, %rax
+	movq %rax, -8(%rbp)
+	movq $2, %rax

@@ -1,0 +1,4 @@
+void main() {
+    int x = 1;
+    x[0] = 2;
+}

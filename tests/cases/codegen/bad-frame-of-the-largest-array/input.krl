@@ -1,0 +1,4 @@
+void main() {
+    int list[2147483647];
+    list[0] = 1;
+}

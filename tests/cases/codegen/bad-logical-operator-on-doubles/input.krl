@@ -1,0 +1,4 @@
+void main() {
+    double d = 1.5;
+    double e = d && 0.5;
+}

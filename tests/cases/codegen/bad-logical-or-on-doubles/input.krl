@@ -1,0 +1,5 @@
+void main() {
+    double d = 0.5;
+    if (d || d) {
+    }
+}

@@ -1,0 +1,3 @@
+void main() {
+    int list[1] = {inttodouble - 1};
+}

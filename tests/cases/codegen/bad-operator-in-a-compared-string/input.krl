@@ -1,0 +1,5 @@
+void main() {
+    string s = "x";
+    if (s == "a && b") {
+    }
+}

@@ -1,0 +1,4 @@
+void main() {
+    string s = "x";
+    s = s + "a <= b";
+}

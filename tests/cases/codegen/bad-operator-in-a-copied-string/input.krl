@@ -1,0 +1,3 @@
+void main() {
+    string s = "a - b";
+}

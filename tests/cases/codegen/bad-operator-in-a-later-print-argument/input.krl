@@ -1,0 +1,3 @@
+void main() {
+    print(1, " + ", 2);
+}

@@ -1,0 +1,5 @@
+void f(int B10) {
+}
+
+void main() {
+}

@@ -1,0 +1,5 @@
+void f(int param) {
+}
+
+void main() {
+}

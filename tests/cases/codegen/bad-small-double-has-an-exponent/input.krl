@@ -1,0 +1,3 @@
+void main() {
+    double d = 0.00001;
+}

@@ -1,0 +1,4 @@
+void main() {
+    int arg = 5;
+    print("x");
+}

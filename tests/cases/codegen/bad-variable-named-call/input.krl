@@ -1,0 +1,3 @@
+void main() {
+    int call = 5;
+}

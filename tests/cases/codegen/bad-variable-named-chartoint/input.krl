@@ -1,0 +1,3 @@
+void main() {
+    int chartoint = 5;
+}

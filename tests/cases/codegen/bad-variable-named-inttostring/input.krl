@@ -1,0 +1,3 @@
+void main() {
+    int inttostring = 5;
+}

@@ -1,0 +1,3 @@
+void main() {
+    int B7 = 1;
+}

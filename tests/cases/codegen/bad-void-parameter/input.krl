@@ -1,0 +1,5 @@
+void f(void x) {
+}
+
+void main() {
+}

@@ -1,0 +1,3 @@
+void main() {
+    print(2.0);
+}

@@ -1,0 +1,3 @@
+void main() {
+    double sum = 0.0;
+}

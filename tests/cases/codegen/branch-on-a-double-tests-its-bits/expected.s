@@ -1,0 +1,43 @@
+	.text
+
+	.globl f
+	.type f, @function
+f:
+	pushq %rbp
+	movq %rsp, %rbp
+	subq $16, %rsp
+.Lf_B1:
+	movsd %xmm0, -16(%rbp)
+	movq -16(%rbp), %rax
+	testq %rax, %rax
+	jne .Lf_B2
+.Lf_B3:
+	jmp .Lf_B2
+.Lf_B2:
+	movsd -16(%rbp), %xmm0
+	movsd %xmm0, -8(%rbp)
+	movq -8(%rbp), %rax
+	testq %rax, %rax
+	jne .Lf_B4
+.Lf_B5:
+	jmp .Lf_B4
+.Lf_B4:
+	jmp .Lf_return
+.Lf_return:
+	leave
+	ret
+	.size f, .-f
+
+	.globl main
+	.type main, @function
+main:
+	pushq %rbp
+	movq %rsp, %rbp
+.Lmain_B1:
+	xorl %eax, %eax
+	jmp .Lmain_return
+.Lmain_return:
+	leave
+	ret
+	.size main, .-main
+	.section .note.GNU-stack,"",@progbits

@@ -1,0 +1,9 @@
+void f(double d) {
+    if (!d) {
+    }
+    if (d) {
+    }
+}
+
+void main() {
+}

@@ -1,0 +1,10 @@
+void main() {
+    if (!"x goto B9") {
+    }
+    if (!true) {
+    }
+    if (!5) {
+    }
+    if (!'q') {
+    }
+}

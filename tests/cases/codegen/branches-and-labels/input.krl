@@ -1,0 +1,9 @@
+void main() {
+    boolean go = true;
+    while (go) {
+        go = false;
+    }
+    for (; 'c'; ) {
+        exit();
+    }
+}

@@ -1,0 +1,4 @@
+void main() {
+    return;
+    int x = 1;
+}

@@ -1,0 +1,7 @@
+void f(int x) {
+    x += 1.5;
+    int y = x;
+}
+
+void main() {
+}

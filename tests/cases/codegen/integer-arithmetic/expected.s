@@ -1,0 +1,55 @@
+	.text
+
+	.globl f
+	.type f, @function
+f:
+	pushq %rbp
+	movq %rsp, %rbp
+	subq $64, %rsp
+.Lf_B1:
+	movq %rdi, -40(%rbp)
+	movq %rsi, -48(%rbp)
+	movq -40(%rbp), %rax
+	movq -48(%rbp), %rcx
+	addq %rcx, %rax
+	movq %rax, -8(%rbp)
+	movq -8(%rbp), %rax
+	movq %rax, -56(%rbp)
+	movq -40(%rbp), %rax
+	movq $7, %rcx
+	subq %rcx, %rax
+	movq %rax, -16(%rbp)
+	movq -16(%rbp), %rax
+	movq %rax, -56(%rbp)
+	movq $7, %rax
+	movq -48(%rbp), %rcx
+	imulq %rcx, %rax
+	movq %rax, -24(%rbp)
+	movq -24(%rbp), %rax
+	movq %rax, -56(%rbp)
+	movq -40(%rbp), %rax
+	movq -48(%rbp), %rcx
+	cqto
+	idivq %rcx
+	movq %rax, -32(%rbp)
+	movq -32(%rbp), %rax
+	movq %rax, -56(%rbp)
+	jmp .Lf_return
+.Lf_return:
+	leave
+	ret
+	.size f, .-f
+
+	.globl main
+	.type main, @function
+main:
+	pushq %rbp
+	movq %rsp, %rbp
+.Lmain_B1:
+	xorl %eax, %eax
+	jmp .Lmain_return
+.Lmain_return:
+	leave
+	ret
+	.size main, .-main
+	.section .note.GNU-stack,"",@progbits

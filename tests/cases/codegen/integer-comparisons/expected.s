@@ -1,0 +1,78 @@
+	.text
+
+	.globl f
+	.type f, @function
+f:
+	pushq %rbp
+	movq %rsp, %rbp
+	subq $80, %rsp
+.Lf_B1:
+	movq %rdi, -56(%rbp)
+	movq %rsi, -64(%rbp)
+	movq -56(%rbp), %rax
+	movq -64(%rbp), %rcx
+	cmpq %rcx, %rax
+	sete %al
+	movzbq %al, %rax
+	movq %rax, -8(%rbp)
+	movq -8(%rbp), %rax
+	movq %rax, -72(%rbp)
+	movq -56(%rbp), %rax
+	movq -64(%rbp), %rcx
+	cmpq %rcx, %rax
+	setne %al
+	movzbq %al, %rax
+	movq %rax, -16(%rbp)
+	movq -16(%rbp), %rax
+	movq %rax, -72(%rbp)
+	movq -56(%rbp), %rax
+	movq -64(%rbp), %rcx
+	cmpq %rcx, %rax
+	setl %al
+	movzbq %al, %rax
+	movq %rax, -24(%rbp)
+	movq -24(%rbp), %rax
+	movq %rax, -72(%rbp)
+	movq -56(%rbp), %rax
+	movq -64(%rbp), %rcx
+	cmpq %rcx, %rax
+	setg %al
+	movzbq %al, %rax
+	movq %rax, -32(%rbp)
+	movq -32(%rbp), %rax
+	movq %rax, -72(%rbp)
+	movq -56(%rbp), %rax
+	movq -64(%rbp), %rcx
+	cmpq %rcx, %rax
+	setle %al
+	movzbq %al, %rax
+	movq %rax, -40(%rbp)
+	movq -40(%rbp), %rax
+	movq %rax, -72(%rbp)
+	movq -56(%rbp), %rax
+	movq -64(%rbp), %rcx
+	cmpq %rcx, %rax
+	setge %al
+	movzbq %al, %rax
+	movq %rax, -48(%rbp)
+	movq -48(%rbp), %rax
+	movq %rax, -72(%rbp)
+	jmp .Lf_return
+.Lf_return:
+	leave
+	ret
+	.size f, .-f
+
+	.globl main
+	.type main, @function
+main:
+	pushq %rbp
+	movq %rsp, %rbp
+.Lmain_B1:
+	xorl %eax, %eax
+	jmp .Lmain_return
+.Lmain_return:
+	leave
+	ret
+	.size main, .-main
+	.section .note.GNU-stack,"",@progbits

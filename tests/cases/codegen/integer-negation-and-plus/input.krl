@@ -1,0 +1,5 @@
+void main() {
+    int x = -5;
+    x = +x;
+    x = - -x;
+}

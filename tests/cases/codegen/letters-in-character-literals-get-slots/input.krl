@@ -1,0 +1,6 @@
+void main() {
+    character d = 'a';
+    d = '\n';
+    d = '_';
+    d = '5';
+}

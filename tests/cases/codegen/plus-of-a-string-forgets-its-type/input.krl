@@ -1,0 +1,8 @@
+void f(string s) {
+    string t = +s;
+    t = t + t;
+    t = s + t;
+}
+
+void main() {
+}

@@ -1,0 +1,3 @@
+void main() {
+    print("quote \" backslash \\ feed \n return \r tab \t é");
+}

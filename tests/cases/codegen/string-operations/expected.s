@@ -1,0 +1,66 @@
+	.text
+
+	.globl f
+	.type f, @function
+f:
+	pushq %rbp
+	movq %rsp, %rbp
+	subq $64, %rsp
+.Lf_B1:
+	movq %rdi, -40(%rbp)
+	movq %rsi, -48(%rbp)
+	movq -40(%rbp), %rdi
+	leaq .LC0(%rip), %rsi
+	call krel_concat@PLT
+	movq %rax, -8(%rbp)
+	movq -8(%rbp), %rax
+	movq %rax, -64(%rbp)
+	leaq .LC0(%rip), %rdi
+	movq -48(%rbp), %rsi
+	call krel_concat@PLT
+	movq %rax, -16(%rbp)
+	movq -16(%rbp), %rax
+	movq %rax, -64(%rbp)
+	movq $0, %rax
+	movq %rax, -56(%rbp)
+	movq -40(%rbp), %rax
+	movq -48(%rbp), %rcx
+	cmpq %rcx, %rax
+	setne %al
+	movzbq %al, %rax
+	movq %rax, -24(%rbp)
+	movq -24(%rbp), %rax
+	testq %rax, %rax
+	jne .Lf_B2
+.Lf_B3:
+	jmp .Lf_B2
+.Lf_B2:
+	movq -40(%rbp), %rax
+	movq -48(%rbp), %rcx
+	subq %rcx, %rax
+	movq %rax, -32(%rbp)
+	movq -32(%rbp), %rax
+	movq %rax, -64(%rbp)
+	jmp .Lf_return
+.Lf_return:
+	leave
+	ret
+	.size f, .-f
+
+	.globl main
+	.type main, @function
+main:
+	pushq %rbp
+	movq %rsp, %rbp
+.Lmain_B1:
+	xorl %eax, %eax
+	jmp .Lmain_return
+.Lmain_return:
+	leave
+	ret
+	.size main, .-main
+
+	.section .rodata
+.LC0:
+	.string "x"
+	.section .note.GNU-stack,"",@progbits

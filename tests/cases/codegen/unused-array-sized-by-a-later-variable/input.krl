@@ -1,0 +1,4 @@
+void main() {
+    int list[n];
+    int n = 3;
+}

@@ -1,0 +1,4 @@
+void main() {
+    int unused[100];
+    int x = 1;
+}

@@ -1,0 +1,4 @@
+void main() {
+    void list[2];
+    list[0] = list[1];
+}

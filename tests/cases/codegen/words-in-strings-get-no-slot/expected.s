@@ -1,0 +1,22 @@
+	.text
+
+	.globl main
+	.type main, @function
+main:
+	pushq %rbp
+	movq %rsp, %rbp
+	subq $16, %rsp
+.Lmain_B1:
+	leaq .LC0(%rip), %rax
+	movq %rax, -8(%rbp)
+	xorl %eax, %eax
+	jmp .Lmain_return
+.Lmain_return:
+	leave
+	ret
+	.size main, .-main
+
+	.section .rodata
+.LC0:
+	.string "a \\\"b\\\" c"
+	.section .note.GNU-stack,"",@progbits

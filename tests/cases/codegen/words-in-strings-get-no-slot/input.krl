@@ -1,0 +1,3 @@
+void main() {
+    string d = "a \"b\" c";
+}

@@ -1,0 +1,4 @@
+void main() {
+    int a[1] = {1, 2};
+    print(a[0], a[1], "\n");
+}

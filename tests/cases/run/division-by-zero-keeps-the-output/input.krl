@@ -1,0 +1,6 @@
+void main() {
+    int zero = 0;
+    print("before");
+    print(1 / zero);
+    print("after");
+}

@@ -1,0 +1,3 @@
+void main() {
+    print("feed \n return \r tab \t quote \" backslash \\ end");
+}

@@ -1,0 +1,5 @@
+void main() {
+    string s = "a\\\\b" + "";
+    string t = "" + "\\\\";
+    print(s, t, "\t|\n");
+}

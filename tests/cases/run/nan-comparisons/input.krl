@@ -1,0 +1,23 @@
+void main() {
+    double zero = (double) 0;
+    double nan = zero / zero;
+    if (nan == nan) {
+        print("== ");
+    }
+    if (nan != nan) {
+        print("!= ");
+    }
+    if (nan < nan) {
+        print("< ");
+    }
+    if (nan <= nan) {
+        print("<= ");
+    }
+    if (nan > nan) {
+        print("> ");
+    }
+    if (nan >= nan) {
+        print(">= ");
+    }
+    print("end\n");
+}

@@ -1,0 +1,5 @@
+void main() {
+    print("a");
+    print("");
+    print("b");
+}

@@ -1,3 +1,3 @@
 void main(int argc) {
-    print(argc);
+    print(argc, "\n");
 }

@@ -2,7 +2,7 @@ void main() {
     int x = 1;
     x += 2.5;
     nothing -= "s";
-    x++;
+    counter++;
     --nothing;
     exit(other);
 }

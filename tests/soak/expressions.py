@@ -380,11 +380,13 @@ class Expressions:
         return Binary(self.random.choice(tree.COMPARISONS), *sides)
 
     def double_truth(self, depth):
-        """True exactly for the bits of 0; a literal behind ! would be taken for an integer."""
+        """True exactly for the bits of 0; a literal behind ! is no integer and would be refused."""
         value = self.double(depth)
-        if isinstance(value, DoubleLiteral) or self.chance(0.5):
-            return value
-        return Unary("!", value)
+        if self.chance(0.5):
+            value = Unary("!", value)
+        if isinstance(value, Unary) and isinstance(value.operand, DoubleLiteral):
+            return value.operand
+        return value
 
     def string_truth(self):
         """Addresses: only what is sure to be one and the same, or not, is compared."""

@@ -211,7 +211,7 @@ class Expressions:
         return Unary("-", literal) if self.chance(0.3) else literal
 
     def unary(self, operand):
-        return operand if isinstance(operand, Call) else Unary(self.random.choice("--+!"), operand)
+        return Unary(self.random.choice("--+!"), operand)
 
     def double_literal(self):
         """A literal keeps its point only if its digits are few and it is no whole number."""
@@ -263,13 +263,9 @@ class Expressions:
             (20, lambda: self.binary(tree.COMPARISONS, self.boolean, depth)),
             (5, lambda: Binary(self.random.choice(tree.COMPARISONS + tree.LOGICAL),
                                self.binary("+-*", self.boolean, depth), self.boolean(depth - 1))),
-            (15, lambda: self.negation(self.boolean(depth - 1))),
+            (15, lambda: Unary("!", self.boolean(depth - 1))),
             (12, lambda: self.called("boolean", depth) or self.boolean(depth - 1)),
         ])()
-
-    @staticmethod
-    def negation(operand):
-        return operand if isinstance(operand, Call) else Unary("!", operand)
 
     def character_literal(self):
         return CharacterLiteral(self.random.choice(CHARACTER_SPELLINGS))

@@ -14,6 +14,7 @@ import os
 import pathlib
 import random as random_module
 import re
+import resource
 import shutil
 import subprocess
 import sys
@@ -21,16 +22,28 @@ import tempfile
 
 import generator
 
-TIMEOUT_SECONDS = 10
+CPU_SECONDS = 10  # of one run
+TIMEOUT_SECONDS = 100  # for a run that does not even use the processor, or a very busy machine
 MUTANTS_PER_TASK = 20
 MODEL_PROGRAMS = 10
 MAX_SOURCE = 30000  # bytes of a program that is worth damaging
 
-TOKENS = b"""int double boolean character void string if else elseif exit print true false for while
+TOKENS = rb"""int double boolean character void string if else elseif exit print true false for while
 continue break return main x a f i n ( ) { } [ ] ; , = += -= ++ -- < > <= >= == != ! && || + - * / 0
-1 2 007 2147483647 2147483648 99999999999999999999 1.5 2.0 0.00001 "" "s" "a - b" "\\n" '' 'c' '"'
-'\\t' '\\'' # #{ }# & | . % \\ arg call goto param inttodouble chartostring _t0 B1 krel_print""".split()
-TOKEN = re.compile(rb'"(?:\\.|[^"\\\n])*"|\w+|[-+&|=<>!]+|\s+|.', re.DOTALL)
+1 2 007 2147483647 2147483648 99999999999999999999 1.5 2.0 0.00001 "" "s" "a\"b\n" '' 'c' '"' '\t'
+'\'' # #{ }# & | . % \ arg call goto param inttodouble chartostring _t0 B1 krel_print""".split()
+TOKENS += [b'"a - b"', b'"x [1] = y"', b"' '"]
+TOKEN = re.compile(rb"""(?P<comment>\#[^\n]*)
+                     | (?P<string>"(?:\\.|[^"\\\n])*")
+                     | (?P<number>'(?:\\.|[^'\\\n])?' | \d+(?:\.\d+)? | true\b | false\b)
+                     | (?P<type>(?:int|double|boolean|character|string|void)\b)
+                     | (?P<jump>(?:break|continue|return)\b)
+                     | (?P<keyword>(?:if|elseif|else|while|for|print|exit)\b)
+                     | (?P<name>\w+)
+                     | (?P<assignment>\+= | -= | =(?!=))
+                     | (?P<step>\+\+ | --)
+                     | (?P<operator>\|\| | && | [=!<>]= | [-+*/<>])
+                     | (?P<blank>\s+) | .""", re.DOTALL | re.VERBOSE)
 
 DIAGNOSTIC = re.compile(rb"(Lexer|Syntax|Semantic) error in input\.krl( at line \d+)?(: .|$)"
                         rb"|Compilation error: .", re.DOTALL)
@@ -70,7 +83,7 @@ def on_pieces(split, join):
     return lift
 
 
-on_tokens = on_pieces(TOKEN.findall, b"".join)
+on_tokens = on_pieces(lambda data: [match[0] for match in TOKEN.finditer(data)], b"".join)
 on_lines = on_pieces(lambda data: data.split(b"\n"), b"\n".join)
 
 
@@ -100,6 +113,14 @@ def insert_token(random, pieces, _):
     pieces.insert(random.randrange(len(pieces) + 1), b" " + random.choice(TOKENS) + b" ")
 
 
+def replace_by_alike(random, pieces, others):
+    """One token gives way to another of its kind, so that the syntax often survives."""
+    at = random.randrange(len(pieces))
+    kind = TOKEN.match(pieces[at]).lastgroup
+    alike = [piece for piece in pieces + others + TOKENS if TOKEN.match(piece).lastgroup == kind]
+    pieces[at] = random.choice(alike)
+
+
 def repeat_tokens(random, pieces, _):
     """A long run of the same few tokens, to go deep."""
     at = random.randrange(len(pieces))
@@ -108,18 +129,20 @@ def repeat_tokens(random, pieces, _):
 
 
 DAMAGES = [
-    flip_byte, insert_bytes, cut_bytes, splice, on_tokens(drop), on_tokens(double), on_tokens(swap),
-    on_tokens(borrow), on_tokens(replace_token), on_tokens(replace_token), on_tokens(insert_token),
-    on_tokens(insert_token), on_tokens(repeat_tokens), on_lines(drop), on_lines(double),
-    on_lines(swap), on_lines(borrow),
+    (1, flip_byte), (1, insert_bytes), (1, cut_bytes), (1, splice), (1, on_tokens(drop)),
+    (1, on_tokens(double)), (1, on_tokens(swap)), (1, on_tokens(borrow)),
+    (2, on_tokens(replace_token)), (2, on_tokens(insert_token)), (16, on_tokens(replace_by_alike)),
+    (1, on_tokens(repeat_tokens)), (2, on_lines(drop)), (3, on_lines(double)), (3, on_lines(swap)),
+    (3, on_lines(borrow)),
 ]
 
 
 def mutant(number, programs):
     random = random_module.Random(number)
     data = random.choice(programs)
-    for _ in range(random.choice([1, 1, 1, 2, 3, 6])):
-        data = random.choice(DAMAGES)(random, data, random.choice(programs)) or b"\n"
+    weights, damages = zip(*DAMAGES)
+    for damage in random.choices(damages, weights, k=random.choice([1, 1, 1, 2, 2, 4])):
+        data = damage(random, data, random.choice(programs)) or b"\n"
     return data
 
 
@@ -142,6 +165,10 @@ def fault(completed):
     return f"ended with {completed.returncode}"
 
 
+def limit_time():
+    resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
+
+
 def compile_mutant(krelcc, source, options):
     """What is wrong with how krelcc takes a program; None if nothing is."""
     with tempfile.TemporaryDirectory() as name:
@@ -155,7 +182,8 @@ def compile_mutant(krelcc, source, options):
         try:
             completed = subprocess.run([krelcc, "input.krl", *options], cwd=directory,
                                        env={**os.environ, **environment}, timeout=TIMEOUT_SECONDS,
-                                       stdin=subprocess.DEVNULL, capture_output=True, check=False)
+                                       stdin=subprocess.DEVNULL, capture_output=True, check=False,
+                                       preexec_fn=limit_time)
         except subprocess.TimeoutExpired:
             return "no end in sight"
         left = os.listdir(directory / "tmp")

@@ -16,31 +16,37 @@ public:
     AssemblyWriter& operator=(const AssemblyWriter&) = delete;
     ~AssemblyWriter() { flush(); }
 
-    /// Appends the parts as they are.
+    /// Appends the parts as they are: string literals, whose copying is compiled to a few moves,
+    /// and other texts.
     template <typename... Parts>
     void write(const Parts&... parts) {
-        writeAll(std::string_view{parts}...);
+        const std::size_t size = (std::string_view{parts}.size() + ...);
+        if (size > blockSize - used) {
+            flush();
+        }
+        if (size > blockSize) {
+            (writeThrough(parts), ...);
+        } else {
+            (append(parts), ...);
+        }
     }
 
 private:
     static constexpr std::size_t blockSize = std::size_t{1} << 16;
 
-    template <typename... Views>
-    void writeAll(const Views... views) {
-        const std::size_t size = (views.size() + ...);
-        if (size > blockSize - used) {
-            flush();
-        }
-        if (size > blockSize) {
-            (out.write(views.data(), static_cast<std::streamsize>(views.size())), ...);
-            return;
-        }
-        (append(views), ...);
+    template <std::size_t size>
+    void append(const char (&literal)[size]) {
+        std::memcpy(block.get() + used, literal, size - 1);
+        used += size - 1;
     }
 
-    void append(std::string_view view) {
-        std::memcpy(block.get() + used, view.data(), view.size());
-        used += view.size();
+    void append(std::string_view text) {
+        std::memcpy(block.get() + used, text.data(), text.size());
+        used += text.size();
+    }
+
+    void writeThrough(std::string_view text) {
+        out.write(text.data(), static_cast<std::streamsize>(text.size()));
     }
 
     void flush() {

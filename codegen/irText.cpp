@@ -54,13 +54,13 @@ bool isBlockName(std::string_view text) {
 
 bool isKeyword(std::string_view text) {
     static constexpr std::array<std::string_view, 21> keywords = {
-        "arg",         "boolean",     "call",           "character",
-        "double",      "false",       "goto",           "if",
-        "int",         "param",       "return",         "string",
-        "true",        "void",        "inttodouble",    "inttochar",
-        "chartoint",   "inttostring", "doubletostring", "booltostring",
-        "chartostring"};
-    return std::find(keywords.begin(), keywords.end(), text) != keywords.end();
+        "arg",         "boolean",      "booltostring", "call",           "character",
+        "chartoint",   "chartostring", "double",       "doubletostring", "false",
+        "goto",        "if",           "int",          "inttochar",      "inttodouble",
+        "inttostring", "param",        "return",       "string",         "true",
+        "void"};
+    static_assert(std::is_sorted(keywords.begin(), keywords.end()));
+    return std::binary_search(keywords.begin(), keywords.end(), text);
 }
 
 bool parseArrayAccess(std::string_view text, std::string_view& name, std::string_view& index) {

@@ -11,7 +11,7 @@
 /// A word of a function's lines: a named value, if it has a slot.
 struct Value {
     std::string_view name;
-    std::uint32_t hash = 0;
+    std::uint64_t key = 0;
     std::uint32_t slot = 0;  // in the table
     bool hasSlot = false;
     std::uint8_t addressSize = 0;
@@ -29,7 +29,7 @@ class ValueTable {
 public:
     /// The value of a word, or null. Good until the next `add`, as is what `add` returns.
     Value* find(std::string_view name) {
-        const std::uint32_t index = slots[slotOf(name, hashOf(name))];
+        const std::uint32_t index = slots[slotOf(name, keyOf(name))];
         return index == 0 ? nullptr : &values[index - 1];
     }
 
@@ -43,26 +43,29 @@ public:
     std::vector<Value>& all() { return values; }
 
 private:
-    static std::uint32_t hashOf(std::string_view name) {
-        std::uint32_t hash = 0;
+    /// The last eight characters of a word, which for most words are all of it.
+    static std::uint64_t keyOf(std::string_view name) {
+        std::uint64_t key = 0;
         for (const char character : name) {
-            hash = hash * 31 + static_cast<unsigned char>(character);
+            key = key << 8 | static_cast<unsigned char>(character);
         }
-        return hash;
+        return key;
     }
 
     /// The slot of a word, or the free one where it would go.
-    std::uint32_t slotOf(std::string_view name, std::uint32_t hash) const {
+    std::uint32_t slotOf(std::string_view name, std::uint64_t key) const {
         const auto mask = static_cast<std::uint32_t>(slots.size() - 1);
-        std::uint32_t at = hash & mask;
-        while (slots[at] != 0) {
-            const Value& value = values[slots[at] - 1];
-            if (value.hash == hash && value.name == name) {
-                break;
-            }
+        const std::uint64_t hash = (key + name.size()) * 0x9E3779B97F4A7C15;
+        auto at = static_cast<std::uint32_t>(hash >> 32) & mask;
+        while (slots[at] != 0 && !isWord(values[slots[at] - 1], name, key)) {
             at = (at + 1) & mask;
         }
         return at;
+    }
+
+    static bool isWord(const Value& value, std::string_view name, std::uint64_t key) {
+        return value.key == key && value.name.size() == name.size() &&
+               (name.size() <= sizeof key || value.name == name);
     }
 
     void grow();

@@ -127,7 +127,8 @@ int build(const IRProgram& program, const Options& options, const std::string& c
 
 /// Lowers the tree and builds the executable; returns the exit code.
 int generate(const Options& options, const std::string& compiler, const fs::path& runtime) {
-    KrelIR generator;
+    // Kept until the process ends, which is soon: freeing a large program only takes time.
+    static KrelIR& generator = *new KrelIR;
     try {
         const IRProgram& program = generator.analyze(ast);
         if (options.dumpIr && !dumpIrProgram(program, dumpPath(options.source, ".ir"))) {

@@ -75,7 +75,7 @@ constinit const std::string emptyText;
 constinit const std::string* const initialTexts[] = {&emptyText};
 
 NamePool& pool() {
-    static NamePool instance;
+    static NamePool& instance = *new NamePool;  // until the process ends, as the names do
     return instance;
 }
 

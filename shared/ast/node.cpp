@@ -67,21 +67,18 @@ NodeList::~NodeList() {
     }
 }
 
-void NodeList::push(Node* node) {
-    if (count == capacity) {
-        const std::uint32_t doubled = capacity * 2;
-        void* old = capacity == inPlace ? nullptr : block;
-        auto* grown = static_cast<Node**>(std::realloc(old, doubled * sizeof(Node*)));
-        if (grown == nullptr) {
-            throw std::bad_alloc{};
-        }
-        if (old == nullptr) {
-            std::memcpy(grown, places, sizeof places);
-        }
-        block = grown;
-        capacity = doubled;
+void NodeList::grow() {
+    const std::uint32_t doubled = capacity * 2;
+    void* old = capacity == inPlace ? nullptr : block;
+    auto* grown = static_cast<Node**>(std::realloc(old, doubled * sizeof(Node*)));
+    if (grown == nullptr) {
+        throw std::bad_alloc{};
     }
-    data()[count++] = node;
+    if (old == nullptr) {
+        std::memcpy(grown, places, sizeof places);
+    }
+    block = grown;
+    capacity = doubled;
 }
 
 void NodeList::erase(std::size_t index) {

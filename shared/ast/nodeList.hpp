@@ -23,7 +23,12 @@ public:
     Node* front() const { return data()[0]; }
     Node* back() const { return data()[count - 1]; }
 
-    void push(Node* node);
+    void push(Node* node) {
+        if (count == capacity) {
+            grow();
+        }
+        data()[count++] = node;
+    }
     /// Takes out entry `index`, which must exist; later ones move up.
     void erase(std::size_t index);
     /// Puts `node` at `index`, which must exist, and returns what stood there.
@@ -31,6 +36,8 @@ public:
     void clear() { count = 0; }
 
 private:
+    void grow();
+
     static constexpr std::uint32_t inPlace = 2;
 
     Node* const* data() const { return capacity == inPlace ? places : block; }

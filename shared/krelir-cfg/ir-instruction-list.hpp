@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -15,9 +16,12 @@ public:
     public:
         Iterator(const IRInstructionList& instructions, std::size_t position)
             : list(&instructions), index(position) {}
-        IRInstruction operator*() const { return (*list)[index]; }
+        IRInstruction operator*() const {
+            const std::size_t size = list->ends[index] - textBegin;
+            return {{list->texts.data() + textBegin, size}, list->separations[index]};
+        }
         Iterator& operator++() {
-            ++index;
+            textBegin = list->ends[index++];
             return *this;
         }
         bool operator==(const Iterator& other) const { return index == other.index; }
@@ -25,6 +29,7 @@ public:
     private:
         const IRInstructionList* list;
         std::size_t index;
+        std::size_t textBegin = 0;
     };
 
     std::size_t size() const { return ends.size(); }
@@ -41,12 +46,18 @@ public:
     /// Appends an instruction whose text is that of all the parts.
     template <typename... Parts>
     void add(bool separated, const Parts&... parts) {
+        const std::size_t size = texts.size() + (std::string_view{parts}.size() + ...);
+        if (size > texts.capacity()) {
+            texts.reserve(std::max(size, texts.capacity() * 2 + firstReserve));
+        }
         (texts.append(parts), ...);
         ends.push_back(texts.size());
         separations.push_back(separated);
     }
 
 private:
+    static constexpr std::size_t firstReserve = 128;  // bytes, for a block of a few lines
+
     std::string texts;
     std::vector<std::size_t> ends;  // of each text, where the next one begins
     std::vector<bool> separations;

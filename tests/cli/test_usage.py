@@ -70,6 +70,13 @@ class Usage(CommandLineTest):
             self.assert_usage("prog.krl", option)
             self.assert_usage(option, "prog.krl")
 
+    def test_source_beginning_with_a_dash(self):
+        for source in ("-prog.krl", "--prog.krl", "-.krl"):
+            self.write(source, "void main() { }\n")
+            self.assert_usage(source)
+        self.assertEqual(self.krelcc("./-prog.krl"),
+                         (0, self.compiled("./-prog.krl", "./-prog"), ""))
+
     def test_program_name_is_shown_as_given(self):
         for name in ("./krelcc", "/no/such/place", "two words", '"quoted"'):
             self.assertEqual(self.krelcc(name=name), (1, "", usage(name)))

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """The native compiler: where it is searched, how it is called, and how it can fail."""
 
-import resource
 import os
+import resource
 import shutil
 import signal
 import subprocess
@@ -13,6 +13,7 @@ from harness import CommandLineTest, RUNTIME
 NOT_FOUND = "No native compiler found (install gcc or clang).\n"
 FAILED = "Native compilation failed.\n"
 SEARCH_PATH = "/usr/bin:/bin"
+UNUSED_USER = 54321
 
 
 class Search(CommandLineTest):
@@ -178,10 +179,11 @@ class Failure(CommandLineTest):
             resource.setrlimit(resource.RLIMIT_NPROC, (1, 1))
             if os.getuid() == 0:
                 os.setgroups([])
-                os.setgid(65534)
-                os.setuid(65534)
+                os.setgid(UNUSED_USER)
+                os.setuid(UNUSED_USER)
 
-        result = self.krelcc("prog.krl", program=krelcc, preexec_fn=restrict)
+        result = self.krelcc("prog.krl", program=krelcc, preexec_fn=restrict,
+                             environment={"TMPDIR": "/tmp"})
         self.assertEqual(result, (1, "",
                                   f"Could not start {gcc}: Resource temporarily unavailable\n"
                                   + FAILED))

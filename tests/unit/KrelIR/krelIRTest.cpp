@@ -1,0 +1,258 @@
+// Trees of shapes that the parser and the analyser never give. What a source text can show is
+// tested with whole programs, in tests/cases/ir and tests/cases/control-flow.
+
+#include "KrelIR/KrelIR.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "tests/unit/trees.hpp"
+
+namespace {
+
+class KrelIRTest : public testing::Test {
+protected:
+    /// The dump of a tree, which is kept until the test ends.
+    std::string lower(Node* tree) {
+        root.reset(tree);
+        return generator.analyze(tree).toString();
+    }
+
+    /// The instructions that the statements of an int function are lowered to, a line each.
+    std::string linesOf(std::initializer_list<Node*> statements) {
+        const std::string dump = lower(function("int", "f", statements));
+        std::string lines;
+        for (const IRBasicBlock& block : generator.getProgram().getFunctions()[0].getBlocks()) {
+            for (const IRInstruction& instruction : block.getInstructions()) {
+                lines += instruction.getText() + "\n";
+            }
+        }
+        return lines;
+    }
+
+    KrelIR generator;
+    std::unique_ptr<Node> root;
+};
+
+using KrelIRDeathTest = KrelIRTest;
+
+Node* assignment(Node* target, Node* value) {
+    return node("Assignment", {target, value});
+}
+
+Node* sum(Node* left, Node* right) {
+    return named("BinaryOp", "+", {left, right});
+}
+
+Node* element(Node* array, Node* index) {
+    return node("ArrayAccess", {array, index});
+}
+
+Node* parentheses(Node* expression) {
+    return node("ParenthesizedExpression", {expression});
+}
+
+}  // namespace
+
+TEST_F(KrelIRTest, NullRootGivesAnEmptyProgram) {
+    EXPECT_EQ(lower(nullptr), "");
+}
+
+TEST_F(KrelIRTest, FunctionsAreFoundBelowAnyNode) {
+    EXPECT_EQ(lower(node("Block", {node("Declaration", {function("void", "f", {})}),
+                                   function("int", "g", {})})),
+              "f:\nB1:\n    return\n\ng:\nB1:\n\n");
+}
+
+TEST_F(KrelIRTest, StatementsOutsideFunctionsAreSkipped) {
+    EXPECT_EQ(lower(node("Program", {assignment(name("x"), number(1))})), "");
+}
+
+TEST_F(KrelIRTest, EachAnalysisReplacesTheLast) {
+    EXPECT_EQ(lower(function("void", "f", {})), "f:\nB1:\n    return\n\n");
+    EXPECT_EQ(lower(function("void", "g", {})), "g:\nB1:\n    return\n\n");
+    EXPECT_EQ(&generator.analyze(nullptr), &generator.getProgram());
+    EXPECT_TRUE(generator.getProgram().getFunctions().empty());
+}
+
+TEST_F(KrelIRTest, SuccessorsAreKnownAfterwards) {
+    lower(function("void", "f", {node("WhileStatement", {name("x"), block({})})}));
+    const auto& blocks = generator.getProgram().getFunctions()[0].getBlocks();
+    ASSERT_EQ(blocks.size(), 4U);
+    EXPECT_EQ(blocks[0].getSuccessors(), std::vector<int>{2});
+    EXPECT_EQ(blocks[1].getSuccessors(), (std::vector<int>{4, 3}));
+    EXPECT_EQ(blocks[2].getSuccessors(), std::vector<int>{2});
+    EXPECT_EQ(blocks[3].getSuccessors(), std::vector<int>{});
+}
+
+TEST_F(KrelIRDeathTest, MalformedFunctions) {
+    EXPECT_DEATH(
+        lower(named("FunctionDeclaration", "f", {named("Type", "int"), node("ParameterList")})),
+        "^Internal error: FunctionDeclaration node has fewer than 3 children.\n$");
+    EXPECT_DEATH(lower(named("FunctionDeclaration", "f",
+                             {named("Type", "int"),
+                              node("ParameterList", {named("Parameter", "p")}), block({})})),
+                 "^Internal error: FunctionDeclaration node has malformed parameter.\n$");
+}
+
+TEST_F(KrelIRDeathTest, MalformedStatements) {
+    EXPECT_DEATH(linesOf({node("Declaration", {named("Type", "int")})}),
+                 "^Internal error: Declaration node has fewer than 2 children.\n$");
+    EXPECT_DEATH(
+        linesOf({node("ForStatement", {node("ForInit"), node("ForCondition"), node("ForUpdate")})}),
+        "^Internal error: ForStatement node has fewer than 4 children.\n$");
+    EXPECT_DEATH(linesOf({node("Program")}),
+                 "^Internal error: Unsupported statement node: Program\n$");
+}
+
+TEST_F(KrelIRDeathTest, MalformedExpressions) {
+    EXPECT_DEATH(
+        linesOf({assignment(name("x"), node("CastExpression", {named("Type", "int"), number(1)}))}),
+        "^Internal error: CastExpression should have been resolved during semantic "
+        "analysis.\n$");
+    EXPECT_DEATH(linesOf({assignment(name("x"), node("Block"))}),
+                 "^Internal error: Unsupported expression node: Block\n$");
+    EXPECT_DEATH(linesOf({assignment(number(1), number(2))}),
+                 "^Internal error: Unsupported lvalue node: IntLiteral\n$");
+    EXPECT_DEATH(linesOf({node("CallStatement")}),
+                 "^Internal error: CallStatement node has no callee.\n$");
+    EXPECT_DEATH(linesOf({node("CallStatement", {number(1)})}),
+                 "^Internal error: Unsupported lvalue node: IntLiteral\n$");
+}
+
+TEST_F(KrelIRTest, OnlyTheStatementListsOfABlockAreLowered) {
+    EXPECT_EQ(lower(named("FunctionDeclaration", "f",
+                          {named("Type", "void"), node("ParameterList"),
+                           node("Block", {assignment(name("x"), number(1)),
+                                          node("StatementList", {assignment(name("y"), number(2))}),
+                                          node("StatementList", {node("ReturnStatement")})})})),
+              "f:\nB1:\n    y = 2\n    return\n    return\n\n");
+}
+
+TEST_F(KrelIRTest, FinalReturnIsLookedForInTheFirstListOnly) {
+    EXPECT_EQ(lower(named("FunctionDeclaration", "f",
+                          {named("Type", "void"), node("ParameterList"), node("Block")})),
+              "f:\nB1:\n    return\n\n");
+    EXPECT_EQ(lower(named("FunctionDeclaration", "f",
+                          {named("Type", "void"), node("ParameterList"),
+                           node("Block", {node("StatementList", {node("ReturnStatement")}),
+                                          node("StatementList")})})),
+              "f:\nB1:\n    return\n\n");
+}
+
+TEST_F(KrelIRTest, ExpressionStatementsLowerTheStatementTheyHold) {
+    EXPECT_EQ(linesOf({node("ExpressionStatement"),
+                       node("ExpressionStatement", {assignment(name("x"), number(1))})}),
+              "x = 1\n");
+}
+
+TEST_F(KrelIRTest, DeclaratorsWithoutAnInitializerGiveNothing) {
+    EXPECT_EQ(linesOf({node(
+                  "Declaration",
+                  {named("Type", "int"),
+                   node("DeclaratorList",
+                        {named("Declarator", "a"), named("Declarator", "b", {node("Initializer")}),
+                         named("Declarator", "c", {number(1)}),
+                         named("Declarator", "d", {node("Initializer", {number(2)})})})})}),
+              "d = 2\n");
+}
+
+TEST_F(KrelIRTest, EmptyPrintPrintsTheEmptyText) {
+    EXPECT_EQ(linesOf({node("PrintStatement", {node("ArgumentList")}), node("PrintStatement")}),
+              "arg \"\"\ncall print, 1\narg \"\"\ncall print, 1\n");
+}
+
+TEST_F(KrelIRTest, CallWithoutArgumentListPassesNothing) {
+    EXPECT_EQ(linesOf({node("CallStatement", {name("g")})}), "_t0 = call g, 0\n");
+}
+
+TEST_F(KrelIRTest, OnlyCallsTypedVoidHaveNoResult) {
+    Node* typed = node("CallStatement", {name("g"), node("ArgumentList", {number(1)})});
+    typed->setSemanticType("void");
+    Node* other = node("CallStatement", {name("g"), node("ArgumentList", {number(1)})});
+    other->setSemanticType("double");
+    EXPECT_EQ(linesOf({typed, other}), "arg 1\ncall g, 1\narg 1\n_t0 = call g, 1\n");
+}
+
+TEST_F(KrelIRTest, CopyTakesItsTemporaryBeforeTheIndex) {
+    EXPECT_EQ(linesOf({assignment(name("x"), element(name("a"), sum(name("i"), number(1))))}),
+              "_t1 = i + 1\n_t0 = a[_t1]\nx = _t0\n");
+}
+
+TEST_F(KrelIRTest, IndexIsLoweredBeforeTheArray) {
+    EXPECT_EQ(linesOf({assignment(element(sum(name("a"), number(1)), sum(name("i"), number(2))),
+                                  number(3))}),
+              "_t0 = i + 2\n_t1 = a + 1\n_t1[_t0] = 3\n");
+}
+
+TEST_F(KrelIRTest, TargetIsLoweredBeforeTheValue) {
+    EXPECT_EQ(linesOf({assignment(element(name("a"), sum(name("i"), number(1))),
+                                  sum(name("x"), number(2)))}),
+              "_t0 = i + 1\n_t1 = x + 2\na[_t0] = _t1\n");
+    EXPECT_EQ(linesOf({named(
+                  "CompoundAssignment", "-=",
+                  {element(name("a"), sum(name("i"), number(1))), sum(name("x"), number(2))})}),
+              "_t0 = i + 1\n_t1 = x + 2\n_t2 = a[_t0] - _t1\na[_t0] = _t2\n");
+}
+
+TEST_F(KrelIRTest, ParenthesesAreTransparentInExpressions) {
+    EXPECT_EQ(linesOf({assignment(name("x"), parentheses(parentheses(name("y"))))}), "x = y\n");
+    EXPECT_EQ(linesOf({node("ReturnStatement", {parentheses(name("y"))})}), "return y\n");
+}
+
+TEST_F(KrelIRTest, ParenthesesAreTransparentInConditions) {
+    const auto loop = [](Node* condition) {
+        return node("WhileStatement", {condition, block({})});
+    };
+    EXPECT_EQ(linesOf({loop(parentheses(parentheses(named("UnaryOp", "!", {name("x")}))))}),
+              "if x goto B4\ngoto B2\n");
+    EXPECT_EQ(linesOf({loop(parentheses(named("BinaryOp", "<", {name("x"), number(1)})))}),
+              "_t0 = x >= 1\nif _t0 goto B4\ngoto B2\n");
+}
+
+TEST_F(KrelIRTest, AssignmentsAsValuesGiveTheirPlace) {
+    EXPECT_EQ(linesOf({assignment(name("x"), assignment(name("y"), number(1)))}), "y = 1\nx = y\n");
+    EXPECT_EQ(linesOf({assignment(name("x"), named("CompoundAssignment", "+=",
+                                                   {element(name("a"), number(0)), number(1)}))}),
+              "_t0 = a[0] + 1\na[0] = _t0\nx = a[0]\n");
+}
+
+TEST_F(KrelIRTest, UpdatesAsValuesGiveTheOldOrTheNewValue) {
+    const auto valueOf = [this](const char* kind) {
+        return linesOf({assignment(name("x"), named(kind, "", {name("y")}))});
+    };
+    EXPECT_EQ(valueOf("PostIncrement"), "_t0 = y\n_t1 = y + 1\ny = _t1\nx = _t0\n");
+    EXPECT_EQ(valueOf("PreIncrement"), "_t0 = y\n_t1 = y + 1\ny = _t1\nx = _t1\n");
+    EXPECT_EQ(valueOf("PostDecrement"), "_t0 = y\n_t1 = y - 1\ny = _t1\nx = _t0\n");
+    EXPECT_EQ(valueOf("PreDecrement"), "_t0 = y\n_t1 = y - 1\ny = _t1\nx = _t1\n");
+}
+
+TEST_F(KrelIRTest, ElseClauseWithoutABlockIsNoElse) {
+    EXPECT_EQ(lower(function("int", "f",
+                             {node("IfStatement", {name("x"), block({}), node("ElseClause")})})),
+              "f:\nB1:\n    _t0 = !x\n    if _t0 goto B2\n\nB3:\n    goto B2\n\nB2:\n\n");
+}
+
+TEST_F(KrelIRTest, EmptyElseIfListIsNoArm) {
+    EXPECT_EQ(lower(function("int", "f",
+                             {node("IfStatement", {name("x"), block({}), node("ElseIfList"),
+                                                   node("ElseClause", {block({})})})})),
+              "f:\nB1:\n    _t0 = !x\n    if _t0 goto B4\n\nB3:\n    goto B2\n\nB4:\n\nB2:\n\n");
+}
+
+TEST_F(KrelIRTest, LiteralsAreSpelledByTheirValue) {
+    EXPECT_EQ(linesOf({assignment(name("x"), number(-5)),
+                       assignment(name("x"), new Node("DecimalLiteral", -0.25, 1)),
+                       assignment(name("x"), new Node("DecimalLiteral", 1e100, 1)),
+                       node("ReturnStatement", {number(-5)})}),
+              "x = -5\nx = -0.25\nx = 1e+100\nreturn -5\n");
+}
+
+TEST_F(KrelIRTest, LiteralsEscapeTheirOwnQuotationMarkOnly) {
+    EXPECT_EQ(linesOf({assignment(name("x"), new Node("StringLiteral", "'\"\\\n\r\t\x01\xff", 1)),
+                       assignment(name("x"), new Node("CharacterLiteral", '\'', 1)),
+                       assignment(name("x"), new Node("CharacterLiteral", '"', 1))}),
+              "x = \"'\\\"\\\\\\n\\r\\t\x01\xff\"\nx = '\\''\nx = '\"'\n");
+}

@@ -1,7 +1,0 @@
-int x = 1;
-
-void f() {
-    int x = 2;
-}
-
-int y = 3;

@@ -26,7 +26,7 @@ protected:
         std::string lines;
         for (const IRBasicBlock& block : generator.getProgram().getFunctions()[0].getBlocks()) {
             for (const IRInstruction& instruction : block.getInstructions()) {
-                lines += instruction.getText() + "\n";
+                lines += std::string{instruction.getText()} + "\n";
             }
         }
         return lines;

@@ -1,0 +1,5 @@
+void main() {
+    int a[n];
+    int n = 3;
+    character c = 'a';
+}

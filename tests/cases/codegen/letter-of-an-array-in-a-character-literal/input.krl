@@ -1,0 +1,4 @@
+void main() {
+    int a[3];
+    character c = 'a';
+}

@@ -1,0 +1,9 @@
+void f() {
+    while (true) {
+    }
+}
+
+void main() {
+    while (true) {
+    }
+}

@@ -1,0 +1,6 @@
+void f(string s) {
+    s++;
+}
+
+void main() {
+}

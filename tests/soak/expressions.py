@@ -141,6 +141,13 @@ class Expressions:
     def binary(self, operators, make, depth):
         return Binary(self.random.choice(operators), make(depth - 1), make(depth - 1))
 
+    def comparison(self, make, depth):
+        """Often of equal values, where the operators differ most."""
+        result = self.binary(tree.COMPARISONS, make, depth)
+        if isinstance(result.left, (Name, Element)) and self.chance(0.25):
+            result.right = result.left
+        return result
+
     def called(self, type_name, depth):
         """A call that gives the type, or None where none is affordable or allowed."""
         if not self.calls_allowed:
@@ -195,7 +202,7 @@ class Expressions:
             (12, lambda: self.leaf("int", self.integer_literal)),
             (42, lambda: self.binary("+-*", self.integer, depth)),
             (8, lambda: Binary("/", self.integer(depth - 1), self.divisor())),
-            (8, lambda: self.binary(tree.COMPARISONS, self.integer, depth)),
+            (8, lambda: self.comparison(self.integer, depth)),
             (4, lambda: self.binary(tree.LOGICAL, self.integer, depth)),
             (10, lambda: self.unary(self.integer(depth - 1))),
             (12, lambda: self.called("int", depth) or self.integer(depth - 1)),
@@ -238,7 +245,7 @@ class Expressions:
     def odd_double(self, depth):
         """Of type double, but its value is an integer: the bits of a tiny number."""
         return self.weighted([
-            (6, lambda: self.binary(tree.COMPARISONS, self.double, depth)),
+            (6, lambda: self.comparison(self.double, depth)),
             (1, lambda: Binary(self.random.choice("+-*"), self.whole(), self.whole())),
             (1, lambda: Unary(self.random.choice("-+!"), self.whole())),
             (1, lambda: self.binary(tree.LOGICAL, self.odd_double, depth) if depth > 0
@@ -260,7 +267,7 @@ class Expressions:
         return self.weighted([
             (15, lambda: self.leaf("boolean", self.boolean_literal)),
             (30, lambda: self.binary(tree.LOGICAL, self.boolean, depth)),
-            (20, lambda: self.binary(tree.COMPARISONS, self.boolean, depth)),
+            (20, lambda: self.comparison(self.boolean, depth)),
             (5, lambda: Binary(self.random.choice(tree.COMPARISONS + tree.LOGICAL),
                                self.binary("+-*", self.boolean, depth), self.boolean(depth - 1))),
             (15, lambda: Unary("!", self.boolean(depth - 1))),
@@ -278,7 +285,7 @@ class Expressions:
             (40, lambda: self.leaf("character", self.character_literal)),
             (20, lambda: self.binary("+-*", self.character, depth)),
             (4, lambda: Binary("/", self.character(depth - 1), CharacterLiteral("a"))),
-            (5, lambda: self.binary(tree.COMPARISONS, self.character, depth)),
+            (5, lambda: self.comparison(self.character, depth)),
             (5, lambda: self.unary(self.character(depth - 1))),
             # A double quote is safe only in pairs.
             (1, lambda: Binary("+", CharacterLiteral('"'), CharacterLiteral('"'))),
@@ -351,9 +358,9 @@ class Expressions:
         """A condition whose value is an integer."""
         depth -= 1
         rows = [
-            (32, lambda: self.binary(tree.COMPARISONS, self.integer, depth)),
-            (16, lambda: self.binary(tree.COMPARISONS, self.double, depth)),
-            (8, lambda: self.binary(tree.COMPARISONS, self.character, depth)),
+            (32, lambda: self.comparison(self.integer, depth)),
+            (16, lambda: self.comparison(self.double, depth)),
+            (8, lambda: self.comparison(self.character, depth)),
             (14, lambda: self.boolean(depth)),
             (6, lambda: self.integer(depth)),
             (2, lambda: self.character(depth)),

@@ -1,5 +1,6 @@
 """Random statements and whole function bodies."""
 
+import tree
 from expressions import OPERATOR_BETWEEN_BLANKS, Expressions, as_intermediate
 from tree import (ArrayDeclaration, Assignment, Binary, Block, BooleanLiteral, Break, CallStatement,
                   Cast, CharacterLiteral, Continue, Declaration, DoubleLiteral, Element, Exit, For,
@@ -22,7 +23,7 @@ class Body(Expressions):
         self.loops = 0
         self.simple_statements = [
             (18, self.declaration), (6, self.array_declaration), (4, self.index_declaration),
-            (3, self.divisor_declaration), (3, self.special_doubles), (18, self.assignment),
+            (3, self.divisor_declaration), (4, self.special_doubles), (18, self.assignment),
             (10, self.compound_assignment), (7, self.step), (16, self.print),
             (6, self.call_statement),
         ]
@@ -175,8 +176,13 @@ class Body(Expressions):
             Binary("/", Unary("-", DoubleLiteral("0.5")), name),
             Binary("*", name, Unary("-", DoubleLiteral("2.5"))), Unary("-", name)])
         self.enter(zero, other)
+        compared = Binary(self.random.choice(tree.COMPARISONS), Name(other),
+                          self.without_calls(lambda: self.double(1)))
+        if self.chance(0.5):
+            compared.left, compared.right = compared.right, compared.left
         return [Declaration("double", [(zero, Cast("double", IntLiteral("0")))]),
-                Declaration("double", [(other, value)])]
+                Declaration("double", [(other, value)]),
+                If([(compared, self.block(count=1))], Block(self.in_scope(self.print)))]
 
     def assignment(self):
         type_name = self.pick_type()

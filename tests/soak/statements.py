@@ -31,7 +31,7 @@ class Body(Expressions):
             (12, self.branch), (8, self.counting_for), (4, self.counting_while),
             (3, self.fueled_while), (3, self.endless_loop), (2, self.double_loop),
             (2, self.character_loop), (3, self.guarded_block), (2, self.bare_block),
-            (1, self.string_builder), (5, self.guarded_leave),
+            (1, self.string_builder), (8, self.guarded_leave),
         ]
 
     # Statements; each generator gives a list of them
@@ -437,10 +437,10 @@ class Body(Expressions):
         return [If([(self.condition(), Block(body))])]
 
     def leave(self):
-        if self.loops and self.chance(0.7):
+        if self.loops and self.chance(0.85):
             return self.random.choice([Break, Continue])()
         in_main = self.function.name == "main"
-        if in_main and not self.chance(0.1):
+        if in_main and not self.chance(0.12):
             return None
         if self.chance(0.1 if in_main else 0.03):
             argument = self.without_calls(lambda: self.integer(1)) if self.chance(0.5) else None

@@ -15,6 +15,8 @@ public:
 
     /// What has been written so far.
     std::string str() const { return text.str(); }
+    /// Forgets it.
+    void clear() { text.str({}); }
 
 private:
     std::ostringstream text;

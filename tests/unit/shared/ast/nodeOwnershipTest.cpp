@@ -6,8 +6,8 @@
 
 #include <memory>
 
-#include "allocationCount.hpp"
 #include "shared/ast/node.hpp"
+#include "tests/unit/support/allocationCount.hpp"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "allocationCount.hpp"
+#include "tests/unit/support/allocationCount.hpp"
 
 #include <cstdlib>
 #include <new>

@@ -6,7 +6,7 @@ writes PREFIX.krl and PREFIX.c. The same size and seed give the same bytes on ev
 
 Both programs have the same functions, declarations, loops, calls and prints on the same lines, and
 print the same when they are run. The Krel text is the source: the shapes below are functions of 10
-to 25 lines as people write them, `toC` turns each one into C once, and both are then filled with
+to 25 lines as people write them, `to_c` turns each one into C once, and both are then filled with
 the same names and numbers. Every eight functions are called from a driver function, every twelve
 drivers from another one, and so on up to `main`, so that everything is reachable and no function
 is out of proportion.
@@ -271,25 +271,25 @@ DECLARATION = re.compile(r"\b(int|double|boolean|character|string) ([\w%()]+?)(?
 PRINT = re.compile(r"^(\s*)print\((.*)\);$")
 
 
-def toC(krel):
+def to_c(krel):
     """The same lines in C. Gaps of the Krel text stay gaps."""
     types = {name: kind for kind, name in DECLARATION.findall(krel)}
-    return "\n".join(lineToC(line, types) for line in krel.split("\n"))
+    return "\n".join(line_to_c(line, types) for line in krel.split("\n"))
 
 
-def lineToC(line, types):
+def line_to_c(line, types):
     if line.lstrip().startswith("#"):
         return line.replace("#", "//", 1)
     shown = PRINT.match(line)
     if shown:
-        return printToC(*shown.groups(), types)
+        return print_to_c(*shown.groups(), types)
     line = re.sub(r"\b(int|boolean|character|string)\b", lambda word: C_TYPES[word[0]], line)
     line = line.replace("* ", "*") if "const char" in line else line
     line = line.replace("elseif", "else if").replace("void main()", "int main(void)")
     return re.sub(r"\b(true|false)\b", lambda word: str(int(word[0] == "true")), line)
 
 
-def printToC(indent, arguments, types):
+def print_to_c(indent, arguments, types):
     """A print as one printf: literals become part of the format."""
     text, values = "", []
     for argument in re.findall(r'"[^"]*"|[^,"]+', arguments):
@@ -310,7 +310,7 @@ class Shape:
         self.name, rest = head.split(": ")
         self.kind, *calls = rest.split()
         self.calls = bool(calls)
-        self.c = toC(self.krel)
+        self.c = to_c(self.krel)
         self.lines = self.krel.count("\n") + 1
 
 
@@ -325,7 +325,7 @@ class Program:
         self.c = ["int printf(const char *format, ...);"]
         self.lines = 1
         self.functions = 0
-        self.byKind = {"total": [], "ratio": [], "choice": [], "report": []}
+        self.by_kind = {"total": [], "ratio": [], "choice": [], "report": []}
         self.waiting = []  # per level: (kind, name) of the functions that no one calls yet
         self.drivers = []  # per level: how many drivers of such functions there are
 
@@ -334,7 +334,7 @@ class Program:
         self.c.append(c)
         self.lines += krel.count("\n") + 1
 
-    def addFunction(self):
+    def add_function(self):
         # The first functions are plain ones, so that there is one of each kind to be called.
         early = self.functions < len(self.plain)
         shape = self.plain[self.functions] if early else self.random.choice(self.shapes)
@@ -342,7 +342,7 @@ class Program:
         name = f"{shape.name}{self.functions}"
         gaps = self.gaps(name)
         self.add("\n" + shape.krel % gaps, "\n" + shape.c % gaps)
-        self.byKind[shape.kind].append(name)
+        self.by_kind[shape.kind].append(name)
         self.enqueue(0, shape.kind, name)
 
     def gaps(self, name):
@@ -353,7 +353,7 @@ class Program:
             gaps[f"n{index}"] = choose.randrange(10, 100)
             gaps[f"s{index}"] = choose.randrange(2, 6)
             gaps[f"h{index}"] = f"{choose.randrange(1, 40)}.{choose.choice(['25', '5', '75'])}"
-        for kind, names in self.byKind.items():
+        for kind, names in self.by_kind.items():
             if names:
                 gaps[kind] = choose.choice(names)
                 gaps[kind + "2"] = choose.choice(names)
@@ -379,10 +379,10 @@ class Program:
             a, b = self.random.randrange(10, 50), self.random.randrange(2, 9)
             body += [line.format(name=name, n=number, a=a, b=b) for line in KINDS[kind]]
         krel = "\n".join(["", head, *body, "}"])
-        c = toC(krel) % ()
+        c = to_c(krel) % ()
         return krel, c
 
-    def mainLines(self):
+    def main_lines(self):
         """How long `main` would be now, the empty line before it included."""
         return 3 + sum(len(KINDS[kind]) for level in self.waiting for kind, name in level)
 
@@ -397,8 +397,8 @@ def generate(lines=None, functions=None, seed=1):
     `main`, as a pair of texts: Krel and C."""
     program = Program(seed)
     while (program.functions < functions if functions else
-           program.lines + program.mainLines() < lines or program.functions == 0):
-        program.addFunction()
+           program.lines + program.main_lines() < lines or program.functions == 0):
+        program.add_function()
     return program.finish()
 
 

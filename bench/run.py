@@ -1,0 +1,246 @@
+#!/usr/bin/env python3
+"""Measures krelcc against the native build, other compilers and itself, and prints tables.
+
+Usage: script/bench [--quick] [--only PART]... [--save]
+
+Parts: sizes (programs of 20 lines to a million, with all the targets on them), growth (time at 2N
+over time at N for each input that is large in one way), json, diagnostics, phases.
+
+Compared commands are run in turn, A B A B ..., and a ratio is the median of the ratios of the
+rounds: what slows the machine down for a while meets both. `own` is krelcc with a `gcc` that does
+nothing first on the search path; its time is not subtracted. Times are CPU time, user and system,
+where nothing else is said. Ratios are compared with those of bench/baseline.json, which --save
+rewrites: they are comparable between machines, seconds are not.
+"""
+
+import argparse
+import collections
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+import inputs
+import program
+from measuring import Workshop, in_turn, median, ratio, require
+
+BASELINE = pathlib.Path(__file__).resolve().parent / "baseline.json"
+SEED = 1
+
+# Lines and rounds.
+SIZES = {20: 41, 100: 21, 1_000: 11, 10_000: 7, 100_000: 5, 1_000_000: 1}
+QUICK_SIZES = {20: 11, 100: 5, 1_000: 5, 10_000: 3}
+GROWTH_ROUNDS = 3
+JSON_LINES = 10_000
+DIAGNOSTICS = 20_000
+TRACED_DIAGNOSTICS = 1_000
+PHASE_LINES = 10_000
+NESTED_STATEMENTS = 50
+
+# What is measured, the greatest ratio that is wanted (None: it is only shown), and the ratio.
+Row = collections.namedtuple("Row", "what target measured")
+
+
+def short(number):
+    """10000 as 10k, 1000000 as 1M."""
+    for unit, factor in (("M", 1_000_000), ("k", 1_000)):
+        if number >= factor and number % factor == 0:
+            return f"{number // factor}{unit}"
+    return str(number)
+
+
+def write_program(workshop, lines):
+    krel, c = program.generate(lines=lines, seed=SEED)
+    for suffix, text in (("krl", krel), ("c", c)):
+        pathlib.Path(workshop.file(f"program{lines}.{suffix}")).write_text(text, encoding="ascii")
+    return f"program{lines}"
+
+
+def measure_size(workshop, lines, rounds):
+    """One program, with every way of compiling it in turn."""
+    name = write_program(workshop, lines)
+    workshop.own(f"{name}.krl", "--asm-dump")
+    assembly = [f"{name}.s", workshop.runtime, "-o", "native"]
+    return in_turn(
+        rounds,
+        own=lambda: workshop.own(f"{name}.krl"),
+        native=lambda: workshop.run(["gcc", *assembly]),
+        whole=lambda: workshop.run([workshop.krelcc, f"{name}.krl", "-o", "whole"]),
+        tcc=lambda: workshop.run(["tcc", "-c", f"{name}.c", "-o", "tcc.o"]),
+        gcc=lambda: workshop.run(["gcc", "-O0", f"{name}.c", "-o", "gcc-O0"]),
+        assembler=lambda: workshop.run(["as", f"{name}.s", "-o", "as.o"]))
+
+
+SIZE_TARGETS = {
+    ("whole / native build, wall", 20): 1.05,
+    ("own / native build", 20): 0.035,
+    ("own / native build", 10_000): 0.07,
+    ("own / native build", 100_000): 0.06,
+    ("own / tcc -c", 100_000): 1.0,
+    ("whole / gcc -O0", 100_000): 0.15,
+    ("own peak memory / the assembler's", 100_000): 1.0,
+}
+
+
+def size_rows(workshop, quick):
+    rows = []
+    print(f"\n{'lines':>7} {'own':>9} {'native':>9} {'whole':>9} {'tcc -c':>9} {'gcc -O0':>9}"
+          f" {'own peak':>9} {'as peak':>9}   (CPU ms, KB)")
+    for lines, rounds in (QUICK_SIZES if quick else SIZES).items():
+        samples = measure_size(workshop, lines, rounds)
+        times = "".join(f" {median(samples[which], 'cpu') * 1e3:9.2f}"
+                        for which in ("own", "native", "whole", "tcc", "gcc"))
+        peaks = "".join(f" {median(samples[which], 'peak'):9.0f}" for which in ("own", "assembler"))
+        print(f"{short(lines):>7}{times}{peaks}", flush=True)
+        for what, above, below, field in (
+                ("whole / native build, wall", "whole", "native", "wall"),
+                ("own / native build", "own", "native", "cpu"),
+                ("own / tcc -c", "own", "tcc", "cpu"),
+                ("whole / gcc -O0", "whole", "gcc", "cpu"),
+                ("own peak memory / the assembler's", "own", "assembler", "peak")):
+            measured = ratio(samples[above], samples[below], field)
+            rows.append(Row(f"{what}, {short(lines)} lines", SIZE_TARGETS.get((what, lines)),
+                            measured))
+    return rows
+
+
+def growth_inputs(quick):
+    """(name, unit, size, text of a size, exit status) of everything that has to grow linearly."""
+    shrink = 10 if quick else 1
+    for entry in inputs.INPUTS:
+        yield (entry.name, entry.unit, entry.size // shrink, entry.text,
+               0 if entry.compiles else 1)
+    for nesting in inputs.NESTINGS:
+        yield (nesting.name, "levels", nesting.deepest(),
+               lambda depth, nesting=nesting: nesting.text(depth, NESTED_STATEMENTS), 0)
+
+
+def growth_rows(workshop, quick):
+    rows = []
+    print(f"\n{'own ms':>9} {'peak MB':>8}   at")
+    for name, unit, size, text, status in growth_inputs(quick):
+        for file, n in (("half.krl", size // 2), ("full.krl", size)):
+            pathlib.Path(workshop.file(file)).write_text(text(n), encoding="ascii")
+        samples = in_turn(GROWTH_ROUNDS,
+                          half=lambda: workshop.own("half.krl", status=status),
+                          full=lambda: workshop.own("full.krl", status=status))
+        print(f"{median(samples['full'], 'cpu') * 1e3:9.1f}"
+              f" {median(samples['full'], 'peak') / 1024:8.1f}   {size} {unit} ({name})",
+              flush=True)
+        rows.append(Row(f"own at 2N / at N, {name}, 2N = {size}", 2.2,
+                        ratio(samples["full"], samples["half"], "cpu")))
+    return rows
+
+
+def json_rows(workshop, quick):
+    """The whole run counts on both sides: reading the program as well as writing the tree."""
+    name = write_program(workshop, JSON_LINES)
+    samples = in_turn(
+        3 if quick else 7,
+        own=lambda: workshop.own(f"{name}.krl", "--ast-dump"),
+        clang=lambda: workshop.run(["clang", "-w", "-Xclang", "-ast-dump=json", "-fsyntax-only",
+                                    f"{name}.c"]))
+    clang_bytes = os.path.getsize(workshop.file("out"))
+    own_bytes = os.path.getsize(workshop.file(f"{name}.ast.json"))
+    print(f"\nJSON of {JSON_LINES} lines: {own_bytes / 1e6:.1f} MB in"
+          f" {median(samples['own'], 'cpu') * 1e3:.1f} ms, clang"
+          f" {clang_bytes / 1e6:.1f} MB in {median(samples['clang'], 'cpu') * 1e3:.1f} ms",
+          flush=True)
+    measured = ratio(samples["own"], samples["clang"], "cpu") * clang_bytes / own_bytes
+    return [Row("CPU per MB of JSON / clang's", 0.3, measured)]
+
+
+def write_calls(workshop):
+    """Write calls on standard error for one diagnostic."""
+    source = inputs.semantic_errors(TRACED_DIAGNOSTICS)
+    pathlib.Path(workshop.file("traced.krl")).write_text(source, encoding="ascii")
+    workshop.run(["strace", "-f", "-o", "trace", "-e", "trace=write,writev", workshop.krelcc,
+                  "traced.krl"], status=1)
+    trace = pathlib.Path(workshop.file("trace")).read_text(errors="replace")
+    calls = sum("write(2," in line or "writev(2," in line for line in trace.splitlines())
+    return calls / TRACED_DIAGNOSTICS
+
+
+def diagnostic_rows(workshop, quick):
+    source = inputs.semantic_errors(DIAGNOSTICS)
+    c = source.replace("void main()", "int main(void)")
+    for suffix, text in (("krl", source), ("c", c)):
+        pathlib.Path(workshop.file(f"errors.{suffix}")).write_text(text, encoding="ascii")
+    samples = in_turn(
+        3 if quick else 7,
+        own=lambda: workshop.own("errors.krl", status=1),
+        clang=lambda: workshop.run(["clang", "-fsyntax-only", "-ferror-limit=0", "errors.c"],
+                                   status=1))
+    print(f"\n{DIAGNOSTICS} diagnostics: {median(samples['own'], 'cpu') * 1e3:.1f} ms, clang"
+          f" {median(samples['clang'], 'cpu') * 1e3:.1f} ms", flush=True)
+    return [Row("write calls per diagnostic", 1.0, write_calls(workshop)),
+            Row("CPU per diagnostic / clang's", 0.05, ratio(samples["own"], samples["clang"], "cpu"))]
+
+
+def phase_rows(workshop, build):
+    """Each phase's share of the sum of all; no targets."""
+    name = write_program(workshop, PHASE_LINES)
+    report = subprocess.run(
+        [build / "bench" / "krel_phases", "--benchmark_format=json"], check=True,
+        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+        env={**os.environ, "KREL_BENCH_SOURCE": workshop.file(f"{name}.krl")}).stdout
+    medians = {entry["name"].split("/")[0]: entry["real_time"]
+               for entry in json.loads(report)["benchmarks"]
+               if entry["aggregate_name"] == "median"}
+    total = sum(medians.values())
+    print(f"\nOwn CPU by phase, {short(PHASE_LINES)} lines:")
+    for phase, milliseconds in medians.items():
+        print(f"{milliseconds:9.2f} ms   {phase}")
+    return [Row(f"share of own CPU, {phase}", None, milliseconds / total)
+            for phase, milliseconds in medians.items()]
+
+
+def print_table(rows, baseline):
+    print(f"\n{'what':<58} {'target':>7} {'measured':>9}  {'verdict':<7} {'moved':>7}")
+    for row in rows:
+        before = baseline.get(row.what)
+        moved = f"{(row.measured / before - 1) * 100:+.0f}%" if before else ""
+        target = f"{row.target:g}" if row.target is not None else ""
+        verdict = "" if row.target is None else "met" if row.measured <= row.target else "MISSED"
+        print(f"{row.what:<58} {target:>7} {row.measured:9.3f}  {verdict:<7} {moved:>7}")
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="script/bench", description=__doc__.splitlines()[0])
+    parts = ["sizes", "growth", "json", "diagnostics", "phases"]
+    parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
+    parser.add_argument("--quick", action="store_true",
+                        help="up to 10k lines, large inputs a tenth as large, fewer rounds")
+    parser.add_argument("--only", action="append", choices=parts, metavar="PART",
+                        help=f"one of: {', '.join(parts)}; may be repeated")
+    parser.add_argument("--save", action="store_true",
+                        help="make the ratios measured now the new baseline")
+    options = parser.parse_args()
+    require("gcc", "as", "tcc", "clang", "strace")
+    wanted = options.only or parts
+    baseline = json.loads(BASELINE.read_text()) if BASELINE.exists() else {}
+    rows = []
+    with tempfile.TemporaryDirectory() as directory:
+        workshop = Workshop(options.build.resolve(), directory, os.environ["PATH"])
+        measure = {
+            "sizes": lambda: size_rows(workshop, options.quick),
+            "growth": lambda: growth_rows(workshop, options.quick),
+            "json": lambda: json_rows(workshop, options.quick),
+            "diagnostics": lambda: diagnostic_rows(workshop, options.quick),
+            "phases": lambda: phase_rows(workshop, options.build.resolve()),
+        }
+        for part in parts:
+            if part in wanted:
+                rows += measure[part]()
+    print(f"\nload of the machine (1, 5, 15 minutes): {os.getloadavg()}, {os.cpu_count()} CPUs")
+    print_table(rows, baseline)
+    if options.save:
+        baseline.update({row.what: round(row.measured, 4) for row in rows})
+        BASELINE.write_text(json.dumps(baseline, indent=2) + "\n")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

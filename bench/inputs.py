@@ -66,9 +66,8 @@ def local_variables(n):
 
 
 def blocks(n):
-    """Each conditional makes two blocks; every second one is not taken."""
-    conditions = "".join(f"    if (x {'<=' if i % 2 == 0 else '>'} {i}) {{\n        x += 2;\n    }}\n"
-                         for i in range(n // 2))
+    """Each conditional makes two blocks; every second one is taken."""
+    conditions = "".join(f"    if (x <= {i}) {{\n        x += 2;\n    }}\n" for i in range(n // 2))
     return in_main("    int x = 0;\n" + conditions + "    print(x);\n")
 
 

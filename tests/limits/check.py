@@ -6,8 +6,9 @@ language here: the whole intermediate representation, what the program prints, a
 are too large for the native build in a test the whole assembly. These are built and run at a tenth
 of the size in addition.
 
-Everything runs on a stack of 8 MB. Usage: check.py --krelcc PATH [--scale N] NAME
-(--scale 20 makes the programs 20 times smaller; nesting keeps its depth, which has a limit).
+Usage: check.py --krelcc PATH [--scale N] [--stack MB] NAME
+With --scale 20 the programs are 20 times smaller; nesting keeps its depth, which has a limit.
+Everything runs on a stack of 8 MB: sanitized frames need a larger one.
 """
 
 import argparse
@@ -27,7 +28,6 @@ sys.path.insert(0, str(ROOT / "bench"))
 import inputs  # noqa: E402 (after the path is known)
 from measuring import build_stub  # noqa: E402
 
-STACK_BYTES = 8 << 20
 TIMEOUT_SECONDS = 280
 RUN_FRACTION = 10
 PIECES_AT_ONCE = 10_000
@@ -303,15 +303,17 @@ def expect(what, actual, expected):
                    f"\n  expected {expected[first:start + 80]!r}")
 
 
-def limit_stack():
-    resource.setrlimit(resource.RLIMIT_STACK, (STACK_BYTES, STACK_BYTES))
+def limit_stack(megabytes):
+    limit = megabytes << 20
+    resource.setrlimit(resource.RLIMIT_STACK, (limit, limit))
 
 
 class Directory:
     """A fresh directory in which one program is compiled and run."""
 
-    def __init__(self, krelcc, path):
+    def __init__(self, krelcc, path, stack):
         self.krelcc = krelcc
+        self.stack = stack
         self.path = pathlib.Path(path)
         self.stub = build_stub(self.path / "stub")
 
@@ -319,7 +321,7 @@ class Directory:
         search_path = os.environ["PATH"] if native else f"{self.stub}:{os.environ['PATH']}"
         return subprocess.run(
             command, cwd=self.path, stdin=subprocess.DEVNULL, capture_output=True, check=False,
-            timeout=TIMEOUT_SECONDS, preexec_fn=limit_stack,
+            timeout=TIMEOUT_SECONDS, preexec_fn=lambda: limit_stack(self.stack),
             env={**os.environ, "PATH": search_path, "LC_ALL": "C",
                  "ASAN_OPTIONS": "detect_leaks=0"})
 
@@ -407,12 +409,13 @@ def main():
     what.add_argument("--list", action="store_true", help="print the names, one a line")
     parser.add_argument("--krelcc", type=pathlib.Path)
     parser.add_argument("--scale", type=int, default=1)
+    parser.add_argument("--stack", type=int, default=8, metavar="MB")
     options = parser.parse_args()
     if options.list:
         print("\n".join(names))
         return 0
     with tempfile.TemporaryDirectory() as path:
-        directory = Directory(str(options.krelcc.resolve()), path)
+        directory = Directory(str(options.krelcc.resolve()), path, options.stack)
         try:
             check(directory, options.name, options.scale)
         except Mismatch as mismatch:

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <unordered_map>
 
 namespace {
 
@@ -113,6 +114,14 @@ TEST(NameMapTest, KeepsAllNamesAsItGrows) {
     int count = 0;
     values.forEach([&count](Name, int) { ++count; });
     EXPECT_EQ(count, 1000);
+TEST(NameTest, HashesByIndex) {
+    std::unordered_map<Name, int, NameHash> values;
+    values[Name{"one"}] = 1;
+    values[Name{"two"}] = 2;
+    values[Name{"one"}] += 10;
+    EXPECT_EQ(values.size(), 2U);
+    EXPECT_EQ(values.at(Name{"one"}), 11);
+    EXPECT_EQ(NameHash{}(Name{"two"}), Name{"two"}.index());
 }
 
 int one() {

@@ -8,6 +8,8 @@
 
 #include "shared/ast/node.hpp"
 #include "tests/unit/support/allocationCount.hpp"
+#include "allocationCount.hpp"
+#include "shared/ast/node.hpp"
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include "tests/unit/support/allocationCount.hpp"
 #include "allocationCount.hpp"
 #include "shared/ast/node.hpp"
+#include "tests/unit/support/allocationCount.hpp"
 
 namespace {
 

@@ -552,7 +552,7 @@ static void declareVariables(Node* declaration) {
     }
 }
 
-/// Files a parameter or variable of `function`, or drops it when its name is taken.
+/// Files a variable of `function`, or drops it when its name is taken.
 static void fileInFunction(Name function, std::unique_ptr<Symbol> symbol) {
     symbol->updateScope(function);
     if (symbolTable.insertSymbol(function, symbol.get())) {
@@ -571,7 +571,8 @@ static void declareFunction(Node* function) {
         symbol.release();
     }
     for (Symbol* parameter : parameters) {
-        fileInFunction(name, std::unique_ptr<Symbol>{parameter});
+        parameter->updateScope(name);
+        symbolTable.insertSymbol(name, parameter);  // kept if refused: the function lists it
     }
     for (; !symbols.empty(); symbols.pop()) {
         std::unique_ptr<Symbol> variable{symbols.front()};

@@ -8,6 +8,7 @@
 
 #include "lexer/scannerInput.hpp"
 #include "parser/parser.hpp"
+#include "shared/ast/name.hpp"
 #include "tests/unit/support/childProcess.hpp"
 #include "tests/unit/support/sourceText.hpp"
 
@@ -25,6 +26,8 @@ std::string valueOf(int token) {
             value << ' ' << yylval.real;
             break;
         case T_ID:
+            value << ' ' << Name::fromIndex(yylval.name).text();
+            break;
         case T_STRING_LITERAL:
         case T_CHARACTER_LITERAL:
             value << ' ' << yylval.text;

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <unordered_map>
 
 namespace {
 
@@ -122,6 +121,10 @@ TEST(NameTest, HashesByIndex) {
     EXPECT_EQ(values.size(), 2U);
     EXPECT_EQ(values.at(Name{"one"}), 11);
     EXPECT_EQ(NameHash{}(Name{"two"}), Name{"two"}.index());
+TEST(NameTest, IsMadeFromItsIndex) {
+    const Name name{"by index"};
+    EXPECT_EQ(Name::fromIndex(name.index()), name);
+    EXPECT_EQ(Name::fromIndex(0), Name{});
 }
 
 int one() {

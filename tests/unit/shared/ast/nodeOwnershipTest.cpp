@@ -1,10 +1,12 @@
-// Who frees which node. Double frees and leaks of single nodes show as a wrong count of live
-// objects; the memory of long child lists, which `new` does not allocate, as growth of the heap.
+// Who frees which node. Nodes come from a pool of their own, or under AddressSanitizer one by one
+// from the heap; what was freed can be told in both.
 
 #include <gtest/gtest.h>
 #include <malloc.h>
 
 #include <memory>
+#include <set>
+#include <vector>
 
 #include "shared/ast/node.hpp"
 #include "tests/unit/support/allocationCount.hpp"
@@ -12,113 +14,139 @@
 #include "shared/ast/node.hpp"
 #include "tests/unit/support/allocationCount.hpp"
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/asan_interface.h>
+#endif
+
 namespace {
 
+using Nodes = std::set<const Node*>;
+
+std::unique_ptr<Node> leaf() {
+    return std::make_unique<Node>("IntLiteral", 1, 1);
+}
+
 Node* newLeaf() {
-    return new Node("IntLiteral", 1, 1);
+    return leaf().release();
 }
 
-/// Runs `body` and returns how many more objects are alive than before.
-template <typename Body>
-long growthAfter(Body body) {
-    const long before = liveObjects();
-    body();
-    return liveObjects() - before;
+/// The nodes of a tree.
+void collect(const Node& node, Nodes& nodes) {
+    nodes.insert(&node);
+    for (const Node* child : node.getChildren()) {
+        collect(*child, nodes);
+    }
 }
 
-TEST(NodeOwnershipTest, EveryNodeIsOneObject) {
-    const auto body = [] {
-        const Node root{"Assignment", newLeaf(), newLeaf(), 1};
-        EXPECT_EQ(root.getChildren().size(), 2U);
-    };
-    const long before = liveObjects();
-    Node* node = newLeaf();
-    EXPECT_EQ(liveObjects() - before, 1);
-    delete node;
-    EXPECT_EQ(growthAfter(body), 0);
+#ifdef __SANITIZE_ADDRESS__
+
+/// The sanitizer itself ends the test when a node is freed twice.
+void expectFreedOnce(const Nodes& nodes) {
+    for (const Node* node : nodes) {
+        EXPECT_TRUE(__asan_address_is_poisoned(node));
+    }
 }
+
+#else
+
+/// The pool hands out the places that were freed last: exactly these, and none of them twice.
+void expectFreedOnce(const Nodes& nodes) {
+    std::vector<std::unique_ptr<Node> > again;
+    Nodes places;
+    for (std::size_t count = 0; count < nodes.size(); ++count) {
+        again.push_back(leaf());
+        places.insert(again.back().get());
+    }
+    EXPECT_EQ(places, nodes);
+}
+
+#endif
 
 TEST(NodeOwnershipTest, DeletingTheRootFreesAllDescendantsOnce) {
-    const auto body = [] {
-        const long before = liveObjects();
-        auto root = std::make_unique<Node>("StatementList", 1);
-        for (int index = 0; index < 10; ++index) {
-            root->addChild(new Node("Assignment", newLeaf(), newLeaf(), index));
-        }
-        EXPECT_EQ(liveObjects() - before, 31);
-    };
-    EXPECT_EQ(growthAfter(body), 0);
+    auto root = std::make_unique<Node>("StatementList", 1);
+    for (int index = 0; index < 10; ++index) {
+        root->addChild(new Node("Assignment", newLeaf(), newLeaf(), index));
+    }
+    Nodes nodes;
+    collect(*root, nodes);
+    ASSERT_EQ(nodes.size(), 31U);
+    root.reset();
+    expectFreedOnce(nodes);
 }
 
 TEST(NodeOwnershipTest, RemovedChildBelongsToTheCaller) {
-    const auto body = [] {
-        Node* removed = newLeaf();
-        {
-            Node root{"Assignment", removed, newLeaf(), 1};
-            root.removeChild(0);
-        }
-        EXPECT_EQ(removed->getIntValue(), 1);
-        delete removed;
-    };
-    EXPECT_EQ(growthAfter(body), 0);
+    Node* child = newLeaf();
+    auto root = std::make_unique<Node>("Assignment", child, newLeaf(), 1);
+    root->removeChild(0);
+    const std::unique_ptr<Node> removed{child};
+    Nodes nodes;
+    collect(*root, nodes);
+    ASSERT_EQ(nodes.size(), 2U);
+    root.reset();
+    EXPECT_EQ(removed->getIntValue(), 1);
+    expectFreedOnce(nodes);
 }
 
 TEST(NodeOwnershipTest, ReplacedChildBelongsToTheCallerAndItsSuccessorToTheNode) {
-    const auto body = [] {
-        Node* replaced = newLeaf();
-        {
-            Node root{"Initializer", replaced, 1};
-            root.replaceChild(0, newLeaf());
-        }
-        EXPECT_EQ(replaced->getIntValue(), 1);
-        delete replaced;
-    };
-    EXPECT_EQ(growthAfter(body), 0);
+    auto root = std::make_unique<Node>("Initializer", newLeaf(), 1);
+    Node* successor = newLeaf();
+    const std::unique_ptr<Node> replaced{root->replaceChild(0, successor)};
+    const Nodes nodes = {root.get(), successor};
+    root.reset();
+    EXPECT_EQ(replaced->getIntValue(), 1);
+    expectFreedOnce(nodes);
 }
 
 TEST(NodeOwnershipTest, RefusedReplacementStaysWithTheCaller) {
-    const auto body = [] {
-        const std::unique_ptr<Node> spare{newLeaf()};
-        Node root{"Initializer", newLeaf(), 1};
-        root.replaceChild(1, spare.get());
-        root.replaceChild(0, nullptr);
-    };
-    EXPECT_EQ(growthAfter(body), 0);
+    const auto spare = leaf();
+    auto root = std::make_unique<Node>("Initializer", newLeaf(), 1);
+    EXPECT_EQ(root->replaceChild(1, spare.get()), nullptr);
+    EXPECT_EQ(root->replaceChild(0, nullptr), nullptr);
+    Nodes nodes;
+    collect(*root, nodes);
+    ASSERT_EQ(nodes.size(), 2U);
+    root.reset();
+    EXPECT_EQ(spare->getIntValue(), 1);
+    expectFreedOnce(nodes);
 }
 
 constexpr int deep = 300000;
 
 TEST(NodeOwnershipTest, DeepLeftChainIsFreedWithoutDeepCalls) {
-    const auto body = [] {
-        Node* sum = newLeaf();
-        for (int level = 0; level < deep; ++level) {
-            sum = new Node("BinaryOp", sum, newLeaf(), 1);
-        }
-        delete sum;
-    };
-    EXPECT_EQ(growthAfter(body), 0);
+    Nodes nodes;
+    auto sum = leaf();
+    nodes.insert(sum.get());
+    for (int level = 0; level < deep; ++level) {
+        auto right = leaf();
+        nodes.insert(right.get());
+        sum = std::make_unique<Node>("BinaryOp", sum.release(), right.release(), 1);
+        nodes.insert(sum.get());
+    }
+    sum.reset();
+    expectFreedOnce(nodes);
 }
 
 TEST(NodeOwnershipTest, DeepSingleChainIsFreedWithoutDeepCalls) {
-    const auto body = [] {
-        Node* negation = newLeaf();
-        for (int level = 0; level < deep; ++level) {
-            negation = new Node("UnaryOp", Operator::Minus, negation, 1);
-        }
-        delete negation;
-    };
-    EXPECT_EQ(growthAfter(body), 0);
+    Nodes nodes;
+    auto negation = leaf();
+    for (int level = 0; level < deep; ++level) {
+        nodes.insert(negation.get());
+        negation = std::make_unique<Node>("UnaryOp", Operator::Minus, negation.release(), 1);
+    }
+    nodes.insert(negation.get());
+    negation.reset();
+    expectFreedOnce(nodes);
 }
 
 void makeAndDeleteWideTree() {
     constexpr int width = 1000;
     const auto root = std::make_unique<Node>("StatementList", 1);
     for (int index = 0; index < width; ++index) {
-        Node* inner = new Node("ArgumentList", 1);
+        auto inner = std::make_unique<Node>("ArgumentList", 1);
         for (int argument = 0; argument < 10; ++argument) {
             inner->addChild(newLeaf());
         }
-        root->addChild(inner);
+        root->addChild(inner.release());
     }
 }
 

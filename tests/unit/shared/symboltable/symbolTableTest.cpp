@@ -9,7 +9,7 @@
 
 #include "shared/ast/node.hpp"
 #include "shared/error/error.hpp"
-#include "tests/unit/support/allocationCount.hpp"
+#include "tests/unit/shared/symboltable/allocationCount.hpp"
 #include "tests/unit/support/streamCapture.hpp"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/unit/support/allocationCount.hpp"
+#include "tests/unit/shared/symboltable/allocationCount.hpp"
 
 #include <cstdlib>
 #include <new>

@@ -26,11 +26,14 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "bench"))
 
 import inputs  # noqa: E402 (after the path is known)
+import program  # noqa: E402
 from measuring import build_stub  # noqa: E402
 
 TIMEOUT_SECONDS = 280
 RUN_FRACTION = 10
 PIECES_AT_ONCE = 10_000
+REALISTIC_LINES = 20_000
+DUMPED_OPERANDS = 1_000
 
 
 # The intermediate representation, and below the assembly, come in pieces: they are long.
@@ -386,7 +389,36 @@ def check_nesting(directory, nesting, expected):
     directory.refuse(source, f"Syntax error in input.krl at line {line}: memory exhausted\n")
 
 
+def check_realistic_program(directory, scale):
+    """The generated program prints what the same program in C prints."""
+    krel, c = program.generate(lines=REALISTIC_LINES // scale)
+    (directory.path / "c.c").write_text(c, encoding="ascii")
+    subprocess.run(["gcc", "-w", "-O0", "c.c", "-o", "c"], cwd=directory.path, check=True)
+    directory.compile_well(krel)
+    directory.expect_printed(directory.run([str(directory.path / "c")]).stdout.decode())
+
+
+def check_deep_dump(directory, _):
+    """The dump of a chain is as deep as it is long. Each operand after the second one adds a level
+    of two indentations and twelve lines: seven of the operator, five of its right operand."""
+    def shape(operands):
+        directory.compile_well(inputs.chain(operands), "--ast-dump", native=False)
+        dump = (directory.path / "input.ast.json").read_text()
+        lines = dump.splitlines()
+        return len(lines), max(len(line) - len(line.lstrip()) for line in lines)
+    lines, indentation = shape(2)
+    more = DUMPED_OPERANDS - 2
+    expect("lines and indentation", str(shape(DUMPED_OPERANDS)),
+           str((lines + 12 * more, indentation + 4 * more)))
+
+
+OTHER_CHECKS = {"realistic-program": check_realistic_program, "deep-dump": check_deep_dump}
+
+
 def check(directory, name, scale):
+    if name in OTHER_CHECKS:
+        OTHER_CHECKS[name](directory, scale)
+        return
     for nesting in inputs.NESTINGS:
         if nesting.name == name:
             check_nesting(directory, nesting, NESTED[name])
@@ -402,7 +434,7 @@ def check(directory, name, scale):
 
 
 def main():
-    names = [entry.name for entry in [*inputs.INPUTS, *inputs.NESTINGS]]
+    names = [*(entry.name for entry in [*inputs.INPUTS, *inputs.NESTINGS]), *OTHER_CHECKS]
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     what = parser.add_mutually_exclusive_group(required=True)
     what.add_argument("name", nargs="?", choices=names)

@@ -27,12 +27,17 @@ import program
 from measuring import Workshop, in_turn, median, ratio, require
 
 BASELINE = pathlib.Path(__file__).resolve().parent / "baseline.json"
+TOOLS = ["gcc", "as", "tcc", "clang", "strace"]
 SEED = 1
 
 # Lines and rounds.
 SIZES = {20: 41, 100: 21, 1_000: 11, 10_000: 7, 100_000: 5, 1_000_000: 1}
-QUICK_SIZES = {20: 11, 100: 5, 1_000: 5, 10_000: 3}
-GROWTH_ROUNDS = 3
+QUICK_SIZES = {20: 21, 100: 5, 1_000: 5, 10_000: 3}
+# Above this gcc takes minutes for the C program, and gigabytes.
+MOST_LINES_FOR_GCC = 100_000
+# The rounds of an input that is large in one way are as many as fit into the time, within limits.
+GROWTH_SECONDS = 1.0
+GROWTH_ROUNDS = range(3, 16)
 JSON_LINES = 10_000
 DIAGNOSTICS = 20_000
 TRACED_DIAGNOSTICS = 1_000
@@ -62,15 +67,17 @@ def measure_size(workshop, lines, rounds):
     """One program, with every way of compiling it in turn."""
     name = write_program(workshop, lines)
     workshop.own(f"{name}.krl", "--asm-dump")
-    assembly = [f"{name}.s", workshop.runtime, "-o", "native"]
-    return in_turn(
-        rounds,
-        own=lambda: workshop.own(f"{name}.krl"),
-        native=lambda: workshop.run(["gcc", *assembly]),
-        whole=lambda: workshop.run([workshop.krelcc, f"{name}.krl", "-o", "whole"]),
-        tcc=lambda: workshop.run(["tcc", "-c", f"{name}.c", "-o", "tcc.o"]),
-        gcc=lambda: workshop.run(["gcc", "-O0", f"{name}.c", "-o", "gcc-O0"]),
-        assembler=lambda: workshop.run(["as", f"{name}.s", "-o", "as.o"]))
+    commands = {
+        "native": ["gcc", f"{name}.s", workshop.runtime, "-o", "native"],
+        "whole": [workshop.krelcc, f"{name}.krl", "-o", "whole"],
+        "tcc": ["tcc", "-c", f"{name}.c", "-o", "tcc.o"],
+        "assembler": ["as", f"{name}.s", "-o", "as.o"],
+    }
+    if lines <= MOST_LINES_FOR_GCC:
+        commands["gcc"] = ["gcc", "-O0", f"{name}.c", "-o", "gcc-O0"]
+    runs = {which: lambda command=command: workshop.run(command)
+            for which, command in commands.items()}
+    return in_turn(rounds, own=lambda: workshop.own(f"{name}.krl"), **runs)
 
 
 SIZE_TARGETS = {
@@ -84,25 +91,29 @@ SIZE_TARGETS = {
 }
 
 
+COMPARISONS = [
+    ("whole / native build, wall", "whole", "native", "wall"),
+    ("own / native build", "own", "native", "cpu"),
+    ("own / tcc -c", "own", "tcc", "cpu"),
+    ("whole / gcc -O0", "whole", "gcc", "cpu"),
+    ("own peak memory / the assembler's", "own", "assembler", "peak"),
+]
+
+
 def size_rows(workshop, quick):
     rows = []
-    print(f"\n{'lines':>7} {'own':>9} {'native':>9} {'whole':>9} {'tcc -c':>9} {'gcc -O0':>9}"
-          f" {'own peak':>9} {'as peak':>9}   (CPU ms, KB)")
+    shown = ["own", "native", "whole", "tcc", "gcc"]
+    print(f"\nCPU ms; peak memory in KB\n{'lines':>7}" + "".join(f" {which:>9}" for which in shown) +
+          f" {'own peak':>9} {'as peak':>9}")
     for lines, rounds in (QUICK_SIZES if quick else SIZES).items():
         samples = measure_size(workshop, lines, rounds)
-        times = "".join(f" {median(samples[which], 'cpu') * 1e3:9.2f}"
-                        for which in ("own", "native", "whole", "tcc", "gcc"))
+        times = "".join(f" {median(samples[which], 'cpu') * 1e3:9.2f}" if which in samples else
+                        f" {'':9}" for which in shown)
         peaks = "".join(f" {median(samples[which], 'peak'):9.0f}" for which in ("own", "assembler"))
         print(f"{short(lines):>7}{times}{peaks}", flush=True)
-        for what, above, below, field in (
-                ("whole / native build, wall", "whole", "native", "wall"),
-                ("own / native build", "own", "native", "cpu"),
-                ("own / tcc -c", "own", "tcc", "cpu"),
-                ("whole / gcc -O0", "whole", "gcc", "cpu"),
-                ("own peak memory / the assembler's", "own", "assembler", "peak")):
-            measured = ratio(samples[above], samples[below], field)
-            rows.append(Row(f"{what}, {short(lines)} lines", SIZE_TARGETS.get((what, lines)),
-                            measured))
+        rows += [Row(f"{what}, {short(lines)} lines", SIZE_TARGETS.get((what, lines)),
+                     ratio(samples[above], samples[below], field))
+                 for what, above, below, field in COMPARISONS if below in samples]
     return rows
 
 
@@ -123,7 +134,9 @@ def growth_rows(workshop, quick):
     for name, unit, size, text, status in growth_inputs(quick):
         for file, n in (("half.krl", size // 2), ("full.krl", size)):
             pathlib.Path(workshop.file(file)).write_text(text(n), encoding="ascii")
-        samples = in_turn(GROWTH_ROUNDS,
+        first = workshop.own("full.krl", status=status).cpu
+        rounds = min(max(int(GROWTH_SECONDS / first), GROWTH_ROUNDS[0]), GROWTH_ROUNDS[-1])
+        samples = in_turn(rounds,
                           half=lambda: workshop.own("half.krl", status=status),
                           full=lambda: workshop.own("full.krl", status=status))
         print(f"{median(samples['full'], 'cpu') * 1e3:9.1f}"
@@ -218,7 +231,7 @@ def main():
     parser.add_argument("--save", action="store_true",
                         help="make the ratios measured now the new baseline")
     options = parser.parse_args()
-    require("gcc", "as", "tcc", "clang", "strace")
+    require(*TOOLS)
     wanted = options.only or parts
     baseline = json.loads(BASELINE.read_text()) if BASELINE.exists() else {}
     rows = []

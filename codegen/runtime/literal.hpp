@@ -5,67 +5,73 @@
 // before anything else, or at the end, is an ordinary byte.
 #pragma once
 
-#include <cstddef>
-
 #include "codegen/runtime/bytes.hpp"
 
 namespace krel {
 
-// The character that a backslash and `letter` stand for, or NUL if that is no escape.
-constexpr char escapedCharacter(char letter) {
-    switch (letter) {
-        case 'n':
-            return '\n';
-        case 'r':
-            return '\r';
-        case 't':
-            return '\t';
-        case '"':
-        case '\\':
-            return letter;
-        default:
-            return '\0';
+// For each byte after a backslash the character that the two stand for; NUL where they are no
+// escape.
+struct EscapedCharacters {
+    char characters[256] = {};
+
+    consteval EscapedCharacters() {
+        set('n', '\n');
+        set('r', '\r');
+        set('t', '\t');
+        set('"', '"');
+        set('\\', '\\');
     }
-}
 
-// Hands the text out in pieces that stand for themselves: calls piece(bytes, length) for each in
-// order. The bytes are part of the literal, or one decoded character; they are not kept.
-template <typename Piece>
-inline void forEachPiece(const char* literal, Piece&& piece) {
-    for (;;) {
-        const char* end = findEnd<true>(literal);
-        const char character = *end == '\0' ? '\0' : escapedCharacter(end[1]);
-        const bool plainBackslash = *end != '\0' && character == '\0';
-        const char* pieceEnd = end + (plainBackslash ? 1 : 0);
-        if (pieceEnd != literal) {
-            piece(literal, static_cast<std::size_t>(pieceEnd - literal));
-        }
-        if (*end == '\0') {
-            return;
-        }
-        if (plainBackslash) {
-            literal = pieceEnd;
-            continue;
-        }
-        piece(&character, std::size_t{1});
-        literal = end + 2;
+    constexpr char operator[](char letter) const {
+        return characters[static_cast<unsigned char>(letter)];
     }
+
+private:
+    consteval void set(char letter, char character) {
+        characters[static_cast<unsigned char>(letter)] = character;
+    }
+};
+
+inline constexpr EscapedCharacters escapedCharacters;
+
+// Decodes one character: a byte, or an escape.
+inline void decodeCharacter(const char*& from, char*& to) {
+    const char escaped = *from == '\\' ? escapedCharacters[from[1]] : '\0';
+    *to++ = escaped != '\0' ? escaped : *from;
+    from += escaped != '\0' ? 2 : 1;
 }
 
-// The length of the text that the literal stands for.
-inline std::size_t decodedLength(const char* literal) {
-    std::size_t length = 0;
-    forEachPiece(literal,
-                 [&length](const char*, std::size_t pieceLength) { length += pieceLength; });
-    return length;
+// Decodes a part of the literal, at most a chunk, and moves both pointers behind what was read and
+// written. Returns false at the literal's end. Up to 15 bytes beyond are written with anything.
+KREL_READS_FREELY inline bool decodePart(const char*& from, char*& to) {
+    if (!chunkStaysInPage(from)) [[unlikely]] {
+        if (*from == '\0') {
+            return false;
+        }
+        decodeCharacter(from, to);
+        return true;
+    }
+    const __m128i chunk = loadChunk(from);
+    storeChunk(to, chunk);
+    const unsigned special = findInChunk(chunk, '\0') | findInChunk(chunk, '\\');
+    const int plain = special != 0 ? __builtin_ctz(special) : static_cast<int>(chunkSize);
+    from += plain;
+    to += plain;
+    if (special == 0) {
+        return true;
+    }
+    if (*from == '\0') {
+        return false;
+    }
+    decodeCharacter(from, to);
+    return true;
 }
 
-// Writes the text that the literal stands for, without a NUL, and returns the byte after it.
+// Writes the text that the literal stands for, without a NUL, and returns the byte after it. It is
+// never longer than the literal. Up to 15 bytes beyond are written with anything.
 inline char* decode(const char* literal, char* to) {
-    forEachPiece(literal, [&to](const char* piece, std::size_t pieceLength) {
-        copyBytes(to, piece, pieceLength);
-        to += pieceLength;
-    });
+    while (decodePart(literal, to)) {
+    }
     return to;
 }
 

@@ -41,14 +41,15 @@ void Output::open(int target) {
 }
 
 void Output::appendLiteral(const char* literal) {
-    forEachPiece(literal, [this](const char* piece, std::size_t length) {
-        if (length > capacity - fill) {
-            appendLarge(piece, length);
-        } else {
-            copyBytes(buffer + fill, piece, length);
-            fill += length;
+    char* end = buffer + fill;
+    do {
+        fill = static_cast<std::size_t>(end - buffer);
+        if (capacity - fill < chunkSize) {
+            flush();
+            end = buffer;
         }
-    });
+    } while (decodePart(literal, end));
+    fill = static_cast<std::size_t>(end - buffer);
 }
 
 void Output::flush() {
@@ -62,8 +63,7 @@ void Output::appendLarge(const char* text, std::size_t length) {
         writeAll(text, length);
         return;
     }
-    copyBytes(buffer, text, length);
-    fill = length;
+    append(text, length);
 }
 
 void Output::writeAll(const char* bytes, std::size_t length) {

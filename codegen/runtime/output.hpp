@@ -19,10 +19,10 @@ public:
     // Writes to the descriptor from now on, which stays the caller's; at once if it is a terminal.
     void open(int target);
 
-    // Appends `length` bytes as they are. Up to 15 bytes after them are read as well.
+    // Appends `length` bytes as they are.
     void append(const char* text, std::size_t length) {
         if (length <= capacity - fill) [[likely]] {
-            copyChunks(buffer + fill, text, length);
+            copyText(buffer + fill, text, length);
             fill += length;
         } else {
             appendLarge(text, length);

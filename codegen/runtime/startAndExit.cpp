@@ -16,8 +16,9 @@ namespace {
 void start(int, char** arguments, char**) {
     constexpr int standardOutputDescriptor = 1;
     standardOutput.open(standardOutputDescriptor);
-    stringHeap.open();
-    catchTraps(reinterpret_cast<std::uintptr_t>(arguments));
+    const auto endOfStack = reinterpret_cast<std::uintptr_t>(arguments);
+    stringHeap.open(endOfStack);
+    catchTraps(endOfStack);
 }
 
 void finish() {

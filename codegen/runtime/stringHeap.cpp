@@ -1,39 +1,379 @@
 #include "codegen/runtime/stringHeap.hpp"
 
-#include "codegen/runtime/systemCalls.hpp"
-#include "codegen/runtime/traps.hpp"
-
 namespace krel {
+
+namespace {
+
+// Where the text of a string with blocks of its own begins in the first one: on a cache line.
+constexpr std::size_t singleTextOffset = 64;
+
+constexpr std::size_t longestText = StringHeap::mostBlocks * blockSize / 2;
+
+// The callee-saved registers, written to memory where the scan of the stack sees them.
+struct SavedRegisters {
+    std::uintptr_t values[6];
+
+    [[gnu::always_inline]] SavedRegisters() {
+        asm volatile(
+            "movq %%rbx, 0(%0)\n\t"
+            "movq %%rbp, 8(%0)\n\t"
+            "movq %%r12, 16(%0)\n\t"
+            "movq %%r13, 24(%0)\n\t"
+            "movq %%r14, 32(%0)\n\t"
+            "movq %%r15, 40(%0)"
+            :
+            : "r"(values)
+            : "memory");
+    }
+};
+
+constexpr std::size_t smaller(std::size_t one, std::size_t other) {
+    return one < other ? one : other;
+}
+
+bool isMarked(const BlockMarks& marks, std::uint32_t cell) {
+    return (marks.words[cell / markWordBits] >> cell % markWordBits & 1) != 0;
+}
+
+// The first cell from `cell` on, but before `count`, that is marked or is not; `count` if none is.
+std::uint32_t findCell(const BlockMarks& marks, std::uint32_t cell, std::uint32_t count,
+                       bool marked) {
+    while (cell < count) {
+        const std::uint64_t word = marks.words[cell / markWordBits];
+        const std::uint64_t hits = (marked ? word : ~word) >> cell % markWordBits;
+        if (hits != 0) {
+            const std::uint32_t found = cell + static_cast<std::uint32_t>(__builtin_ctzll(hits));
+            return found < count ? found : count;
+        }
+        cell = (cell / markWordBits + 1) * markWordBits;
+    }
+    return count;
+}
+
+std::size_t usedMarkWords(const Block& block) {
+    return (sizeClasses.classes[block.sizeClass].cellCount + markWordBits - 1) / markWordBits;
+}
+
+}  // namespace
 
 constinit StringHeap stringHeap;
 
-void StringHeap::open() {
-    constexpr std::size_t largest = std::size_t{1} << 44;
-    constexpr std::size_t smallest = std::size_t{1} << 22;
-    constexpr long readAndWrite = 3;
-    constexpr long privateAnonymousUnreserved = 0x02 | 0x20 | 0x4000;
-    for (std::size_t wanted = largest; wanted >= smallest; wanted /= 2) {
-        const long address = system::call(system::number::mmap, 0, static_cast<long>(wanted),
-                                          readAndWrite, privateAnonymousUnreserved, -1, 0);
-        if (address > 0) {
-            begin = next = static_cast<std::uintptr_t>(address);
-            size = wanted;
-            return;
+void StringHeap::open(std::uintptr_t endOfStack) {
+    blocks.open(mostBlocks);
+    stackEnd = endOfStack;
+    budget = bytesBeforeFirstCollection;
+    resetRuns();
+}
+
+// ---- Allocation ----
+
+[[gnu::noinline]] char* StringHeap::allocateSlowly(std::size_t length, const char* left,
+                                                   const char* right) {
+    if (length > longestText) {
+        return nullptr;
+    }
+    pinned[0] = reinterpret_cast<std::uintptr_t>(left);
+    pinned[1] = reinterpret_cast<std::uintptr_t>(right);
+    if constexpr (KREL_COLLECT_ALWAYS) {
+        collectFromStack();
+    }
+    const std::size_t bytes = lengthFieldSize + length + 1;
+    const std::uintptr_t text = bytes <= largestCell ? allocateCell(bytes) : allocateBlocks(length);
+    pinned[0] = pinned[1] = 0;
+    return reinterpret_cast<char*>(text);
+}
+
+std::uintptr_t StringHeap::allocateCell(std::size_t bytes) {
+    const unsigned sizeClass = sizeClasses.of(bytes);
+    Run& run = runs[sizeClass];
+    if (run.next == run.end && !refill(run, sizeClass)) {
+        return 0;
+    }
+    const std::uintptr_t cell = run.next;
+    run.next += run.cellSize;
+    return cell + lengthFieldSize;
+}
+
+bool StringHeap::refill(Run& run, unsigned sizeClass) {
+    if (findRun(run)) {
+        return true;
+    }
+    if (isCollectionDue()) {
+        collectFromStack();
+        if (findRun(run)) {
+            return true;
+        }
+    }
+    if (takeBlock(run, sizeClass)) {
+        return true;
+    }
+    collectFromStack();
+    return findRun(run) || takeBlock(run, sizeClass);
+}
+
+// Goes on to the next free cells of the run's block, or of the blocks on its list.
+bool StringHeap::findRun(Run& run) {
+    handedOutBefore += run.next - run.begin;
+    run.begin = run.end = run.next;
+    for (;;) {
+        if (run.block != noBlock) {
+            const std::uint32_t count = sizeClasses.classes[blocks[run.block].sizeClass].cellCount;
+            const BlockMarks& marks = blocks.marksOf(run.block);
+            while (run.searchFrom < count) {
+                const std::uint32_t first = findCell(marks, run.searchFrom, count, false);
+                const std::uint32_t next = findCell(marks, first, count, true);
+                run.searchFrom = next;
+                // The cell before a live one is not used: writes may go beyond a cell's end.
+                const std::uint32_t last = next < count && next > first ? next - 1 : next;
+                if (first < last) {
+                    setRun(run, first, last);
+                    return true;
+                }
+            }
+        }
+        if (run.firstPartial == noBlock) {
+            run.block = noBlock;
+            return false;
+        }
+        run.block = run.firstPartial;
+        run.firstPartial = blocks[run.block].nextPartial;
+        run.searchFrom = 0;
+    }
+}
+
+bool StringHeap::takeBlock(Run& run, unsigned sizeClass) {
+    const BlockNumber number = blocks.take(1, BlockUse::cells);
+    if (number == noBlock) {
+        return false;
+    }
+    blocks[number].sizeClass = static_cast<std::uint8_t>(sizeClass);
+    const std::uint32_t count = sizeClasses.classes[sizeClass].cellCount;
+    run.block = number;
+    run.searchFrom = count;
+    setRun(run, 0, count);
+    return true;
+}
+
+void StringHeap::setRun(Run& run, std::uint32_t firstCell, std::uint32_t endCell) {
+    const std::uintptr_t block = blocks.addressOf(run.block);
+    run.begin = run.next = block + firstCell * run.cellSize;
+    run.end = block + endCell * run.cellSize;
+}
+
+std::uintptr_t StringHeap::allocateBlocks(std::size_t length) {
+    const std::size_t bytes = singleTextOffset + length + 1 + chunkSize;
+    const auto span = static_cast<std::uint32_t>((bytes + blockSize - 1) / blockSize);
+    if (isCollectionDue()) {
+        collectFromStack();
+    }
+    BlockNumber number = blocks.take(span, BlockUse::single);
+    if (number == noBlock) {
+        collectFromStack();
+        number = blocks.take(span, BlockUse::single);
+    }
+    if (number == noBlock) {
+        return 0;
+    }
+    handedOutBefore += span * blockSize;
+    return blocks.addressOf(number) + singleTextOffset;
+}
+
+// ---- Collection ----
+
+bool StringHeap::isCollectionDue() const { return bytesHandedOut() >= budget; }
+
+std::size_t StringHeap::bytesHandedOut() const {
+    std::size_t bytes = handedOutBefore;
+    for (const Run& run : runs) {
+        bytes += run.next - run.begin;
+    }
+    return bytes;
+}
+
+// Everything that the program holds lies above this frame, or in a register that its callers
+// expect to be preserved.
+[[gnu::noinline]] void StringHeap::collectFromStack() {
+    if (stackEnd == 0) {
+        return;
+    }
+    const SavedRegisters registers;
+    collect(registers.values, reinterpret_cast<const std::uintptr_t*>(stackEnd));
+}
+
+KREL_READS_FREELY void StringHeap::collect(const std::uintptr_t* first,
+                                           const std::uintptr_t* last) {
+    clearMarks();
+    mark(pinned[0]);
+    mark(pinned[1]);
+    const std::uintptr_t begin = blocks.addressOf(0);
+    const std::size_t size = footprint();
+    for (const std::uintptr_t* word = first; word < last; ++word) {
+        if (*word - begin < size) {
+            mark(*word);
+        }
+    }
+    resetRuns();
+    const Census census = sweep();
+    // A collection costs a look at every word of the stack and at the marks of every block; so
+    // much is handed out before the next one that this stays a small part of the work.
+    const std::size_t stackBytes = static_cast<std::size_t>(last - first) * sizeof *first;
+    budget = smallestBudget + 4 * stackBytes + census.cellBlocks * blockSize / 8;
+    releaseExcess(census);
+    ++collectionCount;
+}
+
+void StringHeap::clearMarks() {
+    for (BlockNumber number = 0; number < blocks.end(); number += blocks[number].span) {
+        Block& block = blocks[number];
+        block.marked = false;
+        if (block.use == BlockUse::cells) {
+            BlockMarks& marks = blocks.marksOf(number);
+            for (std::size_t i = 0; i < usedMarkWords(block); ++i) {
+                marks.words[i] = 0;
+            }
         }
     }
 }
 
-char* StringHeap::allocate(std::size_t length) {
-    constexpr std::size_t slack = 32;
-    const std::size_t needed = (sizeof(std::size_t) + length + slack) & ~std::size_t{7};
-    if (needed > begin + size - next) {
-        endOutOfMemory();
+// Marks the string whose text begins at the address, if there is one. A block inside a region has
+// a leftover entry; what is marked there by mistake is never read.
+void StringHeap::mark(std::uintptr_t word) {
+    const std::size_t number = blocks.numberAt(word);
+    if (number >= blocks.end()) {
+        return;
     }
-    *reinterpret_cast<std::size_t*>(next) = length;
-    char* text = reinterpret_cast<char*>(next + sizeof(std::size_t));
-    text[length] = '\0';
-    next += needed;
-    return text;
+    Block& block = blocks[number];
+    const std::size_t offset = word - blocks.addressOf(static_cast<BlockNumber>(number));
+    if (block.use == BlockUse::single) {
+        block.marked |= offset == singleTextOffset;
+    } else if (block.use == BlockUse::cells && offset >= lengthFieldSize) {
+        const SizeClass& sizeClass = sizeClasses.classes[block.sizeClass];
+        const std::size_t cellOffset = offset - lengthFieldSize;
+        const auto cell = static_cast<std::uint32_t>(cellOffset * sizeClass.reciprocal >> 32);
+        if (cell * sizeClass.cellSize == cellOffset && cell < sizeClass.cellCount) {
+            blocks.marksOf(number).words[cell / markWordBits] |= std::uint64_t{1}
+                                                                 << cell % markWordBits;
+        }
+    }
+}
+
+void StringHeap::resetRuns() {
+    for (unsigned i = 0; i < sizeClassCount; ++i) {
+        runs[i] = {0, 0, 0, sizeClasses.classes[i].cellSize, noBlock, 0, noBlock, noBlock};
+    }
+    handedOutBefore = 0;
+}
+
+bool StringHeap::isAlive(BlockNumber number) {
+    const Block& block = blocks[number];
+    if (block.use != BlockUse::cells) {
+        return block.marked;
+    }
+    const BlockMarks& marks = blocks.marksOf(number);
+    for (std::size_t i = 0; i < usedMarkWords(block); ++i) {
+        if (marks.words[i] != 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Frees the regions without a live string, joins free neighbours, and lists for each size class the
+// blocks that may have free cells.
+StringHeap::Census StringHeap::sweep() {
+    Census census = {};
+    BlockNumber freeBefore = noBlock;
+    BlockNumber next;
+    for (BlockNumber number = 0; number < blocks.end(); number = next) {
+        Block& block = blocks[number];
+        next = number + block.span;
+        if constexpr (KREL_COLLECT_ALWAYS) {
+            overwriteDead(number);
+        }
+        if (isAlive(number)) {
+            freeBefore = noBlock;
+            if (block.use == BlockUse::cells) {
+                addPartial(number);
+                ++census.cellBlocks;
+            }
+            census.usedBlocks += block.span;
+            continue;
+        }
+        if (block.use != BlockUse::free) {
+            block.use = BlockUse::free;
+            block.resident = block.span;
+        }
+        census.residentFreeBlocks += block.resident;
+        if (freeBefore == noBlock) {
+            freeBefore = number;
+        } else {
+            Block& head = blocks[freeBefore];
+            head.resident = block.resident != 0 ? head.span + block.resident : head.resident;
+            head.span += block.span;
+        }
+    }
+    blocks.restartSearch();
+    return census;
+}
+
+void StringHeap::addPartial(BlockNumber number) {
+    Block& block = blocks[number];
+    block.nextPartial = noBlock;
+    Run& run = runs[block.sizeClass];
+    if (run.firstPartial == noBlock) {
+        run.firstPartial = number;
+    } else {
+        blocks[run.lastPartial].nextPartial = number;
+    }
+    run.lastPartial = number;
+}
+
+// Gives the memory of free blocks back to the system, as far as there are more of them than will
+// soon be used again: as many as are in use now, and some more.
+void StringHeap::releaseExcess(const Census& census) {
+    std::size_t kept = census.usedBlocks + (bytesBeforeFirstCollection + budget) / blockSize;
+    if (census.residentFreeBlocks <= kept) {
+        return;
+    }
+    for (BlockNumber number = 0; number < blocks.end(); number += blocks[number].span) {
+        Block& block = blocks[number];
+        if (block.use != BlockUse::free) {
+            continue;
+        }
+        const auto keptHere = static_cast<std::uint32_t>(smaller(kept, block.resident));
+        kept -= keptHere;
+        if (keptHere != block.resident) {
+            releaseMemory(blocks.addressOf(number + keptHere),
+                          std::size_t{block.resident - keptHere} * blockSize);
+            block.resident = keptHere;
+        }
+    }
+}
+
+void StringHeap::overwriteDead(BlockNumber number) {
+    constexpr char trace = '\xDB';
+    constexpr std::size_t tracedLength = 0xDBDBDBDBDBDBDBDB;
+    const Block& block = blocks[number];
+    if (block.use == BlockUse::single && !block.marked) {
+        char* bytes = reinterpret_cast<char*>(blocks.addressOf(number));
+        for (std::size_t i = 0; i < blockSize; ++i) {
+            bytes[i] = trace;
+        }
+    }
+    if (block.use != BlockUse::cells) {
+        return;
+    }
+    const SizeClass& sizeClass = sizeClasses.classes[block.sizeClass];
+    for (std::uint32_t cell = 0; cell < sizeClass.cellCount; ++cell) {
+        char* bytes = reinterpret_cast<char*>(blocks.addressOf(number) + cell * sizeClass.cellSize);
+        if (isMarked(blocks.marksOf(number), cell) ||
+            lengthOf(bytes + lengthFieldSize) == tracedLength) {
+            continue;
+        }
+        for (std::size_t i = 0; i < sizeClass.cellSize; ++i) {
+            bytes[i] = trace;
+        }
+    }
 }
 
 }  // namespace krel

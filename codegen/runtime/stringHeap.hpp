@@ -1,41 +1,139 @@
-// The memory of the strings that the program makes.
+// The memory of the strings that the program makes, and the collector that takes it back.
 //
-// All of them lie in one reserved address range, so that a pointer's value tells whether a text was
-// made here or is a literal. A string is its length in eight bytes, the text, and a NUL.
+// All strings lie in one reserved address range, so that a pointer's value tells whether a text
+// was made here or is a literal. A string is its length in eight bytes, the text and a NUL. The
+// program holds strings by the address of their first byte, in stack slots and nowhere else; and
+// a string holds no addresses. So the strings that are alive are those whose address stands
+// somewhere on the stack, and one look at each word of the stack finds them all.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
+#include "codegen/runtime/blockTable.hpp"
+#include "codegen/runtime/sizeClasses.hpp"
+
+// Defined to 1, every allocation collects first and what is collected is overwritten: a string that
+// is taken back too early shows at once. For tests only.
+#ifndef KREL_COLLECT_ALWAYS
+#define KREL_COLLECT_ALWAYS 0
+#endif
+
 namespace krel {
 
 class StringHeap {
 public:
+    // At least so much is handed out between two collections; it fits a second-level cache.
+    static constexpr std::size_t smallestBudget = std::size_t{1} << 18;
+
+    // Nothing is collected before this many bytes have been handed out.
+    static constexpr std::size_t bytesBeforeFirstCollection = std::size_t{4} << 20;
+
+    // The greatest number of blocks, 16 TB: enough for any machine, a small part of the addresses.
+    static constexpr std::size_t mostBlocks = std::size_t{1} << 28;
+
     constexpr StringHeap() = default;
     StringHeap(const StringHeap&) = delete;
     StringHeap& operator=(const StringHeap&) = delete;
 
-    // Reserves the address range. Without it the first allocation fails.
-    void open();
+    // Reserves the address range; where that fails, so does every allocation. `endOfStack` is the
+    // address above the frames that hold strings, on the stack of the later calls; when it is 0,
+    // nothing is ever collected.
+    void open(std::uintptr_t endOfStack);
 
-    // Returns room for a text of `length` bytes; its NUL and its length are set already. The text
-    // may be written with up to 15 bytes beyond it. Ends the program when memory is exhausted.
-    char* allocate(std::size_t length);
+    // Returns room for a text of up to `length` bytes, or nullptr when memory is exhausted. It is
+    // no string before setEnd; up to 15 bytes beyond the room for the NUL may be written with
+    // anything. Every string whose address is not on the stack may be taken back before,
+    // except `left` and `right`, which may also be addresses of anything else.
+    char* allocate(std::size_t length, const char* left = nullptr, const char* right = nullptr) {
+        constexpr std::size_t overhead = lengthFieldSize + 1;
+        if (length <= SizeClasses::fineLimit - overhead && !KREL_COLLECT_ALWAYS) [[likely]] {
+            Run& run = runs[sizeClasses.ofSmall(length + overhead)];
+            const std::uintptr_t cell = run.next;
+            if (cell != run.end) [[likely]] {
+                run.next = cell + run.cellSize;
+                return reinterpret_cast<char*>(cell + lengthFieldSize);
+            }
+        }
+        return allocateSlowly(length, left, right);
+    }
 
     // Whether the text is one that this heap handed out.
     bool owns(const char* text) const {
-        return reinterpret_cast<std::uintptr_t>(text) - begin < size;
+        return blocks.contains(reinterpret_cast<std::uintptr_t>(text));
     }
 
     // The length of a text of this heap.
     static std::size_t lengthOf(const char* text) {
-        return *reinterpret_cast<const std::size_t*>(text - sizeof(std::size_t));
+        return *reinterpret_cast<const std::size_t*>(text - lengthFieldSize);
     }
 
+    // Makes what was written to the room at `text` a string that ends before `end`.
+    static const char* setEnd(char* text, char* end) {
+        reinterpret_cast<std::size_t*>(text)[-1] = static_cast<std::size_t>(end - text);
+        *end = '\0';
+        return text;
+    }
+
+    // Takes back every string whose address is not among the words from `first` up to `last`.
+    void collect(const std::uintptr_t* first, const std::uintptr_t* last);
+
+    // How many collections there have been.
+    std::size_t collections() const { return collectionCount; }
+
+    // How many bytes of memory the strings alive and free cells between them take, at most.
+    std::size_t footprint() const { return std::size_t{blocks.end()} * blockSize; }
+
 private:
-    std::uintptr_t begin = 0;
-    std::size_t size = 0;
-    std::uintptr_t next = 0;
+    // Free cells in a row, from which a size class is served. A chunk may be written beyond the
+    // last one's end: what follows is no live cell.
+    struct Run {
+        std::uintptr_t next;
+        std::uintptr_t end;
+        std::uintptr_t begin;
+        std::size_t cellSize;
+        // The block that the run is part of, and the cell at which the search for another begins.
+        BlockNumber block;
+        std::uint32_t searchFrom;
+        // A list of further blocks that may have free cells, in order.
+        BlockNumber firstPartial;
+        BlockNumber lastPartial;
+    };
+
+    // What a collection found.
+    struct Census {
+        std::size_t cellBlocks;          // blocks with live cells
+        std::size_t usedBlocks;          // all blocks of live strings
+        std::size_t residentFreeBlocks;  // free blocks with memory behind them
+    };
+
+    char* allocateSlowly(std::size_t length, const char* left, const char* right);
+    std::uintptr_t allocateCell(std::size_t bytes);
+    std::uintptr_t allocateBlocks(std::size_t length);
+    bool refill(Run& run, unsigned sizeClass);
+    bool findRun(Run& run);
+    bool takeBlock(Run& run, unsigned sizeClass);
+    void setRun(Run& run, std::uint32_t firstCell, std::uint32_t endCell);
+
+    bool isCollectionDue() const;
+    std::size_t bytesHandedOut() const;
+    void collectFromStack();
+    void clearMarks();
+    void mark(std::uintptr_t word);
+    void resetRuns();
+    bool isAlive(BlockNumber number);
+    Census sweep();
+    void addPartial(BlockNumber number);
+    void releaseExcess(const Census& census);
+    void overwriteDead(BlockNumber number);
+
+    BlockTable blocks;
+    Run runs[sizeClassCount] = {};
+    std::uintptr_t stackEnd = 0;
+    std::uintptr_t pinned[2] = {};    // the operands of the allocation in progress
+    std::size_t handedOutBefore = 0;  // since the last collection, without the current runs
+    std::size_t budget = 0;           // so much may be handed out before the next collection
+    std::size_t collectionCount = 0;
 };
 
 // The heap of the program's strings.

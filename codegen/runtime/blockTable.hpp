@@ -1,0 +1,90 @@
+// The blocks that string memory consists of, and what each one is used for.
+//
+// Blocks are numbered from 0. They form regions, runs of blocks with one use; only a region's first
+// block, its head, has a valid entry in the table. The entries of the others are left over from
+// earlier uses. Regions cover the blocks up to end() without gaps.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "codegen/runtime/addressRange.hpp"
+#include "codegen/runtime/sizeClasses.hpp"
+
+namespace krel {
+
+using BlockNumber = std::uint32_t;
+inline constexpr BlockNumber noBlock = ~BlockNumber{0};
+
+enum class BlockUse : std::uint8_t {
+    free,   // nothing lives here
+    cells,  // one block, cut into the cells of a size class
+    single  // one large string
+};
+
+struct Block {
+    BlockUse use;
+    std::uint8_t sizeClass;   // of cells
+    bool marked;              // of a single string: it is alive
+    std::uint32_t span;       // how many blocks the region has
+    BlockNumber nextPartial;  // of cells: the next block on the list of its size class
+    std::uint32_t resident;   // of a free region: only so many blocks have memory behind them
+};
+
+// One bit for each cell of a block: it is alive.
+inline constexpr unsigned markWordBits = 64;
+struct BlockMarks {
+    std::uint64_t words[blockSize / smallestCell / markWordBits];
+};
+
+class BlockTable {
+public:
+    // Reserves addresses for as many blocks as the system allows, up to `limit`. Returns false
+    // when it does not allow enough to be of use; then there are none.
+    bool open(std::size_t limit);
+
+    bool contains(std::uintptr_t address) const { return address - heap.begin() < heap.size(); }
+
+    // The address of a block's first byte.
+    std::uintptr_t addressOf(BlockNumber number) const { return heap.begin() + number * blockSize; }
+
+    // The number of the block that holds the address; not less than end() for any address that
+    // lies outside the regions.
+    std::size_t numberAt(std::uintptr_t address) const {
+        return (address - heap.begin()) / blockSize;
+    }
+
+    // Valid for heads of regions only, and leftovers for other blocks below end().
+    Block& operator[](std::size_t number) { return entries()[number]; }
+
+    // The marks of a block that is in use for cells.
+    BlockMarks& marksOf(std::size_t number) {
+        return reinterpret_cast<BlockMarks*>(marks.begin())[number];
+    }
+
+    // The number of the block after the last region.
+    BlockNumber end() const { return blockCount; }
+
+    // Takes `span` blocks for a use: from the first free region with room, beginning where the last
+    // search of this kind ended, or else behind the last region. Returns noBlock when neither the
+    // addresses nor the memory suffice.
+    BlockNumber take(std::uint32_t span, BlockUse use);
+
+    // Lets the next searches begin at the first block again.
+    void restartSearch() { cursorForOne = cursorForMany = 0; }
+
+private:
+    Block* entries() { return reinterpret_cast<Block*>(table.begin()); }
+    bool reserve(std::size_t count);
+    BlockNumber extend(BlockNumber first, std::uint32_t span, BlockUse use);
+
+    AddressRange heap;
+    AddressRange table;
+    AddressRange marks;
+    BlockNumber blockCount = 0;
+    // Both stand on heads of regions, or at the end.
+    BlockNumber cursorForOne = 0;
+    BlockNumber cursorForMany = 0;
+};
+
+}  // namespace krel

@@ -1,5 +1,4 @@
 #include "shared/ast/name.hpp"
-#include "shared/ast/nameMap.hpp"
 
 #include <gtest/gtest.h>
 
@@ -83,44 +82,6 @@ TEST(NameTest, KnownKeepsNothing) {
     EXPECT_EQ(second.index(), first.index() + 1);
 }
 
-TEST(NameMapTest, FindsWhatWasInserted) {
-    NameMap<int> values;
-    EXPECT_EQ(values.find(Name{"one"}), nullptr);
-    EXPECT_TRUE(values.insert(Name{"one"}, 1));
-    EXPECT_TRUE(values.insert(Name{"two"}, 2));
-    ASSERT_NE(values.find(Name{"two"}), nullptr);
-    EXPECT_EQ(*values.find(Name{"two"}), 2);
-    EXPECT_EQ(values.find(Name{"three"}), nullptr);
-}
-
-TEST(NameMapTest, KeepsTheFirstValueOfAName) {
-    NameMap<int> values;
-    EXPECT_TRUE(values.insert(Name{"one"}, 1));
-    EXPECT_FALSE(values.insert(Name{"one"}, 2));
-    EXPECT_EQ(*values.find(Name{"one"}), 1);
-}
-
-TEST(NameMapTest, KeepsAllNamesAsItGrows) {
-    NameMap<int> values;
-    for (int number = 0; number < 1000; ++number) {
-        EXPECT_TRUE(values.insert(Name{"grown" + std::to_string(number)}, number));
-    }
-    for (int number = 0; number < 1000; ++number) {
-        const int* found = values.find(Name{"grown" + std::to_string(number)});
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(*found, number);
-    }
-    int count = 0;
-    values.forEach([&count](Name, int) { ++count; });
-    EXPECT_EQ(count, 1000);
-TEST(NameTest, HashesByIndex) {
-    std::unordered_map<Name, int, NameHash> values;
-    values[Name{"one"}] = 1;
-    values[Name{"two"}] = 2;
-    values[Name{"one"}] += 10;
-    EXPECT_EQ(values.size(), 2U);
-    EXPECT_EQ(values.at(Name{"one"}), 11);
-    EXPECT_EQ(NameHash{}(Name{"two"}), Name{"two"}.index());
 TEST(NameTest, IsMadeFromItsIndex) {
     const Name name{"by index"};
     EXPECT_EQ(Name::fromIndex(name.index()), name);

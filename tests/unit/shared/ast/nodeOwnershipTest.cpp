@@ -9,10 +9,6 @@
 #include <vector>
 
 #include "shared/ast/node.hpp"
-#include "tests/unit/support/allocationCount.hpp"
-#include "allocationCount.hpp"
-#include "shared/ast/node.hpp"
-#include "tests/unit/support/allocationCount.hpp"
 
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/asan_interface.h>

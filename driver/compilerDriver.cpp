@@ -41,7 +41,8 @@ bool openDumpFile(const fs::path& path, std::ofstream& stream) {
     return true;
 }
 
-/// Writes a dump with `write` and says so on standard output. False, after a message on standard
+/// Writes a dump with `write` and says so on standard output, at once: the process may abort before
+/// it ends. False, after a message on standard
 /// error, when the file cannot be opened or written.
 template <typename Write>
 bool writeDump(const fs::path& path, const char* what, Write write) {
@@ -55,7 +56,7 @@ bool writeDump(const fs::path& path, const char* what, Write write) {
         std::cerr << "Could not write " << path << ".\n";
         return false;
     }
-    std::cout << what << " written to " << path << ".\n";
+    std::cout << what << " written to " << path << "." << std::endl;
     return true;
 }
 
@@ -115,9 +116,8 @@ int build(const IRProgram& program, const Options& options, const std::string& c
     }
     stream.close();
     if (options.dumpAssembly) {
-        std::cout << "Assembly written to " << assembly << ".\n";
+        std::cout << "Assembly written to " << assembly << "." << std::endl;
     }
-    std::cout.flush();
     const int status = runNativeCompiler(compiler, assembly, runtime, options.output);
     if (status != 0) {
         std::cerr << "Native compilation failed.\n";

@@ -229,6 +229,13 @@ TEST_F(KrelIRTest, UpdatesAsValuesGiveTheOldOrTheNewValue) {
     EXPECT_EQ(valueOf("PreDecrement"), "_t0 = y\n_t1 = y - 1\ny = _t1\nx = _t1\n");
 }
 
+TEST_F(KrelIRTest, ForInitIsLoweredBeforeTheBlocksOfItsLoopAreNumbered) {
+    Node* init = node("ForInit", {node("WhileStatement", {name("x"), block({})})});
+    EXPECT_EQ(linesOf({node("ForStatement", {init, node("ForCondition"), node("ForUpdate"),
+                                             block({node("BreakStatement")})})}),
+              "_t0 = !x\nif _t0 goto B4\ngoto B2\ngoto B8\ngoto B7\ngoto B5\n");
+}
+
 TEST_F(KrelIRTest, ElseClauseWithoutABlockIsNoElse) {
     EXPECT_EQ(lower(function("int", "f",
                              {node("IfStatement", {name("x"), block({}), node("ElseClause")})})),

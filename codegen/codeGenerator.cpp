@@ -13,10 +13,6 @@
 
 namespace {
 
-std::string blockLabel(std::string_view function, int number) {
-    return ".L" + std::string{function} + "_B" + std::to_string(number);
-}
-
 /// Puts a backslash before quotes and backslashes. The escapes inside a literal thereby reach the
 /// data as the characters that they are written with; the runtime decodes them.
 std::string escapeAssemblyString(std::string_view text) {
@@ -76,7 +72,7 @@ void CodeGenerator::collectStringLiterals(const IRProgram& program) {
                         throw std::runtime_error("unterminated string literal in IR instruction: " +
                                                  std::string{text});
                     }
-                    internString(text.substr(begin, end - begin));
+                    intern(stringLabels, text.substr(begin, end - begin));
                     begin = text.find('"', end);
                 }
             }
@@ -84,18 +80,9 @@ void CodeGenerator::collectStringLiterals(const IRProgram& program) {
     }
 }
 
-std::string CodeGenerator::internLiteral(Labels& labels, std::string_view prefix,
-                                         std::string_view literal) {
-    const auto entry = labels.try_emplace(literal, static_cast<int>(labels.size())).first;
-    return std::string{prefix} + std::to_string(entry->second);
-}
-
-std::string CodeGenerator::internString(std::string_view literal) {
-    return internLiteral(stringLabels, stringPrefix, literal);
-}
-
-std::string CodeGenerator::internDouble(std::string_view literal) {
-    return internLiteral(doubleLabels, doublePrefix, literal);
+/// The number of a literal's label.
+int CodeGenerator::intern(Labels& labels, std::string_view literal) {
+    return labels.try_emplace(literal, static_cast<int>(labels.size())).first->second;
 }
 
 void CodeGenerator::emitReadOnlyData() {
@@ -119,10 +106,10 @@ void CodeGenerator::emitFunction(const IRFunction& function) {
     out->write("\n\t.globl ", name, "\n\t.type ", name, ", @function\n", name, ":\n");
     out->write("\tpushq %rbp\n\tmovq %rsp, %rbp\n");
     if (context.frameSize != 0) {
-        out->write("\tsubq $", std::to_string(context.frameSize), ", %rsp\n");
+        out->write("\tsubq $", ShortText::of(context.frameSize), ", %rsp\n");
     }
     for (const IRBasicBlock& block : function.getBlocks()) {
-        out->write(blockLabel(name, block.getNumber()), ":\n");
+        out->write(context.blockLabel, ShortText::of(block.getNumber()), ":\n");
         for (const IRInstruction instruction : block.getInstructions()) {
             emitInstruction(instruction.getText(), context);
         }

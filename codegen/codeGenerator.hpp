@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "codegen/irForms.hpp"
+#include "codegen/shortText.hpp"
 #include "codegen/valueTable.hpp"
 #include "shared/ast/name.hpp"
 
@@ -49,7 +50,8 @@ private:
         FunctionContext(const IRFunction& function, ValueTable& words);
 
         std::string name;
-        Name scope;  // the same as a name, for look-ups
+        Name scope;              // the same as a name, for look-ups
+        std::string blockLabel;  // of its blocks, without their numbers
         std::string returnLabel;
         ValueTable& values;
         std::vector<std::string_view> pendingArguments;  // of the next call
@@ -63,13 +65,10 @@ private:
 
     // Frames, functions and constants: frame.cpp, codeGenerator.cpp.
     void collectStringLiterals(const IRProgram& program);
-    static std::string internLiteral(Labels& labels, std::string_view prefix,
-                                     std::string_view literal);
-    std::string internString(std::string_view literal);
-    std::string internDouble(std::string_view literal);
+    static int intern(Labels& labels, std::string_view literal);
     void emitReadOnlyData();
     void planFrame(const IRFunction& function, FunctionContext& context) const;
-    int slotLength(Value& value, const FunctionContext& context) const;
+    void readDeclarations(FunctionContext& context) const;
     void emitFunction(const IRFunction& function);
 
     // Lines: instructions.cpp.
@@ -99,15 +98,15 @@ private:
     void emitCopy(const IRLine& line, FunctionContext& context);
 
     // Operands and calls: operands.cpp.
-    static Value* slotOf(std::string_view name, FunctionContext& context);
     static Operand operandOf(std::string_view text, FunctionContext& context);
     Name typeOf(const Operand& operand, const FunctionContext& context) const;
     Name declaredTypeOf(std::string_view name, const FunctionContext& context) const;
     static void recordType(const Operand& target, Name type);
-    void loadValue(const Operand& operand, std::string_view reg, FunctionContext& context);
-    void loadDouble(const Operand& operand, std::string_view reg, FunctionContext& context);
-    void storeValue(const Operand& target, std::string_view reg, FunctionContext& context);
-    void storeDouble(const Operand& target, std::string_view reg, FunctionContext& context);
+    void loadValue(const Operand& operand, const ShortText& reg, FunctionContext& context);
+    void loadString(std::string_view literal, const ShortText& reg);
+    void loadDouble(const Operand& operand, const ShortText& reg, FunctionContext& context);
+    void storeValue(const Operand& target, const ShortText& reg, FunctionContext& context);
+    void storeDouble(const Operand& target, const ShortText& reg, FunctionContext& context);
     void loadElementAddress(const Operand& element, FunctionContext& context);
     void emitCall(std::optional<std::string_view> result, std::string_view callee,
                   FunctionContext& context);

@@ -22,26 +22,44 @@ namespace {
 
 constexpr long long slotSize = 8;  // bytes
 
+/// The number of slots that a value takes. Throws for an array whose size is not known.
+int slotLength(const Value& value) {
+    if (!value.isArray) {
+        return 1;
+    }
+    if (value.length < 1) {
+        throw std::runtime_error("array has no positive compile-time size: " +
+                                 std::string{value.name});
+    }
+    return value.length;
+}
+
 long long alignTo(long long value, long long alignment) {
     return (value + alignment - 1) / alignment * alignment;
 }
 
-/// Calls `use` for every word of a line that has the shape of a name, outside of string literals.
-/// Character literals are not left out (kept): what is spelled in them counts as a name.
-template <typename Use>
-void forEachWord(std::string_view text, Use use) {
-    std::size_t at = 0;
-    while (at < text.size()) {
-        if (text[at] == '"') {
-            at = std::min(stringLiteralEnd(text, at), text.size());
-        } else if (beginsName(text[at])) {
-            const std::size_t begin = at;
-            while (at < text.size() && isNameCharacter(text[at])) {
-                ++at;
-            }
-            use(text.substr(begin, at - begin));
-        } else {
+/// Adds every word of a line that has the shape of a name, outside of string literals. Character
+/// literals are not left out (kept): what is spelled in them counts as a name.
+void addWords(std::string_view text, ValueTable& values) {
+    constexpr unsigned wordOrString = CharacterClass::letter | CharacterClass::quote;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (true) {
+        while (at != end && !hasClass(*at, wordOrString)) {
             ++at;
+        }
+        if (at == end) {
+            return;
+        }
+        if (*at == '"') {
+            const auto begin = static_cast<std::size_t>(at - text.data());
+            at = text.data() + std::min(stringLiteralEnd(text, begin), text.size());
+        } else {
+            const char* const begin = at;
+            do {
+                ++at;
+            } while (at != end && isNameCharacter(*at));
+            values.add({begin, at});
         }
     }
 }
@@ -51,6 +69,7 @@ void forEachWord(std::string_view text, Use use) {
 CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function, ValueTable& words)
     : name(function.getName()),
       scope(Name::known(name)),
+      blockLabel(".L" + name + "_B"),
       returnLabel(".L" + name + "_return"),
       values(words) {
     values.clear();
@@ -59,27 +78,15 @@ CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function, Valu
 void CodeGenerator::planFrame(const IRFunction& function, FunctionContext& context) const {
     for (const IRBasicBlock& block : function.getBlocks()) {
         for (const IRInstruction instruction : block.getInstructions()) {
-            forEachWord(instruction.getText(), [&](std::string_view word) {
-                if (Value* value = context.values.add(word); value != nullptr) {
-                    value->hasSlot = !isKeyword(word) && !isBlockName(word);
-                }
-            });
+            addWords(instruction.getText(), context.values);
         }
     }
-    std::vector<Value*> named;
-    for (Value& value : context.values.all()) {
-        if (value.hasSlot) {
-            named.push_back(&value);
-        }
-    }
-    std::sort(named.begin(), named.end(),
-              [](const Value* left, const Value* right) { return left->name < right->name; });
+    readDeclarations(context);
     long long total = 0;  // bytes
-    for (Value* value : named) {
-        total += slotSize * slotLength(*value, context);
-        const std::string address = std::to_string(-total) + "(%rbp)";
-        value->addressSize = static_cast<std::uint8_t>(
-            address.copy(value->addressText.data(), value->addressText.size()));
+    for (Value* value : context.values.inOrder()) {
+        total += slotSize * slotLength(*value);
+        value->address = ShortText::of(-total);
+        value->address.append("(%rbp)");
     }
     context.frameSize = alignTo(total, 16);
     if (context.frameSize > std::numeric_limits<int>::max()) {
@@ -87,22 +94,14 @@ void CodeGenerator::planFrame(const IRFunction& function, FunctionContext& conte
     }
 }
 
-/// The number of slots that a value takes; records what its symbol says of it. Throws for an array
-/// whose size is not known.
-int CodeGenerator::slotLength(Value& value, const FunctionContext& context) const {
-    const Symbol* symbol = symbolTable.lookup(context.scope, Name::known(value.name), 0);
-    if (symbol == nullptr) {
-        return 1;
+/// Records what the symbols of the function say of its values.
+void CodeGenerator::readDeclarations(FunctionContext& context) const {
+    for (const auto& symbol : symbolTable.symbolsOf(context.scope)) {
+        if (Value* value = context.values.find(symbol->symbolName().text()); value != nullptr) {
+            value->declaredType = symbol->typeName();
+            value->type = value->declaredType;
+            value->isArray = symbol->isArraySymbol();
+            value->length = symbol->getArraySize();
+        }
     }
-    value.declaredType = symbol->typeName();
-    value.type = value.declaredType;
-    if (!symbol->isArraySymbol()) {
-        return 1;
-    }
-    value.length = symbol->getArraySize();
-    if (value.length < 1) {
-        throw std::runtime_error("array has no positive compile-time size: " +
-                                 std::string{value.name});
-    }
-    return value.length;
 }

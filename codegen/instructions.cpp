@@ -1,6 +1,7 @@
 // Instruction selection: one function for each form of line.
 
 #include <array>
+#include <charconv>
 #include <stdexcept>
 #include <string>
 
@@ -56,8 +57,13 @@ const OperatorCode& codeOf(std::string_view op) {
 
 constexpr std::string_view widenResult = "\tmovzbq %al, %rax\n";
 
-std::string blockLabel(std::string_view function, std::string_view number) {
-    return ".L" + std::string{function} + "_B" + std::to_string(std::stoi(std::string{number}));
+/// The number of a block as it stands in its label: without leading zeros.
+ShortText blockNumber(std::string_view digits) {
+    int number = 0;
+    if (std::from_chars(digits.begin(), digits.end(), number).ec != std::errc{}) {
+        throw std::out_of_range("stoi");
+    }
+    return ShortText::of(number);
 }
 
 }  // namespace
@@ -126,12 +132,12 @@ void CodeGenerator::emitCallWithoutResult(const IRLine& line, FunctionContext& c
 
 // Always an integer load, whatever the type of the condition.
 void CodeGenerator::emitBranch(const IRLine& line, FunctionContext& context) {
-    loadValue(operandOf(line.groups[0], context), "%rax", context);
-    out->write("\ttestq %rax, %rax\n\tjne ", blockLabel(context.name, line.groups[1]), "\n");
+    loadValue(operandOf(line.groups[0], context), Register::rax, context);
+    out->write("\ttestq %rax, %rax\n\tjne ", context.blockLabel, blockNumber(line.groups[1]), "\n");
 }
 
 void CodeGenerator::emitJump(const IRLine& line, FunctionContext& context) {
-    out->write("\tjmp ", blockLabel(context.name, line.groups[0]), "\n");
+    out->write("\tjmp ", context.blockLabel, blockNumber(line.groups[0]), "\n");
 }
 
 // The program's exit status is what main returns.
@@ -145,9 +151,9 @@ void CodeGenerator::emitReturn(const IRLine& /*line*/, FunctionContext& context)
 void CodeGenerator::emitReturnValue(const IRLine& line, FunctionContext& context) {
     const Operand value = operandOf(line.groups[0], context);
     if (typeOf(value, context) == TypeName::Double) {
-        loadDouble(value, "%xmm0", context);
+        loadDouble(value, Register::xmm0, context);
     } else {
-        loadValue(value, "%rax", context);
+        loadValue(value, Register::rax, context);
     }
     out->write("\tjmp ", context.returnLabel, "\n");
 }
@@ -156,30 +162,30 @@ void CodeGenerator::emitReturnValue(const IRLine& line, FunctionContext& context
 void CodeGenerator::emitConversion(const IRLine& line, FunctionContext& context) {
     const std::string_view conversion = line.groups[1];
     const Operand target = operandOf(line.groups[0], context);
-    loadValue(operandOf(line.groups[2], context), "%rdi", context);
+    loadValue(operandOf(line.groups[2], context), Register::rdi, context);
     if (conversion == "inttochar" || conversion == "chartoint") {
-        storeValue(target, "%rdi", context);
+        storeValue(target, Register::rdi, context);
         recordType(target, conversion == "inttochar" ? TypeName::Character : TypeName::Int);
         return;
     }
     out->write("\tcall krel_", conversion, "@PLT\n");
-    storeValue(target, "%rax", context);
+    storeValue(target, Register::rax, context);
     recordType(target, TypeName::String);
 }
 
 void CodeGenerator::emitIntToDouble(const IRLine& line, FunctionContext& context) {
     const Operand target = operandOf(line.groups[0], context);
-    loadValue(operandOf(line.groups[1], context), "%rax", context);
+    loadValue(operandOf(line.groups[1], context), Register::rax, context);
     out->write("\tcvtsi2sdq %rax, %xmm0\n");
-    storeDouble(target, "%xmm0", context);
+    storeDouble(target, Register::xmm0, context);
     recordType(target, TypeName::Double);
 }
 
 void CodeGenerator::emitDoubleToString(const IRLine& line, FunctionContext& context) {
     const Operand target = operandOf(line.groups[0], context);
-    loadDouble(operandOf(line.groups[1], context), "%xmm0", context);
+    loadDouble(operandOf(line.groups[1], context), Register::xmm0, context);
     out->write("\tcall krel_doubletostring@PLT\n");
-    storeValue(target, "%rax", context);
+    storeValue(target, Register::rax, context);
     recordType(target, TypeName::String);
 }
 
@@ -202,11 +208,11 @@ void CodeGenerator::emitDoubleOperation(const IRLine& line, const Operand& left,
                                         const Operand& right, FunctionContext& context) {
     const Operand target = operandOf(line.groups[0], context);
     const OperatorCode& code = codeOf(line.groups[2]);
-    loadDouble(left, "%xmm0", context);
-    loadDouble(right, "%xmm1", context);
+    loadDouble(left, Register::xmm0, context);
+    loadDouble(right, Register::xmm1, context);
     if (!code.real.empty()) {
         out->write(code.real);
-        storeDouble(target, "%xmm0", context);
+        storeDouble(target, Register::xmm0, context);
         recordType(target, TypeName::Double);
         return;
     }
@@ -215,7 +221,7 @@ void CodeGenerator::emitDoubleOperation(const IRLine& line, const Operand& left,
         throw std::runtime_error("unsupported double operator: " + std::string{code.op});
     }
     out->write(code.setReal, widenResult);
-    storeValue(target, "%rax", context);
+    storeValue(target, Register::rax, context);
     recordType(target, TypeName::Boolean);
 }
 
@@ -223,10 +229,10 @@ void CodeGenerator::emitDoubleOperation(const IRLine& line, const Operand& left,
 void CodeGenerator::emitConcatenation(const IRLine& line, const Operand& left, const Operand& right,
                                       FunctionContext& context) {
     const Operand target = operandOf(line.groups[0], context);
-    loadValue(left, "%rdi", context);
-    loadValue(right, "%rsi", context);
+    loadValue(left, Register::rdi, context);
+    loadValue(right, Register::rsi, context);
     out->write("\tcall krel_concat@PLT\n");
-    storeValue(target, "%rax", context);
+    storeValue(target, Register::rax, context);
     recordType(target, TypeName::String);
 }
 
@@ -234,15 +240,15 @@ void CodeGenerator::emitIntegerOperation(const IRLine& line, const Operand& left
                                          const Operand& right, FunctionContext& context) {
     const Operand target = operandOf(line.groups[0], context);
     const OperatorCode& code = codeOf(line.groups[2]);
-    loadValue(left, "%rax", context);
-    loadValue(right, "%rcx", context);
+    loadValue(left, Register::rax, context);
+    loadValue(right, Register::rcx, context);
     const bool isComparison = code.integer.empty();
     if (isComparison) {
         out->write("\tcmpq %rcx, %rax\n", code.setInteger, widenResult);
     } else {
         out->write(code.integer);
     }
-    storeValue(target, "%rax", context);
+    storeValue(target, Register::rax, context);
     if (isComparison) {
         recordType(target, TypeName::Boolean);
     } else if (target.value->type.empty()) {
@@ -256,21 +262,21 @@ void CodeGenerator::emitUnaryOperation(const IRLine& line, FunctionContext& cont
     const std::string_view op = line.groups[1];
     const Operand operand = operandOf(line.groups[2], context);
     if (typeOf(operand, context) == TypeName::Double) {
-        loadDouble(operand, "%xmm0", context);
+        loadDouble(operand, Register::xmm0, context);
         if (op == "-") {
             out->write("\txorpd %xmm1, %xmm1\n\tsubsd %xmm0, %xmm1\n\tmovapd %xmm1, %xmm0\n");
         }
-        storeDouble(target, "%xmm0", context);
+        storeDouble(target, Register::xmm0, context);
         recordType(target, TypeName::Double);
         return;
     }
-    loadValue(operand, "%rax", context);
+    loadValue(operand, Register::rax, context);
     if (op == "!") {
         out->write("\ttestq %rax, %rax\n\tsete %al\n", widenResult);
     } else if (op == "-") {
         out->write("\tnegq %rax\n");
     }
-    storeValue(target, "%rax", context);
+    storeValue(target, Register::rax, context);
     if (op == "!") {
         recordType(target, TypeName::Boolean);
     }
@@ -281,11 +287,11 @@ void CodeGenerator::emitElementStore(const IRLine& line, FunctionContext& contex
     const Operand value = operandOf(line.groups[1], context);
     if (typeOf(element, context) == TypeName::Double ||
         typeOf(value, context) == TypeName::Double) {
-        loadDouble(value, "%xmm0", context);
-        storeDouble(element, "%xmm0", context);
+        loadDouble(value, Register::xmm0, context);
+        storeDouble(element, Register::xmm0, context);
     } else {
-        loadValue(value, "%rax", context);
-        storeValue(element, "%rax", context);
+        loadValue(value, Register::rax, context);
+        storeValue(element, Register::rax, context);
     }
 }
 
@@ -294,12 +300,12 @@ void CodeGenerator::emitCopy(const IRLine& line, FunctionContext& context) {
     const Operand value = operandOf(line.groups[1], context);
     const Name type = typeOf(value, context);
     if (typeOf(target, context) == TypeName::Double || type == TypeName::Double) {
-        loadDouble(value, "%xmm0", context);
-        storeDouble(target, "%xmm0", context);
+        loadDouble(value, Register::xmm0, context);
+        storeDouble(target, Register::xmm0, context);
         recordType(target, TypeName::Double);
     } else {
-        loadValue(value, "%rax", context);
-        storeValue(target, "%rax", context);
+        loadValue(value, Register::rax, context);
+        storeValue(target, Register::rax, context);
         recordType(target, type);
     }
 }

@@ -1,7 +1,6 @@
 #include "codegen/irText.hpp"
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -50,17 +49,6 @@ bool isIdentifier(std::string_view text) {
 
 bool isBlockName(std::string_view text) {
     return text.size() >= 2 && text.front() == 'B' && areDigits(text.substr(1));
-}
-
-bool isKeyword(std::string_view text) {
-    static constexpr std::array<std::string_view, 21> keywords = {
-        "arg",         "boolean",      "booltostring", "call",           "character",
-        "chartoint",   "chartostring", "double",       "doubletostring", "false",
-        "goto",        "if",           "int",          "inttochar",      "inttodouble",
-        "inttostring", "param",        "return",       "string",         "true",
-        "void"};
-    static_assert(std::is_sorted(keywords.begin(), keywords.end()));
-    return std::binary_search(keywords.begin(), keywords.end(), text);
 }
 
 bool parseArrayAccess(std::string_view text, std::string_view& name, std::string_view& index) {

@@ -14,6 +14,7 @@ inline constexpr std::uint8_t space = 1;
 inline constexpr std::uint8_t digit = 2;
 inline constexpr std::uint8_t letter = 4;  // or '_'
 inline constexpr std::uint8_t operation = 8;
+inline constexpr std::uint8_t quote = 16;  // around a string
 
 constexpr std::array<std::uint8_t, 256> table() {
     std::array<std::uint8_t, 256> classes{};
@@ -26,6 +27,7 @@ constexpr std::array<std::uint8_t, 256> table() {
     put("0123456789", digit);
     put("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", letter);
     put("|&=!<>+-*/", operation);
+    put("\"", quote);
     return classes;
 }
 
@@ -82,8 +84,6 @@ bool isCharacterLiteral(std::string_view text);
 bool isIdentifier(std::string_view text);
 /// "B" and one or more digits: a reference to a block.
 bool isBlockName(std::string_view text);
-/// The words that are never names of values.
-bool isKeyword(std::string_view text);
 
 /// An element, as `^([A-Za-z_]\w*)\s*\[\s*(.+)\s*\]$` matches it: sets the array's name and the
 /// trimmed index. False, and both unchanged, for any other text.

@@ -32,32 +32,28 @@ unsigned characterCode(std::string_view literal) {
 
 }  // namespace
 
-/// The value that a name stands for, if it has a slot.
-Value* CodeGenerator::slotOf(std::string_view name, FunctionContext& context) {
-    Value* value = context.values.find(name);
-    return value != nullptr && value->hasSlot ? value : nullptr;
-}
-
+// The tests exclude each other by what they ask of the first character.
 CodeGenerator::Operand CodeGenerator::operandOf(std::string_view text, FunctionContext& context) {
     using Kind = Operand::Kind;
     Operand operand;
     operand.text = trim(text);
     const std::string_view trimmed = operand.text;
     if (isIdentifier(trimmed)) {
-        const bool isBoolean = trimmed == "true" || trimmed == "false";
+        operand.value = context.values.find(trimmed);
+        const bool isBoolean =
+            operand.value == nullptr && (trimmed == "true" || trimmed == "false");
         operand.kind = isBoolean ? Kind::Boolean : Kind::Named;
-        operand.value = slotOf(trimmed, context);
-    } else if (isIntegerLiteral(trimmed)) {
-        operand.kind = Kind::Integer;
-    } else if (isDoubleLiteral(trimmed)) {
-        operand.kind = Kind::Double;
+    } else if (parseArrayAccess(trimmed, operand.name, operand.index)) {
+        operand.kind = Kind::Element;
+        operand.value = context.values.find(operand.name);
     } else if (isStringLiteral(trimmed)) {
         operand.kind = Kind::String;
     } else if (isCharacterLiteral(trimmed)) {
         operand.kind = Kind::Character;
-    } else if (parseArrayAccess(trimmed, operand.name, operand.index)) {
-        operand.kind = Kind::Element;
-        operand.value = slotOf(operand.name, context);
+    } else if (isIntegerLiteral(trimmed)) {
+        operand.kind = Kind::Integer;
+    } else if (isDoubleLiteral(trimmed)) {
+        operand.kind = Kind::Double;
     }
     return operand;
 }
@@ -100,7 +96,7 @@ void CodeGenerator::recordType(const Operand& target, Name type) {
     }
 }
 
-void CodeGenerator::loadValue(const Operand& operand, std::string_view reg,
+void CodeGenerator::loadValue(const Operand& operand, const ShortText& reg,
                               FunctionContext& context) {
     const std::string_view text = operand.text;
     switch (operand.kind) {
@@ -115,14 +111,11 @@ void CodeGenerator::loadValue(const Operand& operand, std::string_view reg,
             out->write("\tmovq $", text, ", ", reg, "\n");
             return;
         case Operand::Kind::String:
-            if (!stringLabels.contains(text)) {
-                fail("uninterned string literal");
-            }
-            out->write("\tleaq ", internString(text), "(%rip), ", reg, "\n");
+            loadString(text, reg);
             return;
         case Operand::Kind::Character:
             if (text.size() > 2) {
-                out->write("\tmovq $", std::to_string(characterCode(text)), ", ", reg, "\n");
+                out->write("\tmovq $", ShortText::of(characterCode(text)), ", ", reg, "\n");
                 return;
             }
             break;
@@ -132,7 +125,7 @@ void CodeGenerator::loadValue(const Operand& operand, std::string_view reg,
             return;
         case Operand::Kind::Named:
             if (operand.value != nullptr) {
-                out->write("\tmovq ", operand.value->address(), ", ", reg, "\n");
+                out->write("\tmovq ", operand.value->address, ", ", reg, "\n");
                 return;
             }
             break;
@@ -143,39 +136,48 @@ void CodeGenerator::loadValue(const Operand& operand, std::string_view reg,
     fail("unknown IR value: ", text);
 }
 
-void CodeGenerator::loadDouble(const Operand& operand, std::string_view reg,
+void CodeGenerator::loadString(std::string_view literal, const ShortText& reg) {
+    const auto label = stringLabels.find(literal);
+    if (label == stringLabels.end()) {
+        fail("uninterned string literal");
+    }
+    out->write("\tleaq .LC", ShortText::of(label->second), "(%rip), ", reg, "\n");
+}
+
+void CodeGenerator::loadDouble(const Operand& operand, const ShortText& reg,
                                FunctionContext& context) {
     if (operand.kind == Operand::Kind::Double) {
-        out->write("\tmovsd ", internDouble(operand.text), "(%rip), ", reg, "\n");
+        const int label = intern(doubleLabels, operand.text);
+        out->write("\tmovsd .LCD", ShortText::of(label), "(%rip), ", reg, "\n");
     } else if (operand.kind == Operand::Kind::Element) {
         loadElementAddress(operand, context);
         out->write("\tmovsd (%r10,%r11,8), ", reg, "\n");
     } else if (operand.value != nullptr) {
-        out->write("\tmovsd ", operand.value->address(), ", ", reg, "\n");
+        out->write("\tmovsd ", operand.value->address, ", ", reg, "\n");
     } else {
         fail("unknown double IR value: ", operand.text);
     }
 }
 
-void CodeGenerator::storeValue(const Operand& target, std::string_view reg,
+void CodeGenerator::storeValue(const Operand& target, const ShortText& reg,
                                FunctionContext& context) {
     if (target.kind == Operand::Kind::Element) {
         loadElementAddress(target, context);
         out->write("\tmovq ", reg, ", (%r10,%r11,8)\n");
     } else if (target.value != nullptr) {
-        out->write("\tmovq ", reg, ", ", target.value->address(), "\n");
+        out->write("\tmovq ", reg, ", ", target.value->address, "\n");
     } else {
         fail("no stack slot for IR value: ", target.text);
     }
 }
 
-void CodeGenerator::storeDouble(const Operand& target, std::string_view reg,
+void CodeGenerator::storeDouble(const Operand& target, const ShortText& reg,
                                 FunctionContext& context) {
     if (target.kind == Operand::Kind::Element) {
         loadElementAddress(target, context);
         out->write("\tmovsd ", reg, ", (%r10,%r11,8)\n");
     } else if (target.value != nullptr) {
-        out->write("\tmovsd ", reg, ", ", target.value->address(), "\n");
+        out->write("\tmovsd ", reg, ", ", target.value->address, "\n");
     } else {
         fail("no stack slot for double IR value: ", target.text);
     }
@@ -187,8 +189,8 @@ void CodeGenerator::loadElementAddress(const Operand& element, FunctionContext& 
     if (element.value == nullptr || element.value->length == 0) {
         fail("unknown array: ", element.name);
     }
-    loadValue(operandOf(element.index, context), "%r11", context);
-    out->write("\tleaq ", element.value->address(), ", %r10\n");
+    loadValue(operandOf(element.index, context), Register::r11, context);
+    out->write("\tleaq ", element.value->address, ", %r10\n");
 }
 
 void CodeGenerator::emitCall(std::optional<std::string_view> result, std::string_view callee,
@@ -205,9 +207,9 @@ void CodeGenerator::emitCall(std::optional<std::string_view> result, std::string
     const Symbol* function = symbolTable.lookup(name, name, 0);
     const Operand target = operandOf(*result, context);
     if (function != nullptr && function->typeName() == TypeName::Double) {
-        storeDouble(target, "%xmm0", context);
+        storeDouble(target, Register::xmm0, context);
     } else {
-        storeValue(target, "%rax", context);
+        storeValue(target, Register::rax, context);
     }
     if (function != nullptr) {
         recordType(target, function->typeName());

@@ -1,35 +1,81 @@
 #include "codegen/valueTable.hpp"
 
-Value* ValueTable::add(std::string_view name) {
-    const std::uint64_t key = keyOf(name);
-    const std::uint32_t at = slotOf(name, key);
-    if (slots[at] != 0) {
-        return nullptr;
+#include <algorithm>
+#include <array>
+
+#include "codegen/irText.hpp"
+
+namespace {
+
+/// The words that are never names of values.
+constexpr std::array<std::string_view, 21> keywords = {
+    "arg",         "boolean",     "call",           "character",
+    "double",      "false",       "goto",           "if",
+    "int",         "param",       "return",         "string",
+    "true",        "void",        "inttodouble",    "inttochar",
+    "chartoint",   "inttostring", "doubletostring", "booltostring",
+    "chartostring"};
+
+std::uint64_t prefixOf(std::string_view name) {
+    std::uint64_t prefix = 0;
+    for (std::size_t index = 0; index < sizeof prefix; ++index) {
+        const char character = index < name.size() ? name[index] : '\0';
+        prefix = prefix << 8 | static_cast<unsigned char>(character);
     }
-    Value& value = values.emplace_back();
-    value.name = name;
-    value.key = key;
-    value.slot = at;
-    slots[at] = static_cast<std::uint32_t>(values.size());
-    if (values.size() * 2 > slots.size()) {
+    return prefix;
+}
+
+bool comesBefore(const Value* left, const Value* right) {
+    return left->prefix != right->prefix ? left->prefix < right->prefix : left->name < right->name;
+}
+
+}  // namespace
+
+ValueTable::ValueTable() : keywordCount(keywords.size()) {
+    for (const std::string_view keyword : keywords) {
+        add(keyword);
+        words.back().hasValue = false;
+    }
+}
+
+void ValueTable::insert(std::string_view name, std::uint64_t key, std::uint32_t slot) {
+    Word& word = words.emplace_back();
+    word.key = key;
+    word.slot = slot;
+    word.hasValue = !isBlockName(name);
+    word.value.name = name;
+    word.value.prefix = prefixOf(name);
+    slots[slot] = static_cast<std::uint32_t>(words.size());
+    if (words.size() * 2 > slots.size()) {
         grow();
     }
-    return &value;
 }
 
 // Only what is used: the table may be as large as the largest function needed it.
 void ValueTable::clear() {
-    for (const Value& value : values) {
-        slots[value.slot] = 0;
+    const auto added = words.begin() + static_cast<std::ptrdiff_t>(keywordCount);
+    for (auto word = added; word != words.end(); ++word) {
+        slots[word->slot] = 0;
     }
-    values.clear();
+    words.erase(added, words.end());
 }
 
 void ValueTable::grow() {
     slots.assign(slots.size() * 2, 0);
     std::uint32_t number = 0;
-    for (Value& value : values) {
-        value.slot = slotOf(value.name, value.key);
-        slots[value.slot] = ++number;
+    for (Word& word : words) {
+        word.slot = slotOf(word.value.name, word.key);
+        slots[word.slot] = ++number;
     }
+}
+
+const std::vector<Value*>& ValueTable::inOrder() {
+    ordered.clear();
+    for (Word& word : words) {
+        if (word.hasValue) {
+            ordered.push_back(&word.value);
+        }
+    }
+    std::sort(ordered.begin(), ordered.end(), comesBefore);
+    return ordered;
 }

@@ -50,6 +50,12 @@ Symbol* SymbolTable::lookup(Name scope, Name name, int /*line*/) const {
     return symbol == nullptr ? nullptr : *symbol;
 }
 
+const std::vector<std::unique_ptr<Symbol>>& SymbolTable::symbolsOf(Name scope) const {
+    static const std::vector<std::unique_ptr<Symbol>> none;
+    const std::unique_ptr<Scope>* entry = scopes.find(scope);
+    return entry == nullptr ? none : (*entry)->symbols;
+}
+
 void SymbolTable::printSymbolTable() const {
     std::map<std::string, const Scope*> ordered;
     scopes.forEach([&](Name name, const std::unique_ptr<Scope>& scope) {

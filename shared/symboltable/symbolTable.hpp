@@ -27,6 +27,8 @@ public:
     bool insertSymbol(Name scope, Symbol* symbol);
     /// The symbol called `name` in `scope`, or null. `line` is not used.
     Symbol* lookup(Name scope, Name name, int line) const;
+    /// All symbols of `scope` in the order of their insertion; none when it was never opened.
+    const std::vector<std::unique_ptr<Symbol>>& symbolsOf(Name scope) const;
 
     /// Writes all scopes, ordered by name, to standard output, for debugging.
     void printSymbolTable() const;

@@ -97,21 +97,6 @@ TEST(IRTextTest, BlockNamesAreBAndDigits) {
     }
 }
 
-TEST(IRTextTest, KeywordsAreTheTwentyOneReservedWords) {
-    for (const char* text : {"arg",         "boolean",     "call",           "character",
-                             "double",      "false",       "goto",           "if",
-                             "int",         "param",       "return",         "string",
-                             "true",        "void",        "inttodouble",    "inttochar",
-                             "chartoint",   "inttostring", "doubletostring", "booltostring",
-                             "chartostring"}) {
-        EXPECT_TRUE(isKeyword(text)) << text;
-    }
-    for (const char* text : {"", "print", "exit", "while", "for", "else", "main", "Int", "args",
-                             "returned", "inttoint", "stringtoint", "_t0"}) {
-        EXPECT_FALSE(isKeyword(text)) << text;
-    }
-}
-
 TEST(IRTextTest, Elements) {
     EXPECT_EQ(elementOf("a[0]"), "a|0");
     EXPECT_EQ(elementOf("_x9[i]"), "_x9|i");

@@ -40,14 +40,14 @@ std::uint64_t currentLimit(long resource) {
 }  // namespace
 
 bool AddressRange::extend(std::size_t length) {
-    if (length > size()) {
+    if (length > reserved) {
         return false;
     }
-    const std::size_t rest = end - usable;
-    const std::size_t missing = roundUp(length - (usable - first), pageSize);
+    const std::size_t rest = reserved - usable;
+    const std::size_t missing = roundUp(length - usable, pageSize);
     const std::size_t generous = roundUp(missing, piece);
     for (const std::size_t wanted : {generous < rest ? generous : rest, missing}) {
-        if (allow(usable, wanted)) {
+        if (allow(first + usable, wanted)) {
             usable += wanted;
             return true;
         }

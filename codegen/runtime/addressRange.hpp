@@ -14,23 +14,22 @@ public:
     // Takes over `length` reserved bytes from `from` on, a page boundary. Memory is asked for in
     // pieces of `pieceSize`, a multiple of the page size.
     AddressRange(std::uintptr_t from, std::size_t length, std::size_t pieceSize)
-        : first(from), end(from + length), usable(from), piece(pieceSize) {}
+        : first(from), reserved(length), piece(pieceSize) {}
 
     std::uintptr_t begin() const { return first; }
-    std::size_t size() const { return end - first; }
+    std::size_t size() const { return reserved; }
+    bool contains(std::uintptr_t address) const { return address - first < reserved; }
 
     // Makes at least the first `length` bytes usable. Returns false, and changes nothing, when
     // they are more than the range has or than the system gives.
-    [[nodiscard]] bool makeUsable(std::size_t length) {
-        return length <= usable - first || extend(length);
-    }
+    [[nodiscard]] bool makeUsable(std::size_t length) { return length <= usable || extend(length); }
 
 private:
     bool extend(std::size_t length);
 
     std::uintptr_t first = 0;
-    std::uintptr_t end = 0;
-    std::uintptr_t usable = 0;
+    std::size_t reserved = 0;
+    std::size_t usable = 0;
     std::size_t piece = 0;
 };
 

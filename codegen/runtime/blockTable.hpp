@@ -43,7 +43,8 @@ public:
     // when it does not allow enough to be of use; then there are none.
     bool open(std::size_t limit);
 
-    bool contains(std::uintptr_t address) const { return address - heap.begin() < heap.size(); }
+    // Whether a string could lie there.
+    bool contains(std::uintptr_t address) const { return heap.contains(address); }
 
     // The address of a block's first byte.
     std::uintptr_t addressOf(BlockNumber number) const { return heap.begin() + number * blockSize; }

@@ -47,29 +47,27 @@ KREL_READS_FREELY inline std::size_t textLength(const char* text) {
     return static_cast<std::size_t>(chunk + __builtin_ctz(ends) - text);
 }
 
-// Copies exactly `length` bytes between places that do not overlap; the fastest way for many.
-inline void copyManyBytes(char* to, const char* from, std::size_t length) {
-    asm volatile("rep movsb" : "+D"(to), "+S"(from), "+c"(length) : : "memory");
+// Copies a text of `length` bytes in chunks. Up to 15 bytes beyond its NUL are read, and written
+// with anything.
+KREL_READS_FREELY inline void copyChunks(char* to, const char* from, std::size_t length) {
+    std::size_t done = 0;
+    do {
+        storeChunk(to + done, loadChunk(from + done));
+        done += chunkSize;
+    } while (done <= length);
 }
 
-// Copies a text of `length` bytes. Up to 15 bytes beyond it are written with anything.
-KREL_READS_FREELY inline void copyText(char* to, const char* from, std::size_t length) {
-    constexpr std::size_t many = 1024;
-    if (length >= many) [[unlikely]] {
-        copyManyBytes(to, from, length);
-        return;
-    }
-    for (; length >= chunkSize; length -= chunkSize) {
-        storeChunk(to, loadChunk(from));
-        to += chunkSize;
-        from += chunkSize;
-    }
-    if (chunkStaysInPage(from)) [[likely]] {
-        storeChunk(to, loadChunk(from));
-        return;
-    }
-    for (std::size_t i = 0; i < length; ++i) {
-        to[i] = from[i];
+inline constexpr std::size_t longTextLength = 256;
+
+// Copies exactly `length` bytes, at least longTextLength, between places that do not overlap.
+void copyLongText(char* to, const char* from, std::size_t length);
+
+// Copies a text of any length; reads and writes beyond it like copyChunks.
+inline void copyText(char* to, const char* from, std::size_t length) {
+    if (length < longTextLength) {
+        copyChunks(to, from, length);
+    } else {
+        copyLongText(to, from, length);
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include <bit>
 
-#include "codegen/runtime/bytes.hpp"
 #include "codegen/runtime/decimalPowers.hpp"
 #include "codegen/runtime/integerText.hpp"
 
@@ -19,6 +18,7 @@ constexpr int fractionBits = 52;
 constexpr std::uint64_t hiddenBit = std::uint64_t{1} << fractionBits;
 constexpr std::uint64_t fractionMask = hiddenBit - 1;
 constexpr unsigned exponentMask = 0x7FF;
+constexpr std::uint64_t infinity = static_cast<std::uint64_t>(exponentMask) << fractionBits;
 constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
 
 // floor(log10(2^exponent)), or of 3/4 of it for a double whose lower neighbour is closer.
@@ -35,64 +35,135 @@ std::uint64_t multiplyRoundingToOdd(const ScaledPower& power, std::uint64_t fact
     return static_cast<std::uint64_t>(sum >> 64) | (fraction > 1 ? 1 : 0);
 }
 
-void writeText(char*& to, const char* text) {
-    for (; *text != '\0'; ++text) {
-        *to++ = *text;
-    }
+// A decimal with seventeen digits, the first of which is not zero: 0.ddd... * 10^point.
+struct AlignedDecimal {
+    std::uint64_t first;
+    EightDigits upper;
+    EightDigits lower;
+    int length;  // without trailing zeros
+    int point;
+};
+
+constexpr int alignedLength = 17;
+
+constexpr std::uint64_t powersOfTen[] = {
+    1,
+    10,
+    100,
+    1'000,
+    10'000,
+    100'000,
+    1'000'000,
+    10'000'000,
+    100'000'000,
+    1'000'000'000,
+    10'000'000'000,
+    100'000'000'000,
+    1'000'000'000'000,
+    10'000'000'000'000,
+    100'000'000'000'000,
+    1'000'000'000'000'000,
+    10'000'000'000'000'000,
+    100'000'000'000'000'000,
+};
+
+// The number of decimal digits of a positive value below 10^17.
+int countDigits(std::uint64_t value) {
+    const int bits = 64 - __builtin_clzll(value);
+    const int guess = bits * 1233 >> 12;  // at most one too few: 1233/4096 is nearly log10(2)
+    return guess + (value >= powersOfTen[guess] ? 1 : 0);
 }
 
-Decimal withoutTrailingZeros(Decimal decimal) {
-    while (decimal.digits % 10 == 0) {
-        decimal.digits /= 10;
-        ++decimal.exponent;
+int countTrailingZeros(EightDigits digits) { return __builtin_clzll(digits) / 8; }
+
+AlignedDecimal align(const Decimal& decimal) {
+    const int count = countDigits(decimal.digits);
+    const std::uint64_t digits = decimal.digits * powersOfTen[alignedLength - count];
+    const std::uint64_t first = digits / tenTo16;
+    const std::uint64_t others = digits - first * tenTo16;
+    const EightDigits upper = splitDigits(others / tenTo8);
+    const EightDigits lower = splitDigits(others % tenTo8);
+    int length = 1;
+    if (lower != 0) {
+        length = alignedLength - countTrailingZeros(lower);
+    } else if (upper != 0) {
+        length = 9 - countTrailingZeros(upper);
     }
-    return decimal;
+    return {first, upper | asciiZeros, lower | asciiZeros, length, count + decimal.exponent};
 }
 
-void writeZeros(char*& to, int count) {
-    for (; count > 0; --count) {
-        *to++ = '0';
-    }
+// The digits with a point before digit number `position`, 0 to 7; the last digit falls off.
+EightDigits insertPoint(EightDigits digits, int position) {
+    const int shift = 8 * position;
+    const EightDigits after = digits >> shift << shift;
+    return (digits ^ after) | after << 8 | EightDigits{'.'} << shift;
 }
 
-// The digits with the decimal point after the first `point` of them, 0 < point.
-void writeFixed(char*& to, std::uint64_t digits, int count, int point) {
-    writeDigits(to, digits, static_cast<unsigned>(count));
-    if (point >= count) {
-        to += count;
-        writeZeros(to, point - count);
-        return;
-    }
-    for (int i = count; i > point; --i) {
-        to[i] = to[i - 1];
-    }
-    to[point] = '.';
-    to += count + 1;
-}
+// The functions below return the byte after what they wrote.
 
-void writeExponent(char*& to, int exponent) {
+char* writeExponent(char* to, int exponent) {
     *to++ = 'e';
     *to++ = exponent < 0 ? '-' : '+';
-    const auto magnitude = static_cast<unsigned>(exponent < 0 ? -exponent : exponent);
-    const unsigned count = magnitude < 100 ? 2 : 3;
-    writeDigits(to, magnitude, count);
-    to += count;
+    int magnitude = exponent < 0 ? -exponent : exponent;
+    if (magnitude >= 100) {
+        *to++ = static_cast<char>('0' + magnitude / 100);
+        magnitude %= 100;
+    }
+    *to++ = static_cast<char>('0' + magnitude / 10);
+    *to++ = static_cast<char>('0' + magnitude % 10);
+    return to;
 }
 
-void writeDecimal(char*& to, Decimal decimal) {
-    const auto count = static_cast<int>(countDigits(decimal.digits));
-    const int point = count + decimal.exponent;
-    if (point > 16 || point < -3) {
-        writeFixed(to, decimal.digits, count, 1);
-        writeExponent(to, point - 1);
-    } else if (point > 0) {
-        writeFixed(to, decimal.digits, count, point);
+// One digit, the point and the others.
+char* writeScientific(char* to, const AlignedDecimal& decimal) {
+    to[0] = static_cast<char>('0' + decimal.first);
+    to[1] = '.';
+    storeDigits(to + 2, decimal.upper);
+    storeDigits(to + 10, decimal.lower);
+    const int length = decimal.length == 1 ? 1 : decimal.length + 1;
+    return writeExponent(to + length, decimal.point - 1);
+}
+
+// "0.", up to three zeros and the digits.
+char* writeFraction(char* to, const AlignedDecimal& decimal) {
+    storeDigits(to, insertPoint(asciiZeros, 1));
+    to += 2 - decimal.point;
+    to[0] = static_cast<char>('0' + decimal.first);
+    storeDigits(to + 1, decimal.upper);
+    storeDigits(to + 9, decimal.lower);
+    return to + decimal.length;
+}
+
+// One to sixteen digits, and a point and further digits if there are any. The digits are written
+// as if the point were behind the first one; then those before it are written once more, with it.
+char* writeFixed(char* to, const AlignedDecimal& decimal) {
+    to[0] = static_cast<char>('0' + decimal.first);
+    storeDigits(to + 2, decimal.upper);
+    storeDigits(to + 10, decimal.lower);
+    const int position = decimal.point - 1;
+    if (position < 8) {
+        storeDigits(to + 1, insertPoint(decimal.upper, position));
     } else {
-        writeText(to, "0.");
-        writeZeros(to, -point);
-        writeDigits(to, decimal.digits, static_cast<unsigned>(count));
-        to += count;
+        storeDigits(to + 1, decimal.upper);
+        storeDigits(to + 9, insertPoint(decimal.lower, position - 8));
     }
+    return to + (decimal.length <= decimal.point ? decimal.point : decimal.length + 1);
+}
+
+char* writeDecimal(char* to, const AlignedDecimal& decimal) {
+    if (decimal.point > 16 || decimal.point < -3) {
+        return writeScientific(to, decimal);
+    }
+    return decimal.point > 0 ? writeFixed(to, decimal) : writeFraction(to, decimal);
+}
+
+char* writeInteger(char* to, std::uint64_t value) { return DecimalInteger(value).write(to); }
+
+char* writeWord(char* to, const char* word) {
+    while (*word != '\0') {
+        *to++ = *word++;
+    }
+    return to;
 }
 
 }  // namespace
@@ -141,22 +212,24 @@ Decimal shortestDecimal(std::uint64_t bits) {
 char* writeDouble(char* to, double value) {
     const auto bits = std::bit_cast<std::uint64_t>(value);
     const std::uint64_t magnitude = bits & ~signBit;
-    constexpr std::uint64_t infinity = static_cast<std::uint64_t>(exponentMask) << fractionBits;
     if (magnitude > infinity) {
-        writeText(to, "nan");
-        return to;
+        return writeWord(to, "nan");
     }
-    if (magnitude != bits) {
-        *to++ = '-';
-    }
+    *to = '-';
+    to += bits >> 63;
     if (magnitude == infinity) {
-        writeText(to, "inf");
-    } else if (magnitude == 0) {
-        *to++ = '0';
-    } else {
-        writeDecimal(to, withoutTrailingZeros(shortestDecimal(magnitude)));
+        return writeWord(to, "inf");
     }
-    return to;
+    // All whole numbers below 2^53 are their own shortest decimal, down to the last digit.
+    constexpr double wholeLimit = 9007199254740992.0;
+    const auto absolute = std::bit_cast<double>(magnitude);
+    if (absolute < wholeLimit) {
+        const auto whole = static_cast<std::int64_t>(absolute);
+        if (static_cast<double>(whole) == absolute) {
+            return writeInteger(to, static_cast<std::uint64_t>(whole));
+        }
+    }
+    return writeDecimal(to, align(shortestDecimal(magnitude)));
 }
 
 }  // namespace krel

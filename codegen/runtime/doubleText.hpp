@@ -20,12 +20,10 @@ Decimal shortestDecimal(std::uint64_t bits);
 // ("-2.2250738585072014e-308").
 inline constexpr std::size_t longestDoubleText = 24;
 
-// Space that writeDouble may write to, its result included.
-inline constexpr std::size_t doubleTextSpace = 48;
-
 // Writes the text of a double without a NUL and returns the byte after it: fixed notation for
 // magnitudes from 1e-4 up to but not including 1e16, otherwise an exponent with its sign and at
-// least two digits; no ".0"; "inf", "-inf" and "nan".
+// least two digits; no ".0"; "inf", "-inf" and "nan". Any of the first longestDoubleText bytes may
+// be written with anything.
 char* writeDouble(char* to, double value);
 
 }  // namespace krel

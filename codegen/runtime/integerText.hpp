@@ -1,4 +1,4 @@
-// Integers as decimal text.
+// Unsigned and signed integers as decimal text.
 #pragma once
 
 #include <cstddef>
@@ -6,63 +6,80 @@
 
 namespace krel {
 
-// The longest decimal text of a 64-bit integer: a sign and nineteen digits.
+// The longest decimal text of a 64-bit integer: a sign and nineteen digits, or twenty digits.
 inline constexpr std::size_t longestIntegerText = 20;
 
-struct DigitPairs {
-    char text[200];
+// Eight decimal digits, one in each byte, the first one in the lowest byte: what is stored to
+// memory is in the order of reading.
+using EightDigits = std::uint64_t;
+
+inline constexpr std::uint64_t tenTo8 = 100'000'000;
+inline constexpr std::uint64_t tenTo16 = tenTo8 * tenTo8;
+inline constexpr EightDigits asciiZeros = 0x3030303030303030;
+
+// The digits of a value below 10^8 as numbers 0 to 9, with leading zeros. Three times every part is
+// cut into halves, all at once: the quotients of a division by 10000, 100 or 10 are found by a
+// multiplication, and the upper halves' places are taken by them, the lower ones' by the
+// remainders. With q = n / 100, that is q + (n - 100 * q) * 2^16, or n * 2^16 - q * (100 * 2^16 -
+// 1).
+constexpr EightDigits splitDigits(std::uint64_t value) {
+    const std::uint64_t tenThousands = value * 3518437209 >> 45;
+    const std::uint64_t fours = (value << 32) - tenThousands * ((std::uint64_t{10'000} << 32) - 1);
+    const std::uint64_t hundreds = fours * 5243 >> 19 & 0x0000'007F'0000'007F;
+    const std::uint64_t twos = (fours << 16) - hundreds * ((100 << 16) - 1);
+    const std::uint64_t tens = twos * 103 >> 10 & 0x000F'000F'000F'000F;
+    return (twos << 8) - tens * ((10 << 8) - 1);
+}
+
+inline void storeDigits(char* to, EightDigits ascii) {
+    struct [[gnu::packed, gnu::may_alias]] Unaligned {
+        EightDigits value;
+    };
+    reinterpret_cast<Unaligned*>(to)->value = ascii;
+}
+
+// The digits of an integer: up to eight leading ones, and full groups of eight.
+class DecimalInteger {
+public:
+    constexpr explicit DecimalInteger(std::uint64_t value) {
+        std::uint64_t upper = value;
+        if (value >= tenTo8) [[unlikely]] {
+            upper = value >= tenTo16 ? value / tenTo16 : value / tenTo8;
+            groupCount = value >= tenTo16 ? 2 : 1;
+            others = value;
+        }
+        leading = splitDigits(upper);
+        constexpr EightDigits onlyLastDigit = EightDigits{1} << 56;
+        leadingZeros = static_cast<unsigned>(__builtin_ctzll(leading | onlyLastDigit)) / 8;
+    }
+
+    // The number of digits; 1 for zero.
+    constexpr unsigned length() const { return 8 - leadingZeros + 8 * groupCount; }
+
+    // Writes the digits, and up to 7 bytes beyond them with anything. Returns the byte after them.
+    char* write(char* to) const {
+        storeDigits(to, (leading | asciiZeros) >> 8 * leadingZeros);
+        to += 8 - leadingZeros;
+        if (groupCount == 2) [[unlikely]] {
+            to = writeGroup(to, others / tenTo8 % tenTo8);
+        }
+        if (groupCount != 0) [[unlikely]] {
+            to = writeGroup(to, others % tenTo8);
+        }
+        return to;
+    }
+
+private:
+    static char* writeGroup(char* to, std::uint64_t group) {
+        storeDigits(to, splitDigits(group) | asciiZeros);
+        return to + 8;
+    }
+
+    EightDigits leading = 0;
+    std::uint64_t others = 0;  // the value, where it has further digits
+    unsigned leadingZeros = 0;
+    unsigned groupCount = 0;
 };
-
-constexpr DigitPairs makeDigitPairs() {
-    DigitPairs pairs = {};
-    for (int i = 0; i < 100; ++i) {
-        pairs.text[2 * i] = static_cast<char>('0' + i / 10);
-        pairs.text[2 * i + 1] = static_cast<char>('0' + i % 10);
-    }
-    return pairs;
-}
-
-// "00", "01", ... "99", one after the other.
-inline constexpr DigitPairs digitPairs = makeDigitPairs();
-
-struct PowersOfTen {
-    std::uint64_t value[20];
-};
-
-constexpr PowersOfTen makePowersOfTen() {
-    PowersOfTen powers = {};
-    std::uint64_t power = 1;
-    for (std::uint64_t& value : powers.value) {
-        value = power;
-        power *= 10;
-    }
-    return powers;
-}
-
-// 10^0 to 10^19, all that fit in 64 bits.
-inline constexpr PowersOfTen powersOfTen = makePowersOfTen();
-
-// The number of decimal digits of the value; 1 for zero.
-constexpr unsigned countDigits(std::uint64_t value) {
-    // 1233/4096 is just above the logarithm of 2 to the base 10.
-    const auto bits = static_cast<unsigned>(64 - __builtin_clzll(value | 1));
-    const unsigned guess = bits * 1233 >> 12;
-    return guess + ((value | 1) >= powersOfTen.value[guess] ? 1U : 0U);
-}
-
-// Writes exactly `count` digits, the last ones of the value, with leading zeros.
-constexpr void writeDigits(char* to, std::uint64_t value, unsigned count) {
-    while (count >= 2) {
-        count -= 2;
-        const char* pair = digitPairs.text + 2 * (value % 100);
-        to[count] = pair[0];
-        to[count + 1] = pair[1];
-        value /= 100;
-    }
-    if (count == 1) {
-        to[0] = static_cast<char>('0' + value % 10);
-    }
-}
 
 // The absolute value; that of the least integer fits an unsigned one.
 constexpr std::uint64_t magnitudeOf(std::int64_t value) {

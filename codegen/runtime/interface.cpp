@@ -12,33 +12,66 @@ namespace krel {
 
 namespace {
 
-char* allocate(std::size_t length, const char* left = nullptr, const char* right = nullptr) {
-    char* text = stringHeap.allocate(length, left, right);
-    if (text == nullptr) [[unlikely]] {
-        endOutOfMemory();
+// Two ways to make a text. The quick way is for short ones and room that is at hand: so few
+// instructions that nothing has to be saved around them. Where it gives up, the thorough way is
+// gone from the start, which never does.
+
+const char* concatenateThoroughly(const char* left, const char* right);
+const char* integerToTextThoroughly(std::int64_t value);
+const char* doubleToTextThoroughly(double value);
+
+struct QuickWay {
+    static constexpr bool isQuick = true;
+
+    // Sets `text` to room for so many bytes; returns false when there is none.
+    static bool getRoom(std::size_t length, const char*, const char*, char*& text) {
+        return stringHeap.allocateShort(length, text);
     }
-    return text;
-}
+
+    static void copy(char* to, const char* from, std::size_t length) {
+        copyChunks(to, from, length);
+    }
+};
+
+struct ThoroughWay {
+    static constexpr bool isQuick = false;
+
+    static bool getRoom(std::size_t length, const char* left, const char* right, char*& text) {
+        text = stringHeap.allocate(length, left, right);
+        if (text == nullptr) [[unlikely]] {
+            endOutOfMemory();
+        }
+        return true;
+    }
+
+    static void copy(char* to, const char* from, std::size_t length) { copyText(to, from, length); }
+};
 
 // An operand of a concatenation.
-struct Operand {
+class Operand {
+public:
     explicit Operand(const char* bytes)
         : text(bytes),
           isLiteral(!stringHeap.owns(bytes)),
-          length(isLiteral ? textLength(bytes) : StringHeap::lengthOf(bytes)) {}
+          space(isLiteral ? textLength(bytes) : StringHeap::lengthOf(bytes)) {}
+
+    // Takes at most so many bytes when it is written.
+    std::size_t spaceNeeded() const { return space; }
 
     // Writes what the text stands for and returns the byte after it.
+    template <typename Way>
     char* write(char* to) const {
         if (isLiteral) {
-            return decode(text, to);
+            return decode(text, space, to);
         }
-        copyText(to, text, length);
-        return to + length;
+        Way::copy(to, text, space);
+        return to + space;
     }
 
+private:
     const char* text;
     bool isLiteral;
-    std::size_t length;  // of a literal as it stands: the upper limit of what is written
+    std::size_t space;
 };
 
 // The texts of all single characters, each with its NUL. None of them could be taken for an escape,
@@ -55,34 +88,76 @@ struct CharacterTexts {
 
 constexpr CharacterTexts characterTexts;
 
+template <typename Way>
+const char* concatenate(const char* left, const char* right) {
+    const Operand first(left);
+    if (Way::isQuick && first.spaceNeeded() > SizeClasses::smallLimit) [[unlikely]] {
+        return concatenateThoroughly(left, right);
+    }
+    const Operand second(right);
+    char* text;
+    if (!Way::getRoom(first.spaceNeeded() + second.spaceNeeded(), left, right, text)) [[unlikely]] {
+        return concatenateThoroughly(left, right);
+    }
+    char* middle = first.write<Way>(text);
+    return StringHeap::setEnd(text, second.write<Way>(middle));
+}
+
+template <typename Way>
+const char* integerToText(std::int64_t value) {
+    const std::uint64_t magnitude = magnitudeOf(value);
+    if (Way::isQuick && magnitude >= tenTo8) [[unlikely]] {
+        return integerToTextThoroughly(value);
+    }
+    const DecimalInteger digits(magnitude);
+    const unsigned sign = value < 0 ? 1 : 0;
+    char* text;
+    if (!Way::getRoom(sign + digits.length(), nullptr, nullptr, text)) [[unlikely]] {
+        return integerToTextThoroughly(value);
+    }
+    *text = '-';
+    return StringHeap::setEnd(text, digits.write(text + sign));
+}
+
+template <typename Way>
+const char* doubleToText(double value) {
+    char* text;
+    if (!Way::getRoom(longestDoubleText, nullptr, nullptr, text)) [[unlikely]] {
+        return doubleToTextThoroughly(value);
+    }
+    return StringHeap::setEnd(text, writeDouble(text, value));
+}
+
+[[gnu::noinline]] const char* concatenateThoroughly(const char* left, const char* right) {
+    return concatenate<ThoroughWay>(left, right);
+}
+
+[[gnu::noinline]] const char* integerToTextThoroughly(std::int64_t value) {
+    return integerToText<ThoroughWay>(value);
+}
+
+[[gnu::noinline]] const char* doubleToTextThoroughly(double value) {
+    return doubleToText<ThoroughWay>(value);
+}
+
 }  // namespace
 
 }  // namespace krel
 
 void krel_print(const char* text) {
     if (krel::stringHeap.owns(text)) {
-        krel::standardOutput.append(text, krel::StringHeap::lengthOf(text));
+        krel::standardOutput.print(text, krel::StringHeap::lengthOf(text));
     } else {
-        krel::standardOutput.appendLiteral(text);
+        krel::standardOutput.printLiteral(text);
     }
-    krel::standardOutput.endPrint();
 }
 
 const char* krel_concat(const char* left, const char* right) {
-    const krel::Operand first(left);
-    const krel::Operand second(right);
-    char* text = krel::allocate(first.length + second.length, left, right);
-    return krel::StringHeap::setEnd(text, second.write(first.write(text)));
+    return krel::concatenate<krel::QuickWay>(left, right);
 }
 
 const char* krel_inttostring(std::int64_t value) {
-    const std::uint64_t magnitude = krel::magnitudeOf(value);
-    const unsigned digits = krel::countDigits(magnitude);
-    const unsigned length = digits + (value < 0 ? 1 : 0);
-    char* text = krel::allocate(length);
-    text[0] = '-';
-    krel::writeDigits(text + (length - digits), magnitude, digits);
-    return krel::StringHeap::setEnd(text, text + length);
+    return krel::integerToText<krel::QuickWay>(value);
 }
 
 const char* krel_chartostring(std::uint64_t value) {
@@ -91,7 +166,4 @@ const char* krel_chartostring(std::uint64_t value) {
 
 const char* krel_booltostring(std::uint64_t value) { return value != 0 ? "true" : "false"; }
 
-const char* krel_doubletostring(double value) {
-    char* text = krel::allocate(krel::longestDoubleText);
-    return krel::StringHeap::setEnd(text, krel::writeDouble(text, value));
-}
+const char* krel_doubletostring(double value) { return krel::doubleToText<krel::QuickWay>(value); }

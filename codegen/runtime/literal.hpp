@@ -67,9 +67,15 @@ KREL_READS_FREELY inline bool decodePart(const char*& from, char*& to) {
     return true;
 }
 
-// Writes the text that the literal stands for, without a NUL, and returns the byte after it. It is
-// never longer than the literal. Up to 15 bytes beyond are written with anything.
-inline char* decode(const char* literal, char* to) {
+// Writes the text that a literal of `length` bytes stands for, without a NUL, and returns the byte
+// after it. It is never longer than the literal. Up to 15 bytes beyond its NUL are written with
+// anything.
+inline char* decode(const char* literal, std::size_t length, char* to) {
+    // The most frequent literal by far is a line feed and nothing else.
+    if (length == 2 && literal[0] == '\\' && literal[1] == 'n') {
+        *to = '\n';
+        return to + 1;
+    }
     while (decodePart(literal, to)) {
     }
     return to;

@@ -37,33 +37,35 @@ constinit Output standardOutput;
 
 void Output::open(int target) {
     descriptor = target;
-    writesAtOnce = system::isTerminal(target);
+    next = buffer;
+    limit = system::isTerminal(target) ? buffer : buffer + capacity;
 }
 
-void Output::appendLiteral(const char* literal) {
-    char* end = buffer + fill;
+void Output::printLiteral(const char* literal) {
+    char* const end = buffer + capacity - chunkSize;
     do {
-        fill = static_cast<std::size_t>(end - buffer);
-        if (capacity - fill < chunkSize) {
+        if (next > end) {
             flush();
-            end = buffer;
         }
-    } while (decodePart(literal, end));
-    fill = static_cast<std::size_t>(end - buffer);
+    } while (decodePart(literal, next));
+    if (limit == buffer) {
+        flush();
+    }
 }
 
 void Output::flush() {
-    writeAll(buffer, fill);
-    fill = 0;
+    const auto length = static_cast<std::size_t>(next - buffer);
+    next = buffer;
+    writeAll(buffer, length);
 }
 
-void Output::appendLarge(const char* text, std::size_t length) {
+void Output::printSlowly(const char* text, std::size_t length) {
     flush();
-    if (length > capacity) {
+    if (length <= static_cast<std::size_t>(limit - next)) {
+        print(text, length);
+    } else {
         writeAll(text, length);
-        return;
     }
-    append(text, length);
 }
 
 void Output::writeAll(const char* bytes, std::size_t length) {

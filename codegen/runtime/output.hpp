@@ -17,27 +17,21 @@ public:
     Output& operator=(const Output&) = delete;
 
     // Writes to the descriptor from now on, which stays the caller's; at once if it is a terminal.
+    // To be called before anything else.
     void open(int target);
 
-    // Appends `length` bytes as they are.
-    void append(const char* text, std::size_t length) {
-        if (length <= capacity - fill) [[likely]] {
-            copyText(buffer + fill, text, length);
-            fill += length;
+    // Prints `length` bytes as they are. Up to 16 bytes after them are read.
+    void print(const char* text, std::size_t length) {
+        if (length <= static_cast<std::size_t>(limit - next)) [[likely]] {
+            copyChunks(next, text, length);
+            next += length;
         } else {
-            appendLarge(text, length);
+            printSlowly(text, length);
         }
     }
 
-    // Appends the text that a literal stands for.
-    void appendLiteral(const char* literal);
-
-    // Ends one print statement: on a terminal its text is written now.
-    void endPrint() {
-        if (writesAtOnce) [[unlikely]] {
-            flush();
-        }
-    }
+    // Prints the text that a literal stands for.
+    void printLiteral(const char* literal);
 
     // Writes what is held back. The first failure is reported on standard error; from then on
     // everything is dropped, so that what was written is a beginning of the output without gaps.
@@ -47,15 +41,16 @@ public:
     bool hasFailed() const { return failed; }
 
 private:
-    void appendLarge(const char* text, std::size_t length);
+    void printSlowly(const char* text, std::size_t length);
     void writeAll(const char* bytes, std::size_t length);
     void fail(long error);
 
-    // All zero at the beginning: the object file then holds no copy of the buffer.
+    // All zero at the beginning: the object file then holds no copy of the buffer. Where nothing
+    // is held back the limit is the buffer's beginning, so that every print is a slow one.
+    char* next = nullptr;
+    char* limit = nullptr;
     int descriptor = 0;
-    bool writesAtOnce = false;
     bool failed = false;
-    std::size_t fill = 0;
     char buffer[capacity + chunkSize] = {};
 };
 

@@ -2,6 +2,7 @@
 // entry points stay the only symbols that others see.
 #include "codegen/runtime/addressRange.cpp"
 #include "codegen/runtime/blockTable.cpp"
+#include "codegen/runtime/bytes.cpp"
 #include "codegen/runtime/doubleText.cpp"
 #include "codegen/runtime/interface.cpp"
 #include "codegen/runtime/output.cpp"

@@ -16,12 +16,12 @@ inline constexpr std::size_t blockSize = std::size_t{1} << 16;
 inline constexpr std::size_t lengthFieldSize = sizeof(std::size_t);
 inline constexpr std::size_t cellSpace = blockSize - chunkSize;
 
-// Steps of eight bytes at first, then at most a quarter more than the size before; from 1 KB on the
-// sizes divide a block evenly.
+// Every multiple of eight at first, then at most a quarter more than the size before; from 1 KB on
+// the sizes divide a block evenly.
 inline constexpr std::uint32_t cellSizes[] = {
-    16,   24,   32,   40,   48,   56,   64,   80,   96,    112,   128,   160,   192,  224,
-    256,  320,  384,  448,  512,  640,  768,  896,  1024,  1168,  1360,  1632,  2032, 2336,
-    2720, 3264, 4080, 4672, 5456, 6544, 8176, 9344, 10912, 13104, 16368, 21840, 32752};
+    16,   24,   32,   40,   48,   56,   64,   72,   80,   88,   96,    104,   112,   120,   128,
+    160,  192,  224,  256,  320,  384,  448,  512,  640,  768,  896,   1024,  1168,  1360,  1632,
+    2032, 2336, 2720, 3264, 4080, 4672, 5456, 6544, 8176, 9344, 10912, 13104, 16368, 21840, 32752};
 inline constexpr unsigned sizeClassCount = sizeof cellSizes / sizeof cellSizes[0];
 inline constexpr std::size_t largestCell = cellSizes[sizeClassCount - 1];
 inline constexpr std::size_t smallestCell = cellSizes[0];
@@ -33,27 +33,24 @@ struct SizeClass {
     std::uint32_t reciprocal;
 };
 
-// Which class serves how many bytes: a table in fine steps for small sizes, one in coarse steps for
-// the others.
-struct SizeClasses {
-    static constexpr std::size_t fineStep = 8;
-    static constexpr std::size_t fineLimit = 1024;
-    static constexpr std::size_t coarseStep = 128;
-
-    SizeClass classes[sizeClassCount] = {};
-    std::uint8_t fine[fineLimit / fineStep + 1] = {};
-    std::uint8_t coarse[largestCell / coarseStep + 1] = {};
-
-    template <std::size_t Count>
-    constexpr void fill(std::uint8_t (&table)[Count], std::size_t step) {
-        std::uint8_t serving = 0;
-        for (std::size_t i = 0; i < Count; ++i) {
-            while (cellSizes[serving] < i * step) {
-                ++serving;
-            }
-            table[i] = serving;
+// Fills a table whose entry i is for i * step bytes.
+template <std::size_t Count>
+consteval void listServingClasses(std::uint8_t (&table)[Count], std::size_t step) {
+    std::uint8_t serving = 0;
+    for (std::size_t i = 0; i < Count; ++i) {
+        while (cellSizes[serving] < i * step) {
+            ++serving;
         }
+        table[i] = serving;
     }
+}
+
+// Which class serves how many bytes: computed for the smallest sizes, and for the others looked up
+// in a table with fine steps and one with coarse steps.
+class SizeClasses {
+public:
+    // Up to this size there is a class for every multiple of eight.
+    static constexpr std::size_t smallLimit = 128;
 
     consteval SizeClasses() {
         for (unsigned i = 0; i < sizeClassCount; ++i) {
@@ -61,24 +58,36 @@ struct SizeClasses {
             classes[i] = {size, static_cast<std::uint32_t>(cellSpace / size),
                           static_cast<std::uint32_t>((std::uint64_t{1} << 32) / size + 1)};
         }
-        fill(fine, fineStep);
-        fill(coarse, coarseStep);
+        listServingClasses(fine, fineStep);
+        listServingClasses(coarse, coarseStep);
     }
 
-    // The class of the smallest cell of at least `bytes` bytes; bytes <= fineLimit.
-    constexpr unsigned ofSmall(std::size_t bytes) const {
-        return fine[(bytes + fineStep - 1) / fineStep];
+    constexpr const SizeClass& operator[](unsigned sizeClass) const { return classes[sizeClass]; }
+
+    // The class of the smallest cell of at least `bytes` bytes; smallestCell < bytes + 8, and
+    // bytes <= smallLimit.
+    static constexpr std::size_t ofSmall(std::size_t bytes) {
+        return (bytes + fineStep - 1) / fineStep - smallestCell / fineStep;
     }
 
-    // The same for any size that a coarse step leaves below the largest cell; one of the last step
-    // gets the largest.
+    // The same for all sizes up to the largest cell's. Not always the smallest cell: within a
+    // coarse step all sizes are served alike.
     constexpr unsigned of(std::size_t bytes) const {
         if (bytes <= fineLimit) {
-            return ofSmall(bytes);
+            return fine[(bytes + fineStep - 1) / fineStep];
         }
         const std::size_t step = (bytes + coarseStep - 1) / coarseStep;
         return step < sizeof coarse ? coarse[step] : sizeClassCount - 1;
     }
+
+private:
+    static constexpr std::size_t fineLimit = 1024;
+    static constexpr std::size_t fineStep = 8;
+    static constexpr std::size_t coarseStep = 128;
+
+    SizeClass classes[sizeClassCount] = {};
+    std::uint8_t fine[fineLimit / fineStep + 1] = {};
+    std::uint8_t coarse[largestCell / coarseStep + 1] = {};
 };
 
 inline constexpr SizeClasses sizeClasses;

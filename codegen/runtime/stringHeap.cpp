@@ -27,7 +27,8 @@ struct SavedRegisters {
     }
 };
 
-constexpr std::size_t smaller(std::size_t one, std::size_t other) {
+template <typename Number>
+constexpr Number smaller(Number one, Number other) {
     return one < other ? one : other;
 }
 
@@ -51,7 +52,7 @@ std::uint32_t findCell(const BlockMarks& marks, std::uint32_t cell, std::uint32_
 }
 
 std::size_t usedMarkWords(const Block& block) {
-    return (sizeClasses.classes[block.sizeClass].cellCount + markWordBits - 1) / markWordBits;
+    return (sizeClasses[block.sizeClass].cellCount + markWordBits - 1) / markWordBits;
 }
 
 }  // namespace
@@ -62,6 +63,7 @@ void StringHeap::open(std::uintptr_t endOfStack) {
     blocks.open(mostBlocks);
     stackEnd = endOfStack;
     budget = bytesBeforeFirstCollection;
+    activeClasses = (std::uint64_t{1} << sizeClassCount) - 1;
     resetRuns();
 }
 
@@ -78,89 +80,96 @@ void StringHeap::open(std::uintptr_t endOfStack) {
         collectFromStack();
     }
     const std::size_t bytes = lengthFieldSize + length + 1;
-    const std::uintptr_t text = bytes <= largestCell ? allocateCell(bytes) : allocateBlocks(length);
+    char* text = bytes <= largestCell ? allocateCell(bytes) : allocateBlocks(length);
     pinned[0] = pinned[1] = 0;
-    return reinterpret_cast<char*>(text);
+    return text;
 }
 
-std::uintptr_t StringHeap::allocateCell(std::size_t bytes) {
+char* StringHeap::allocateCell(std::size_t bytes) {
     const unsigned sizeClass = sizeClasses.of(bytes);
     Run& run = runs[sizeClass];
-    if (run.next == run.end && !refill(run, sizeClass)) {
-        return 0;
+    if (run.next == run.end && !refill(sizeClass)) {
+        return nullptr;
     }
     const std::uintptr_t cell = run.next;
-    run.next += run.cellSize;
-    return cell + lengthFieldSize;
+    run.next += sizeClasses[sizeClass].cellSize;
+    return reinterpret_cast<char*>(cell + lengthFieldSize);
 }
 
-bool StringHeap::refill(Run& run, unsigned sizeClass) {
-    if (findRun(run)) {
-        return true;
-    }
+bool StringHeap::refill(unsigned sizeClass) {
+    endRun(sizeClass);
     if (isCollectionDue()) {
         collectFromStack();
-        if (findRun(run)) {
-            return true;
-        }
     }
-    if (takeBlock(run, sizeClass)) {
+    if (findRun(sizeClass) || takeBlock(sizeClass)) {
         return true;
     }
     collectFromStack();
-    return findRun(run) || takeBlock(run, sizeClass);
+    return findRun(sizeClass) || takeBlock(sizeClass);
 }
 
-// Goes on to the next free cells of the run's block, or of the blocks on its list.
-bool StringHeap::findRun(Run& run) {
-    handedOutBefore += run.next - run.begin;
-    run.begin = run.end = run.next;
-    for (;;) {
-        if (run.block != noBlock) {
-            const std::uint32_t count = sizeClasses.classes[blocks[run.block].sizeClass].cellCount;
-            const BlockMarks& marks = blocks.marksOf(run.block);
-            while (run.searchFrom < count) {
-                const std::uint32_t first = findCell(marks, run.searchFrom, count, false);
-                const std::uint32_t next = findCell(marks, first, count, true);
-                run.searchFrom = next;
-                // The cell before a live one is not used: writes may go beyond a cell's end.
-                const std::uint32_t last = next < count && next > first ? next - 1 : next;
-                if (first < last) {
-                    setRun(run, first, last);
-                    return true;
-                }
-            }
-        }
-        if (run.firstPartial == noBlock) {
-            run.block = noBlock;
+void StringHeap::endRun(unsigned sizeClass) {
+    Run& run = runs[sizeClass];
+    Supply& supply = supplies[sizeClass];
+    handedOutBefore += run.next - supply.runBegin;
+    supply.runBegin = run.end = run.next;
+}
+
+// Goes on to the next free cells of the block in use, or of the blocks on the list.
+bool StringHeap::findRun(unsigned sizeClass) {
+    Supply& supply = supplies[sizeClass];
+    while (!findRunInBlock(sizeClass)) {
+        supply.block = supply.firstPartial;
+        if (supply.block == noBlock) {
             return false;
         }
-        run.block = run.firstPartial;
-        run.firstPartial = blocks[run.block].nextPartial;
-        run.searchFrom = 0;
+        supply.firstPartial = blocks[supply.block].nextPartial;
+        supply.searchFrom = 0;
     }
+    return true;
 }
 
-bool StringHeap::takeBlock(Run& run, unsigned sizeClass) {
+bool StringHeap::findRunInBlock(unsigned sizeClass) {
+    Supply& supply = supplies[sizeClass];
+    if (supply.block == noBlock) {
+        return false;
+    }
+    const auto [cellSize, count, reciprocal] = sizeClasses[sizeClass];
+    // Runs are kept short: at the end of each one it is time to think of a collection.
+    const std::uint32_t longest = 1 + static_cast<std::uint32_t>(smallestBudget / 2) / cellSize;
+    const BlockMarks& marks = blocks.marksOf(supply.block);
+    while (supply.searchFrom < count) {
+        const std::uint32_t first = findCell(marks, supply.searchFrom, count, false);
+        const std::uint32_t limit = smaller(count, first + longest);
+        const std::uint32_t next = findCell(marks, first, limit, true);
+        supply.searchFrom = next;
+        // The cell before a live one stays unused: writes may go beyond a cell's end.
+        const bool isLiveNext = next < count && isMarked(marks, next);
+        const std::uint32_t end = next - (isLiveNext && first < next ? 1 : 0);
+        if (first < end) {
+            const std::uintptr_t block = blocks.addressOf(supply.block);
+            runs[sizeClass] = {block + first * cellSize, block + end * cellSize};
+            supply.runBegin = runs[sizeClass].next;
+            activeClasses |= std::uint64_t{1} << sizeClass;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool StringHeap::takeBlock(unsigned sizeClass) {
     const BlockNumber number = blocks.take(1, BlockUse::cells);
     if (number == noBlock) {
         return false;
     }
     blocks[number].sizeClass = static_cast<std::uint8_t>(sizeClass);
-    const std::uint32_t count = sizeClasses.classes[sizeClass].cellCount;
-    run.block = number;
-    run.searchFrom = count;
-    setRun(run, 0, count);
-    return true;
+    clearMarks(number);
+    supplies[sizeClass].block = number;
+    supplies[sizeClass].searchFrom = 0;
+    return findRunInBlock(sizeClass);
 }
 
-void StringHeap::setRun(Run& run, std::uint32_t firstCell, std::uint32_t endCell) {
-    const std::uintptr_t block = blocks.addressOf(run.block);
-    run.begin = run.next = block + firstCell * run.cellSize;
-    run.end = block + endCell * run.cellSize;
-}
-
-std::uintptr_t StringHeap::allocateBlocks(std::size_t length) {
+char* StringHeap::allocateBlocks(std::size_t length) {
     const std::size_t bytes = singleTextOffset + length + 1 + chunkSize;
     const auto span = static_cast<std::uint32_t>((bytes + blockSize - 1) / blockSize);
     if (isCollectionDue()) {
@@ -172,22 +181,21 @@ std::uintptr_t StringHeap::allocateBlocks(std::size_t length) {
         number = blocks.take(span, BlockUse::single);
     }
     if (number == noBlock) {
-        return 0;
+        return nullptr;
     }
     handedOutBefore += span * blockSize;
-    return blocks.addressOf(number) + singleTextOffset;
+    return reinterpret_cast<char*>(blocks.addressOf(number) + singleTextOffset);
 }
 
 // ---- Collection ----
 
-bool StringHeap::isCollectionDue() const { return bytesHandedOut() >= budget; }
-
-std::size_t StringHeap::bytesHandedOut() const {
-    std::size_t bytes = handedOutBefore;
-    for (const Run& run : runs) {
-        bytes += run.next - run.begin;
+bool StringHeap::isCollectionDue() const {
+    std::size_t handedOut = handedOutBefore;
+    for (std::uint64_t classes = activeClasses; classes != 0; classes &= classes - 1) {
+        const int sizeClass = __builtin_ctzll(classes);
+        handedOut += runs[sizeClass].next - supplies[sizeClass].runBegin;
     }
-    return bytes;
+    return handedOut >= budget;
 }
 
 // Everything that the program holds lies above this frame, or in a register that its callers
@@ -224,14 +232,18 @@ KREL_READS_FREELY void StringHeap::collect(const std::uintptr_t* first,
 
 void StringHeap::clearMarks() {
     for (BlockNumber number = 0; number < blocks.end(); number += blocks[number].span) {
-        Block& block = blocks[number];
-        block.marked = false;
-        if (block.use == BlockUse::cells) {
-            BlockMarks& marks = blocks.marksOf(number);
-            for (std::size_t i = 0; i < usedMarkWords(block); ++i) {
-                marks.words[i] = 0;
-            }
+        blocks[number].marked = false;
+        if (blocks[number].use == BlockUse::cells) {
+            clearMarks(number);
         }
+    }
+}
+
+void StringHeap::clearMarks(BlockNumber number) {
+    const std::size_t count = usedMarkWords(blocks[number]);
+    BlockMarks& marks = blocks.marksOf(number);
+    for (std::size_t i = 0; i < count; ++i) {
+        marks.words[i] = 0;
     }
 }
 
@@ -247,7 +259,7 @@ void StringHeap::mark(std::uintptr_t word) {
     if (block.use == BlockUse::single) {
         block.marked |= offset == singleTextOffset;
     } else if (block.use == BlockUse::cells && offset >= lengthFieldSize) {
-        const SizeClass& sizeClass = sizeClasses.classes[block.sizeClass];
+        const SizeClass& sizeClass = sizeClasses[block.sizeClass];
         const std::size_t cellOffset = offset - lengthFieldSize;
         const auto cell = static_cast<std::uint32_t>(cellOffset * sizeClass.reciprocal >> 32);
         if (cell * sizeClass.cellSize == cellOffset && cell < sizeClass.cellCount) {
@@ -258,8 +270,10 @@ void StringHeap::mark(std::uintptr_t word) {
 }
 
 void StringHeap::resetRuns() {
-    for (unsigned i = 0; i < sizeClassCount; ++i) {
-        runs[i] = {0, 0, 0, sizeClasses.classes[i].cellSize, noBlock, 0, noBlock, noBlock};
+    for (; activeClasses != 0; activeClasses &= activeClasses - 1) {
+        const int sizeClass = __builtin_ctzll(activeClasses);
+        runs[sizeClass] = {0, 0};
+        supplies[sizeClass] = {0, noBlock, 0, noBlock, noBlock};
     }
     handedOutBefore = 0;
 }
@@ -319,13 +333,14 @@ StringHeap::Census StringHeap::sweep() {
 void StringHeap::addPartial(BlockNumber number) {
     Block& block = blocks[number];
     block.nextPartial = noBlock;
-    Run& run = runs[block.sizeClass];
-    if (run.firstPartial == noBlock) {
-        run.firstPartial = number;
+    Supply& supply = supplies[block.sizeClass];
+    if (supply.firstPartial == noBlock) {
+        supply.firstPartial = number;
     } else {
-        blocks[run.lastPartial].nextPartial = number;
+        blocks[supply.lastPartial].nextPartial = number;
     }
-    run.lastPartial = number;
+    supply.lastPartial = number;
+    activeClasses |= std::uint64_t{1} << block.sizeClass;
 }
 
 // Gives the memory of free blocks back to the system, as far as there are more of them than will
@@ -340,7 +355,8 @@ void StringHeap::releaseExcess(const Census& census) {
         if (block.use != BlockUse::free) {
             continue;
         }
-        const auto keptHere = static_cast<std::uint32_t>(smaller(kept, block.resident));
+        const auto keptHere =
+            static_cast<std::uint32_t>(smaller<std::size_t>(kept, block.resident));
         kept -= keptHere;
         if (keptHere != block.resident) {
             releaseMemory(blocks.addressOf(number + keptHere),
@@ -363,7 +379,7 @@ void StringHeap::overwriteDead(BlockNumber number) {
     if (block.use != BlockUse::cells) {
         return;
     }
-    const SizeClass& sizeClass = sizeClasses.classes[block.sizeClass];
+    const SizeClass& sizeClass = sizeClasses[block.sizeClass];
     for (std::uint32_t cell = 0; cell < sizeClass.cellCount; ++cell) {
         char* bytes = reinterpret_cast<char*>(blocks.addressOf(number) + cell * sizeClass.cellSize);
         if (isMarked(blocks.marksOf(number), cell) ||

@@ -23,8 +23,9 @@ namespace krel {
 
 class StringHeap {
 public:
-    // At least so much is handed out between two collections; it fits a second-level cache.
-    static constexpr std::size_t smallestBudget = std::size_t{1} << 18;
+    // At least so much is handed out between two collections: little enough that the memory that is
+    // used over and over stays in the processor's second cache.
+    static constexpr std::size_t smallestBudget = std::size_t{1} << 17;
 
     // Nothing is collected before this many bytes have been handed out.
     static constexpr std::size_t bytesBeforeFirstCollection = std::size_t{4} << 20;
@@ -45,17 +46,28 @@ public:
     // no string before setEnd; up to 15 bytes beyond the room for the NUL may be written with
     // anything. Every string whose address is not on the stack may be taken back before,
     // except `left` and `right`, which may also be addresses of anything else.
-    char* allocate(std::size_t length, const char* left = nullptr, const char* right = nullptr) {
-        constexpr std::size_t overhead = lengthFieldSize + 1;
-        if (length <= SizeClasses::fineLimit - overhead && !KREL_COLLECT_ALWAYS) [[likely]] {
-            Run& run = runs[sizeClasses.ofSmall(length + overhead)];
-            const std::uintptr_t cell = run.next;
-            if (cell != run.end) [[likely]] {
-                run.next = cell + run.cellSize;
-                return reinterpret_cast<char*>(cell + lengthFieldSize);
+    [[nodiscard]] char* allocate(std::size_t length, const char* left = nullptr,
+                                 const char* right = nullptr) {
+        const std::size_t bytes = lengthFieldSize + length + 1;
+        char* text;
+        if (bytes <= largestCell) {
+            const unsigned sizeClass = sizeClasses.of(bytes);
+            if (takeCell(runs[sizeClass], sizeClasses[sizeClass].cellSize, text)) [[likely]] {
+                return text;
             }
         }
         return allocateSlowly(length, left, right);
+    }
+
+    // Sets `text` to the same kind of room if the text is short and a free cell is at hand, or else
+    // returns false. Nothing is ever taken back for it.
+    [[nodiscard]] bool allocateShort(std::size_t length, char*& text) {
+        const std::size_t bytes = lengthFieldSize + length + 1;
+        if (bytes > SizeClasses::smallLimit) [[unlikely]] {
+            return false;
+        }
+        const std::size_t sizeClass = SizeClasses::ofSmall(bytes);
+        return takeCell(runs[sizeClass], smallestCell + sizeClass * 8, text);
     }
 
     // Whether the text is one that this heap handed out.
@@ -90,11 +102,13 @@ private:
     struct Run {
         std::uintptr_t next;
         std::uintptr_t end;
-        std::uintptr_t begin;
-        std::size_t cellSize;
-        // The block that the run is part of, and the cell at which the search for another begins.
-        BlockNumber block;
-        std::uint32_t searchFrom;
+    };
+
+    // Where a size class gets its runs.
+    struct Supply {
+        std::uintptr_t runBegin;   // of the run in use
+        BlockNumber block;         // the run in use is part of it
+        std::uint32_t searchFrom;  // the cell of the block where the next search begins
         // A list of further blocks that may have free cells, in order.
         BlockNumber firstPartial;
         BlockNumber lastPartial;
@@ -107,16 +121,27 @@ private:
         std::size_t residentFreeBlocks;  // free blocks with memory behind them
     };
 
+    static bool takeCell(Run& run, std::size_t cellSize, char*& text) {
+        const std::uintptr_t cell = run.next;
+        if (cell == run.end || KREL_COLLECT_ALWAYS) [[unlikely]] {
+            return false;
+        }
+        run.next = cell + cellSize;
+        text = reinterpret_cast<char*>(cell + lengthFieldSize);
+        return true;
+    }
+
     char* allocateSlowly(std::size_t length, const char* left, const char* right);
-    std::uintptr_t allocateCell(std::size_t bytes);
-    std::uintptr_t allocateBlocks(std::size_t length);
-    bool refill(Run& run, unsigned sizeClass);
-    bool findRun(Run& run);
-    bool takeBlock(Run& run, unsigned sizeClass);
-    void setRun(Run& run, std::uint32_t firstCell, std::uint32_t endCell);
+    char* allocateCell(std::size_t bytes);
+    char* allocateBlocks(std::size_t length);
+    bool refill(unsigned sizeClass);
+    void endRun(unsigned sizeClass);
+    bool findRun(unsigned sizeClass);
+    bool findRunInBlock(unsigned sizeClass);
+    bool takeBlock(unsigned sizeClass);
+    void clearMarks(BlockNumber number);
 
     bool isCollectionDue() const;
-    std::size_t bytesHandedOut() const;
     void collectFromStack();
     void clearMarks();
     void mark(std::uintptr_t word);
@@ -127,11 +152,15 @@ private:
     void releaseExcess(const Census& census);
     void overwriteDead(BlockNumber number);
 
+    static_assert(sizeClassCount <= 64);
+
     BlockTable blocks;
     Run runs[sizeClassCount] = {};
+    Supply supplies[sizeClassCount] = {};
     std::uintptr_t stackEnd = 0;
     std::uintptr_t pinned[2] = {};    // the operands of the allocation in progress
-    std::size_t handedOutBefore = 0;  // since the last collection, without the current runs
+    std::uint64_t activeClasses = 0;  // one bit for each size class with a run or blocks to use
+    std::size_t handedOutBefore = 0;  // since the last collection, without the runs in use
     std::size_t budget = 0;           // so much may be handed out before the next collection
     std::size_t collectionCount = 0;
 };

@@ -173,4 +173,9 @@ TEST(IRFormsTest, LinesOfManyOperatorsAndBracketsAreRecognised) {
     EXPECT_EQ(recognise("x = " + operators + "= ").form, IRForm::BinaryOperation);
     EXPECT_EQ(recognise("x[" + brackets + "= y").groups[1], "y");
     EXPECT_EQ(recognise("x[" + brackets).form, IRForm::None);
+    // A line break that no group may hold makes every operator and bracket a candidate in vain.
+    EXPECT_EQ(recognise("x = " + operators + "b\nc").form, IRForm::None);
+    EXPECT_EQ(recognise("x = a\nb " + operators + "c").form, IRForm::None);
+    EXPECT_EQ(recognise("x[" + brackets + "= y\nz").form, IRForm::None);
+    EXPECT_EQ(recognise("x[\n" + brackets + "= y").form, IRForm::None);
 }

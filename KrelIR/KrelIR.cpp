@@ -3,7 +3,6 @@
 
 #include "KrelIR/KrelIR.hpp"
 
-#include "KrelIR/text.hpp"
 #include "shared/ast/node.hpp"
 #include "shared/error/internalError.hpp"
 
@@ -65,6 +64,7 @@ void KrelIR::visitBlock(Node* node) {
         if (list->kindName() == NodeKind::StatementList) {
             for (Node* statement : list->getChildren()) {
                 visitStatement(statement);
+                texts.release();
             }
         }
     }
@@ -125,7 +125,8 @@ void KrelIR::visitDeclaration(Node* node) {
     Node* list = childOf(declared, 1);
     const std::string& name = declared->getStringValue();
     for (std::size_t index = 0; index < list->getChildren().size(); ++index) {
-        assign(concat(name, "[", std::to_string(index), "]"), childOf(list, index));
+        assign(keep(name, "[", std::to_string(index), "]"), childOf(list, index));
+        texts.release();
     }
 }
 
@@ -136,14 +137,14 @@ void KrelIR::visitExpressionStatement(Node* node) {
 }
 
 void KrelIR::visitAssignment(Node* node) {
-    const std::string target = lvalue(childOf(node, 0));
+    const Value target = lvalue(childOf(node, 0));
     assign(target, childOf(node, 1));
 }
 
 void KrelIR::visitCompoundAssignment(Node* node) {
-    const std::string target = lvalue(childOf(node, 0));
-    const std::string value = expression(childOf(node, 1));
-    const std::string result = newTemporary();
+    const Value target = lvalue(childOf(node, 0));
+    const Value value = expression(childOf(node, 1));
+    const Value result = newTemporary();
     const std::string_view op = std::string_view{node->getStringValue()}.substr(0, 1);
     emit(result, " = ", target, " ", op, " ", value);
     emit(target, " = ", result);
@@ -151,8 +152,8 @@ void KrelIR::visitCompoundAssignment(Node* node) {
 
 // As statements the four kinds lower alike, with one temporary.
 void KrelIR::visitUpdate(Node* node) {
-    const std::string target = lvalue(childOf(node, 0));
-    const std::string result = newTemporary();
+    const Value target = lvalue(childOf(node, 0));
+    const Value result = newTemporary();
     emit(result, " = ", target, " ", updateOperator(node->getKind()), " 1");
     emit(target, " = ", result);
 }
@@ -163,15 +164,15 @@ void KrelIR::visitCall(Node* node) {
 
 // One print makes one call, of all its arguments joined from left to right.
 void KrelIR::visitPrintStatement(Node* node) {
-    std::vector<std::string> values;
+    std::vector<Value> values;
     if (node->hasChildren()) {
         for (Node* argument : childOf(node, 0)->getChildren()) {
             values.push_back(expression(argument));
         }
     }
-    std::string joined = values.empty() ? "\"\"" : values.front();
+    Value joined = values.empty() ? "\"\"" : values.front();
     for (std::size_t index = 1; index < values.size(); ++index) {
-        const std::string longer = newTemporary();
+        const Value longer = newTemporary();
         emit(longer, " = ", joined, " + ", values[index]);
         joined = longer;
     }
@@ -191,9 +192,9 @@ void KrelIR::visitReturnStatement(Node* node) {
         return;
     }
     Node* value = childOf(node, 0);
-    std::string result = expression(value);
+    Value result = expression(value);
     if (value->kindName() == NodeKind::Identifier || value->kindName() == NodeKind::ArrayAccess) {
-        const std::string copy = newTemporary();
+        const Value copy = newTemporary();
         emit(copy, " = ", result);
         result = copy;
     }
@@ -315,7 +316,7 @@ void KrelIR::emitJump(int block) {
 }
 
 void KrelIR::emitBranchUnless(Node* condition, int block) {
-    const std::string negated = negatedCondition(condition);
+    const Value negated = negatedCondition(condition);
     emit("if ", negated, " goto B", std::to_string(block));
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -8,6 +10,7 @@
 
 #include "shared/ast/name.hpp"
 #include "shared/krelir-cfg/ir-program.hpp"
+#include "shared/krelir-cfg/textParts.hpp"
 
 class Node;
 
@@ -28,7 +31,10 @@ public:
 
 private:
     using Statement = void (KrelIR::*)(Node*);
-    using Expression = std::string (KrelIR::*)(Node*);
+    /// The text of a value: that of a name of the tree, or one of `texts`. Good until the
+    /// statement has been lowered.
+    using Value = std::string_view;
+    using Expression = Value (KrelIR::*)(Node*);
 
     /// The blocks that `continue` and `break` jump to.
     using Loop = std::pair<int, int>;
@@ -63,23 +69,23 @@ private:
     void visitBreakStatement(Node* node);
     void visitContinueStatement(Node* node);
 
-    std::string expression(Node* node);
-    std::string binaryOp(Node* node, const std::string& left);
-    std::string unaryOp(Node* node, const std::string& operand);
-    std::string conversion(Node* node);
-    std::string identifier(Node* node);
-    std::string parenthesized(Node* node);
-    std::string assignmentValue(Node* node);
-    std::string updateValue(Node* node);
-    std::string unresolvedCast(Node* node);
-    std::string call(Node* node);
-    std::string lvalue(Node* node);
-    std::string literal(Node* node);
-    void assign(const std::string& target, Node* value);
-    std::string negatedCondition(Node* node);
+    Value expression(Node* node);
+    Value binaryOp(Node* node, Value left);
+    Value unaryOp(Node* node, Value operand);
+    Value conversion(Node* node);
+    Value identifier(Node* node);
+    Value parenthesized(Node* node);
+    Value assignmentValue(Node* node);
+    Value updateValue(Node* node);
+    Value unresolvedCast(Node* node);
+    Value call(Node* node);
+    Value lvalue(Node* node);
+    Value literal(Node* node);
+    void assign(Value target, Node* value);
+    Value negatedCondition(Node* node);
 
     int newBlock() { return ++blockCounter; }
-    std::string newTemporary();
+    Value newTemporary();
     void emitLabel(int number);
     /// Appends an instruction to the current block; its text is that of all the parts.
     template <typename... Parts>
@@ -96,10 +102,23 @@ private:
     static Node* childOf(const Node* node, std::size_t index);
     static bool endsInReturn(Node* block);
     static bool isLiteral(Node* node);
-    static std::string quote(std::string_view text, char quotationMark);
+    Value quote(std::string_view text, char quotationMark);
+    /// The parts as one text among `texts`.
+    template <typename... Parts>
+    Value keep(const Parts&... parts) {
+        const std::size_t size = (partSize(parts) + ...);
+        char* const text = textOf(size);
+        char* at = text;
+        ((at = writePart(at, parts)), ...);
+        return {text, size};
+    }
+    char* textOf(std::size_t size) { return static_cast<char*>(texts.allocate(size, 1)); }
     static std::string_view updateOperator(std::string_view kind);
 
     IRProgram program;
+    // What statements need of texts beside those of the tree; all of them end with the statement.
+    std::array<char, 1024> firstTexts;
+    std::pmr::monotonic_buffer_resource texts{firstTexts.data(), firstTexts.size()};
     // Both point into `program` and are set anew at every function and block that is added, which
     // may move the ones before it. Null outside a function, and before its first block.
     IRFunction* currentFunction = nullptr;

@@ -2,12 +2,12 @@
 // the value in later instructions, and emits the instructions that compute it. Temporaries are
 // numbered in the order in which they are taken; that order is part of the output.
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <vector>
 
 #include "KrelIR/KrelIR.hpp"
-#include "KrelIR/text.hpp"
 #include "shared/ast/node.hpp"
 #include "shared/error/internalError.hpp"
 
@@ -22,6 +22,21 @@ Name inverseComparison(Name op) {
         {Operator::Greater, Operator::LessEqual}, {Operator::GreaterEqual, Operator::Less},
     };
     return inverses.find(op);
+}
+
+/// The letter that stands behind a backslash for a character that cannot stand in a line; NUL for
+/// all others.
+char escapeLetter(char character) {
+    switch (character) {
+        case '\n':
+            return 'n';
+        case '\r':
+            return 'r';
+        case '\t':
+            return 't';
+        default:
+            return '\0';
+    }
 }
 
 bool isOperation(const Node& node) {
@@ -61,7 +76,7 @@ KrelIR::Expression KrelIR::expressionOf(Name kind) {
 
 // Operators associate to the left, so a chain of a million of them is a million levels deep on its
 // left side. That side is walked down and up again here; only right operands recurse.
-std::string KrelIR::expression(Node* node) {
+KrelIR::Value KrelIR::expression(Node* node) {
     const std::size_t bottom = operations.size();
     while (isOperation(*node)) {
         operations.push_back(node);
@@ -71,7 +86,7 @@ std::string KrelIR::expression(Node* node) {
     if (lower == nullptr) {
         internalError("Unsupported expression node: " + node->getKind());
     }
-    std::string value = (this->*lower)(node);
+    Value value = (this->*lower)(node);
     while (operations.size() > bottom) {
         Node* operation = operations.back();
         operations.pop_back();
@@ -83,113 +98,113 @@ std::string KrelIR::expression(Node* node) {
 
 /// The operation on its left operand's value. Both operands are always evaluated, those of "&&" and
 /// "||" too.
-std::string KrelIR::binaryOp(Node* node, const std::string& left) {
-    const std::string right = expression(childOf(node, 1));
-    std::string result = newTemporary();
+KrelIR::Value KrelIR::binaryOp(Node* node, Value left) {
+    const Value right = expression(childOf(node, 1));
+    const Value result = newTemporary();
     emit(result, " = ", left, " ", node->getStringValue(), " ", right);
     return result;
 }
 
-std::string KrelIR::unaryOp(Node* node, const std::string& operand) {
-    std::string result = newTemporary();
+KrelIR::Value KrelIR::unaryOp(Node* node, Value operand) {
+    const Value result = newTemporary();
     emit(result, " = ", node->getStringValue(), " ", operand);
     return result;
 }
 
-std::string KrelIR::conversion(Node* node) {
-    const std::string operand = expression(childOf(node, 0));
-    std::string result = newTemporary();
+KrelIR::Value KrelIR::conversion(Node* node) {
+    const Value operand = expression(childOf(node, 0));
+    const Value result = newTemporary();
     emit(result, " = ", node->getKind(), " ", operand);
     return result;
 }
 
-std::string KrelIR::identifier(Node* node) {
+KrelIR::Value KrelIR::identifier(Node* node) {
     return node->getStringValue();
 }
 
-std::string KrelIR::parenthesized(Node* node) {
+KrelIR::Value KrelIR::parenthesized(Node* node) {
     return expression(childOf(node, 0));
 }
 
-std::string KrelIR::assignmentValue(Node* node) {
+KrelIR::Value KrelIR::assignmentValue(Node* node) {
     visitStatement(node);
     return lvalue(childOf(node, 0));
 }
 
-std::string KrelIR::updateValue(Node* node) {
+KrelIR::Value KrelIR::updateValue(Node* node) {
     const std::string& kind = node->getKind();
-    const std::string place = lvalue(childOf(node, 0));
-    const std::string before = newTemporary();
+    const Value place = lvalue(childOf(node, 0));
+    const Value before = newTemporary();
     emit(before, " = ", place);
-    const std::string after = newTemporary();
+    const Value after = newTemporary();
     emit(after, " = ", place, " ", updateOperator(kind), " 1");
     emit(place, " = ", after);
     return kind.starts_with("Post") ? before : after;
 }
 
-std::string KrelIR::unresolvedCast(Node* /*node*/) {
+KrelIR::Value KrelIR::unresolvedCast(Node* /*node*/) {
     internalError("CastExpression should have been resolved during semantic analysis.");
 }
 
 // All arguments are computed before the first is passed. A call that the analyser did not type has
 // a result, even if the function has none.
-std::string KrelIR::call(Node* node) {
+KrelIR::Value KrelIR::call(Node* node) {
     const NodeList& children = node->getChildren();
     if (children.empty()) {
         internalError("CallStatement node has no callee.");
     }
-    std::vector<std::string> values;
+    std::vector<Value> values;
     if (children.size() > 1) {
         for (Node* argument : children[1]->getChildren()) {
             values.push_back(expression(argument));
         }
     }
-    for (const std::string& value : values) {
+    for (const Value value : values) {
         emit("arg ", value);
     }
-    const std::string callee = lvalue(children[0]);
+    const Value callee = lvalue(children[0]);
     const std::string count = std::to_string(values.size());
     if (node->semanticTypeName() == TypeName::Void) {
         emit("call ", callee, ", ", count);
         return {};
     }
-    std::string result = newTemporary();
+    const Value result = newTemporary();
     emit(result, " = call ", callee, ", ", count);
     return result;
 }
 
 // The index is lowered before the array's name.
-std::string KrelIR::lvalue(Node* node) {
+KrelIR::Value KrelIR::lvalue(Node* node) {
     if (node->kindName() == NodeKind::Identifier) {
         return node->getStringValue();
     }
     if (node->kindName() != NodeKind::ArrayAccess) {
         internalError("Unsupported lvalue node: " + node->getKind());
     }
-    const std::string index = expression(childOf(node, 1));
-    const std::string array = expression(childOf(node, 0));
-    return concat(array, "[", index, "]");
+    const Value index = expression(childOf(node, 1));
+    const Value array = expression(childOf(node, 0));
+    return keep(array, "[", index, "]");
 }
 
 // A variable or element is never copied straight into another: the copy passes through a temporary,
 // which is taken before those of the source's index.
-void KrelIR::assign(const std::string& target, Node* value) {
+void KrelIR::assign(Value target, Node* value) {
     if (isLiteral(value)) {
         emit(target, " = ", literal(value));
     } else if (value->kindName() == NodeKind::Identifier ||
                value->kindName() == NodeKind::ArrayAccess) {
-        const std::string copy = newTemporary();
-        const std::string source = lvalue(value);
+        const Value copy = newTemporary();
+        const Value source = lvalue(value);
         emit(copy, " = ", source);
         emit(target, " = ", copy);
     } else {
-        const std::string result = expression(value);
+        const Value result = expression(value);
         emit(target, " = ", result);
     }
 }
 
 // In the last case the result's temporary is taken before the operand is lowered (kept).
-std::string KrelIR::negatedCondition(Node* node) {
+KrelIR::Value KrelIR::negatedCondition(Node* node) {
     while (node->kindName() == NodeKind::ParenthesizedExpression) {
         node = childOf(node, 0);
     }
@@ -198,62 +213,59 @@ std::string KrelIR::negatedCondition(Node* node) {
         return expression(childOf(node, 0));
     }
     if (node->kindName() == NodeKind::BinaryOp && !inverseComparison(op).empty()) {
-        const std::string left = expression(childOf(node, 0));
-        const std::string right = expression(childOf(node, 1));
-        std::string result = newTemporary();
+        const Value left = expression(childOf(node, 0));
+        const Value right = expression(childOf(node, 1));
+        const Value result = newTemporary();
         emit(result, " = ", left, " ", inverseComparison(op).text(), " ", right);
         return result;
     }
-    std::string result = newTemporary();
-    const std::string value = expression(node);
+    const Value result = newTemporary();
+    const Value value = expression(node);
     emit(result, " = !", value);
     return result;
 }
 
-std::string KrelIR::newTemporary() {
-    std::array<char, 16> text = {'_', 't'};
-    const auto end = std::to_chars(text.begin() + 2, text.end(), temporaryCounter++).ptr;
-    return {text.begin(), end};
+KrelIR::Value KrelIR::newTemporary() {
+    std::array<char, 16> digits;
+    const char* const end = std::to_chars(digits.begin(), digits.end(), temporaryCounter++).ptr;
+    return keep("_t", std::string_view{digits.begin(), end});
 }
 
 bool KrelIR::isLiteral(Node* node) {
     return expressionOf(node->kindName()) == &KrelIR::literal;
 }
 
-std::string KrelIR::literal(Node* node) {
+KrelIR::Value KrelIR::literal(Node* node) {
     if (node->kindName() == NodeKind::StringLiteral) {
         return quote(node->getStringValue(), '"');
     }
     if (node->kindName() == NodeKind::CharacterLiteral) {
-        return quote(std::string(1, node->getCharValue()), '\'');
+        const char character = node->getCharValue();
+        return quote({&character, 1}, '\'');
     }
-    return node->valueAsString();
+    return keep(node->valueAsString());
 }
 
-std::string KrelIR::quote(std::string_view text, char quotationMark) {
-    std::string quoted;
-    quoted.reserve(text.size() + 2);
-    quoted += quotationMark;
+KrelIR::Value KrelIR::quote(std::string_view text, char quotationMark) {
+    const auto letterOf = [quotationMark](char character) {
+        const bool isItself = character == '\\' || character == quotationMark;
+        return isItself ? character : escapeLetter(character);
+    };
+    const auto escapes = std::count_if(text.begin(), text.end(),
+                                       [&](char character) { return letterOf(character) != '\0'; });
+    const std::size_t size = text.size() + static_cast<std::size_t>(escapes) + 2;
+    char* const quoted = textOf(size);
+    char* at = quoted;
+    *at++ = quotationMark;
     for (const char character : text) {
-        switch (character) {
-            case '\n':
-                quoted += "\\n";
-                break;
-            case '\r':
-                quoted += "\\r";
-                break;
-            case '\t':
-                quoted += "\\t";
-                break;
-            default:
-                if (character == '\\' || character == quotationMark) {
-                    quoted += '\\';
-                }
-                quoted += character;
+        const char letter = letterOf(character);
+        if (letter != '\0') {
+            *at++ = '\\';
         }
+        *at++ = letter != '\0' ? letter : character;
     }
-    quoted += quotationMark;
-    return quoted;
+    *at = quotationMark;
+    return {quoted, size};
 }
 
 std::string_view KrelIR::updateOperator(std::string_view kind) {

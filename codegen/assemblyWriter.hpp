@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <ostream>
 #include <string_view>
 
 #include "codegen/shortText.hpp"
+#include "shared/krelir-cfg/textParts.hpp"
 
 /// Collects assembly text and hands it to a stream in blocks; the rest follows on destruction, also
 /// when an error ends the generation, so that what was written stays. Failures stay in the
@@ -18,44 +18,24 @@ public:
     AssemblyWriter& operator=(const AssemblyWriter&) = delete;
     ~AssemblyWriter() { flush(); }
 
-    /// Appends the parts as they are: string literals and short texts, whose copying is compiled to
-    /// a few moves, and other texts.
+    /// Appends the parts as they are.
     template <typename... Parts>
     void write(const Parts&... parts) {
-        const std::size_t size = (sizeOf(parts) + ...);
+        const std::size_t size = (partSize(parts) + ...);
         if (size > blockSize - used) {
             flush();
         }
         if (size > blockSize) {
             (writeThrough(parts), ...);
         } else {
-            (append(parts), ...);
+            char* at = block.get() + used;
+            ((at = writePart(at, parts)), ...);
+            used += size;
         }
     }
 
 private:
     static constexpr std::size_t blockSize = std::size_t{1} << 16;
-
-    template <std::size_t size>
-    static constexpr std::size_t sizeOf(const char (&/*literal*/)[size]) {
-        return size - 1;
-    }
-    static std::size_t sizeOf(const ShortText& text) { return text.size(); }
-    static std::size_t sizeOf(std::string_view text) { return text.size(); }
-
-    template <std::size_t size>
-    void append(const char (&literal)[size]) {
-        std::memcpy(block.get() + used, literal, size - 1);
-        used += size - 1;
-    }
-    void append(const ShortText& text) {
-        std::memcpy(block.get() + used, text.data(), ShortText::capacity);
-        used += text.size();
-    }
-    void append(std::string_view text) {
-        std::memcpy(block.get() + used, text.data(), text.size());
-        used += text.size();
-    }
 
     void writeThrough(const ShortText& text) { writeThrough(text.view()); }
     void writeThrough(std::string_view text) {

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 /// A text of at most 23 characters, kept in place. All of them are copied whatever its size, which
@@ -47,3 +48,12 @@ private:
     std::array<char, capacity> characters{};
     std::uint8_t length = 0;
 };
+
+// As a part of another text: `writePart` needs room for all the characters.
+inline std::size_t partSize(const ShortText& text) {
+    return text.size();
+}
+inline char* writePart(char* at, const ShortText& text) {
+    std::memcpy(at, text.data(), ShortText::capacity);
+    return at + text.size();
+}

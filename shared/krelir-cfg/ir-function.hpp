@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -27,5 +26,5 @@ public:
 private:
     std::string name;
     std::vector<IRBasicBlock> blocks;
-    std::unordered_set<int> numbers;
+    std::vector<int> numbers;  // of the blocks, ascending
 };

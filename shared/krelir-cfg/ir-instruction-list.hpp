@@ -2,63 +2,100 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <string>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "shared/krelir-cfg/ir-instruction.hpp"
+#include "shared/krelir-cfg/textParts.hpp"
 
-/// A sequence of instructions that keeps their texts one behind the other in a single string.
-/// Owns the texts; what it gives out are views of them.
+/// A sequence of instructions in one piece of memory, each a header and its text. Owns the texts;
+/// what it gives out are views of them.
 class IRInstructionList {
+    struct Header {
+        std::uint32_t sizeAndSeparated;  // the size of the text behind it, doubled, plus the flag
+
+        std::size_t size() const { return sizeAndSeparated >> 1; }
+        bool isSeparated() const { return (sizeAndSeparated & 1) != 0; }
+    };
+
 public:
     class Iterator {
     public:
-        Iterator(const IRInstructionList& instructions, std::size_t position)
-            : list(&instructions), index(position) {}
+        explicit Iterator(const char* position) : at(position) {}
         IRInstruction operator*() const {
-            const std::size_t size = list->ends[index] - textBegin;
-            return {{list->texts.data() + textBegin, size}, list->separations[index]};
+            const Header header = read();
+            return {{at + sizeof header, header.size()}, header.isSeparated()};
         }
         Iterator& operator++() {
-            textBegin = list->ends[index++];
+            at += sizeof(Header) + read().size();
             return *this;
         }
-        bool operator==(const Iterator& other) const { return index == other.index; }
+        bool operator==(const Iterator& other) const { return at == other.at; }
 
     private:
-        const IRInstructionList* list;
-        std::size_t index;
-        std::size_t textBegin = 0;
+        Header read() const {
+            Header header;
+            std::memcpy(&header, at, sizeof header);
+            return header;
+        }
+
+        const char* at;
     };
 
-    std::size_t size() const { return ends.size(); }
-    bool empty() const { return ends.empty(); }
-    /// `index` must be below size(); so for back() of an empty list.
-    IRInstruction operator[](std::size_t index) const {
-        const std::size_t begin = index == 0 ? 0 : ends[index - 1];
-        return {std::string_view{texts}.substr(begin, ends[index] - begin), separations[index]};
+    IRInstructionList() = default;
+    IRInstructionList(IRInstructionList&& other) noexcept { *this = std::move(other); }
+    IRInstructionList& operator=(IRInstructionList&& other) noexcept {
+        bytes = std::move(other.bytes);
+        used = std::exchange(other.used, 0);
+        capacity = std::exchange(other.capacity, 0);
+        last = other.last;
+        return *this;
     }
-    IRInstruction back() const { return (*this)[size() - 1]; }
-    Iterator begin() const { return {*this, 0}; }
-    Iterator end() const { return {*this, size()}; }
+    ~IRInstructionList() = default;
 
-    /// Appends an instruction whose text is that of all the parts.
+    bool empty() const { return used == 0; }
+    Iterator begin() const { return Iterator{bytes.get()}; }
+    Iterator end() const { return Iterator{bytes.get() + used}; }
+    /// The last instruction; there must be one.
+    IRInstruction back() const { return *Iterator{bytes.get() + last}; }
+
+    /// Appends an instruction whose text is that of all the parts. Throws std::length_error for one
+    /// of more than two gigabytes.
     template <typename... Parts>
     void add(bool separated, const Parts&... parts) {
-        const std::size_t size = texts.size() + (std::string_view{parts}.size() + ...);
-        if (size > texts.capacity()) {
-            texts.reserve(std::max(size, texts.capacity() * 2 + firstReserve));
+        const std::size_t size = (partSize(parts) + ...);
+        if (size > maxSize) {
+            throw std::length_error("IR instruction too long");
         }
-        (texts.append(parts), ...);
-        ends.push_back(texts.size());
-        separations.push_back(separated);
+        if (sizeof(Header) + size > capacity - used) {
+            grow(sizeof(Header) + size);
+        }
+        last = used;
+        const Header header{static_cast<std::uint32_t>(size * 2 + (separated ? 1 : 0))};
+        char* at = bytes.get() + used;
+        std::memcpy(at, &header, sizeof header);
+        at += sizeof header;
+        ((at = writePart(at, parts)), ...);
+        used = static_cast<std::size_t>(at - bytes.get());
     }
 
 private:
-    static constexpr std::size_t firstReserve = 128;  // bytes, for a block of a few lines
+    static constexpr std::size_t firstCapacity = 64;  // bytes: most blocks are this short
+    static constexpr std::size_t maxSize = 0x7FFFFFFF;
 
-    std::string texts;
-    std::vector<std::size_t> ends;  // of each text, where the next one begins
-    std::vector<bool> separations;
+    void grow(std::size_t needed) {
+        capacity = std::max({capacity * 2, used + needed, firstCapacity});
+        auto grown = std::make_unique_for_overwrite<char[]>(capacity);
+        std::copy_n(bytes.get(), used, grown.get());
+        bytes = std::move(grown);
+    }
+
+    std::unique_ptr<char[]> bytes;
+    std::size_t used = 0;
+    std::size_t capacity = 0;
+    std::size_t last = 0;  // where the last instruction begins
 };

@@ -1,10 +1,12 @@
 #include "shared/krelir-cfg/ir-program.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 namespace {
 
@@ -16,7 +18,12 @@ int branchTarget(std::string_view text) {
     if (mark == std::string::npos) {
         throw std::runtime_error("branch instruction has no target: " + std::string{text});
     }
-    return std::stoi(std::string{text.substr(mark + branchMark.size())});
+    const std::string_view digits = text.substr(mark + branchMark.size());
+    int number = 0;
+    if (std::from_chars(digits.begin(), digits.end(), number).ec == std::errc{}) {
+        return number;
+    }
+    return std::stoi(std::string{digits});  // throws, unless blanks or a plus sign stand before
 }
 
 /// Only the beginning is looked at (kept): a line that assigns to a variable whose name begins with
@@ -47,10 +54,13 @@ void printFunction(std::string& text, const IRFunction& function) {
 
 }  // namespace
 
+// Blocks are laid out nearly in the order of their numbers: a new number goes near the end.
 IRBasicBlock& IRFunction::addBlock(int number) {
-    if (!numbers.insert(number).second) {
+    const auto place = std::lower_bound(numbers.begin(), numbers.end(), number);
+    if (place != numbers.end() && *place == number) {
         throw std::runtime_error("duplicate IR basic block B" + std::to_string(number));
     }
+    numbers.insert(place, number);
     return blocks.emplace_back(number);
 }
 
@@ -63,6 +73,7 @@ void IRFunction::rebuildCFG() {
         if (leavesFunction(last)) {
             continue;
         }
+        block.successors.reserve(2);
         const bool jumps = last.starts_with(branchMark);
         const bool branches = last.starts_with("if ") && last.find(branchMark) != last.npos;
         if (jumps || branches) {

@@ -94,7 +94,7 @@ TEST(IRProgramTest, PrintWritesTheTextOfToString) {
 TEST(IRProgramTest, InstructionsAreKeptVerbatim) {
     IRProgram program;
     program.addFunction("f").addBlock(1).addInstruction("  x  =\t1 \r", false);
-    EXPECT_EQ(program.getFunctions()[0].getBlocks()[0].getInstructions()[0].getText(),
+    EXPECT_EQ(program.getFunctions()[0].getBlocks()[0].getInstructions().back().getText(),
               "  x  =\t1 \r");
     EXPECT_EQ(program.toString(), "f:\nB1:\n      x  =\t1 \r\n\n");
 }

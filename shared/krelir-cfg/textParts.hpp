@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+/// Texts are often made of parts: string literals, whose size is known and whose copying is
+/// compiled to a few moves, and others. `partSize` gives the size of a part; `writePart` copies it
+/// to a place with room for it and returns where the next one goes.
+
+template <std::size_t size>
+constexpr std::size_t partSize(const char (&/*literal*/)[size]) {
+    return size - 1;
+}
+inline std::size_t partSize(std::string_view text) {
+    return text.size();
+}
+
+template <std::size_t size>
+char* writePart(char* at, const char (&literal)[size]) {
+    std::memcpy(at, literal, size - 1);
+    return at + size - 1;
+}
+inline char* writePart(char* at, std::string_view text) {
+    std::memcpy(at, text.data(), text.size());
+    return at + text.size();
+}

@@ -8,7 +8,9 @@ namespace krel {
 __extension__ typedef unsigned __int128 Wide;
 
 // floor(log2(10^exponent)), for exponents of magnitude up to 1233.
-constexpr int floorLog2OfPowerOfTen(int exponent) { return (exponent * 1741647) >> 19; }
+constexpr int floorLog2OfPowerOfTen(int exponent) {
+    return (exponent * 1741647) >> 19;
+}
 
 // A power 10^k scaled by a power of two so that its highest bit is bit 127, rounded up:
 // ceil(10^k * 2^(127 - floor(log2(10^k)))).

@@ -74,7 +74,9 @@ int countDigits(std::uint64_t value) {
     return guess + (value >= powersOfTen[guess] ? 1 : 0);
 }
 
-int countTrailingZeros(EightDigits digits) { return __builtin_clzll(digits) / 8; }
+int countTrailingZeros(EightDigits digits) {
+    return __builtin_clzll(digits) / 8;
+}
 
 AlignedDecimal align(const Decimal& decimal) {
     const int count = countDigits(decimal.digits);
@@ -157,7 +159,9 @@ char* writeDecimal(char* to, const AlignedDecimal& decimal) {
     return decimal.point > 0 ? writeFixed(to, decimal) : writeFraction(to, decimal);
 }
 
-char* writeInteger(char* to, std::uint64_t value) { return DecimalInteger(value).write(to); }
+char* writeInteger(char* to, std::uint64_t value) {
+    return DecimalInteger(value).write(to);
+}
 
 char* writeWord(char* to, const char* word) {
     while (*word != '\0') {

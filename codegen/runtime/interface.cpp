@@ -164,6 +164,10 @@ const char* krel_chartostring(std::uint64_t value) {
     return krel::characterTexts.text[value & 0xFF];
 }
 
-const char* krel_booltostring(std::uint64_t value) { return value != 0 ? "true" : "false"; }
+const char* krel_booltostring(std::uint64_t value) {
+    return value != 0 ? "true" : "false";
+}
 
-const char* krel_doubletostring(double value) { return krel::doubleToText<krel::QuickWay>(value); }
+const char* krel_doubletostring(double value) {
+    return krel::doubleToText<krel::QuickWay>(value);
+}

@@ -37,7 +37,7 @@ constinit Output standardOutput;
 
 void Output::open(int target) {
     descriptor = target;
-    next = buffer;
+    unwritten = next = buffer;
     limit = system::isTerminal(target) ? buffer : buffer + capacity;
 }
 
@@ -54,32 +54,40 @@ void Output::printLiteral(const char* literal) {
 }
 
 void Output::flush() {
-    const auto length = static_cast<std::size_t>(next - buffer);
-    next = buffer;
-    writeAll(buffer, length);
+    while (unwritten != next) {
+        unwritten += writeSome(unwritten, static_cast<std::size_t>(next - unwritten));
+    }
+    unwritten = next = buffer;
 }
 
 void Output::printSlowly(const char* text, std::size_t length) {
     flush();
     if (length <= static_cast<std::size_t>(limit - next)) {
         print(text, length);
-    } else {
-        writeAll(text, length);
+        return;
+    }
+    while (length != 0) {
+        const std::size_t written = writeSome(text, length);
+        text += written;
+        length -= written;
     }
 }
 
-void Output::writeAll(const char* bytes, std::size_t length) {
-    while (length != 0 && !failed) {
-        const long written = system::write(descriptor, bytes, length);
-        if (written > 0) {
-            bytes += written;
-            length -= static_cast<std::size_t>(written);
-        } else if (written == -system::tryAgain) {
-            system::waitUntilWritable(descriptor);
-        } else if (written != -system::interrupted) {
-            fail(-written);
-        }
+// Returns how many of the bytes have been written, perhaps none; after a failure it says all.
+std::size_t Output::writeSome(const char* bytes, std::size_t length) {
+    if (failed) {
+        return length;
     }
+    const long written = system::write(descriptor, bytes, length);
+    if (written >= 0) {
+        return static_cast<std::size_t>(written);
+    }
+    if (written == -system::tryAgain) {
+        system::waitUntilWritable(descriptor);
+    } else if (written != -system::interrupted) {
+        fail(-written);
+    }
+    return 0;
 }
 
 void Output::fail(long error) {

@@ -42,13 +42,16 @@ public:
 
 private:
     void printSlowly(const char* text, std::size_t length);
-    void writeAll(const char* bytes, std::size_t length);
+    std::size_t writeSome(const char* bytes, std::size_t length);
     void fail(long error);
 
     // All zero at the beginning: the object file then holds no copy of the buffer. Where nothing
     // is held back the limit is the buffer's beginning, so that every print is a slow one.
     char* next = nullptr;
     char* limit = nullptr;
+    // The beginning of the buffer, but while it is being written the first byte that still has to
+    // be: where the stack overflows in the middle of a flush, the trap's handler goes on from here.
+    char* unwritten = nullptr;
     int descriptor = 0;
     bool failed = false;
     char buffer[capacity + chunkSize] = {};

@@ -1,7 +1,6 @@
 #include "codegen/runtime/traps.hpp"
 
 #include <cstddef>
-#include <initializer_list>
 
 #include "codegen/runtime/output.hpp"
 #include "codegen/runtime/report.hpp"
@@ -66,8 +65,17 @@ std::uintptr_t mainStackEnd;
         "syscall");
 }
 
+constexpr int trapSignals[] = {illegalInstruction, busError, arithmetic, segment};
+
 void setSignalAction(int signal, const SignalAction& action) {
     system::call(system::number::sigaction, signal, system::addressOf(&action), 0, signalSetSize);
+}
+
+// A parent may have left the signal blocked.
+void unblockSignal(int signal) {
+    constexpr long unblock = 1;
+    const std::uint64_t set = std::uint64_t{1} << (signal - 1);
+    system::call(system::number::sigprocmask, unblock, system::addressOf(&set), 0, signalSetSize);
 }
 
 // Whether the next instruction is the division that the compiler emits, "idivq %rcx".
@@ -124,8 +132,9 @@ void catchTraps(std::uintptr_t stackEnd) {
     const SignalAction action = {handleTrap,
                                  withInfo | withRestorer | onAlternateStack | resetWhenCaught,
                                  returnFromSignal, 0};
-    for (const int signal : {illegalInstruction, busError, arithmetic, segment}) {
+    for (const int signal : trapSignals) {
         setSignalAction(signal, action);
+        unblockSignal(signal);
     }
 }
 
@@ -133,6 +142,7 @@ void endOutOfMemory() {
     standardOutput.flush();
     reportRuntimeError("out of memory");
     setSignalAction(aborted, SignalAction{});
+    unblockSignal(aborted);
     system::raise(aborted);
     system::exitProcess(128 + aborted);
 }

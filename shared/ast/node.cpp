@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "shared/error/internalError.hpp"
+
 namespace {
 
 #ifdef __SANITIZE_ADDRESS__
@@ -61,16 +63,9 @@ void Node::operator delete(void* node) {
     freeNode(node);
 }
 
-NodeList::~NodeList() {
-    if (capacity != inPlace) {
-        std::free(block);
-    }
-}
-
 void NodeList::grow() {
-    const std::uint32_t doubled = capacity * 2;
-    void* old = capacity == inPlace ? nullptr : block;
-    auto* grown = static_cast<Node**>(std::realloc(old, doubled * sizeof(Node*)));
+    Node** const old = isInPlace() ? nullptr : block;
+    auto* grown = static_cast<Node**>(std::realloc(old, std::size_t{count} * 2 * sizeof(Node*)));
     if (grown == nullptr) {
         throw std::bad_alloc{};
     }
@@ -78,13 +73,21 @@ void NodeList::grow() {
         std::memcpy(grown, places, sizeof places);
     }
     block = grown;
-    capacity = doubled;
+}
+
+void NodeList::freeBlock() {
+    std::free(block);
 }
 
 void NodeList::erase(std::size_t index) {
-    Node** entry = data() + index;
+    Node** const entry = data() + index;
     std::memmove(entry, entry + 1, (count - index - 1) * sizeof(Node*));
     --count;
+    if (count == inPlace) {  // those that are left move back
+        Node** const old = block;
+        std::memcpy(places, old, sizeof places);
+        std::free(old);
+    }
 }
 
 Node* NodeList::exchange(std::size_t index, Node* node) {
@@ -93,25 +96,56 @@ Node* NodeList::exchange(std::size_t index, Node* node) {
     return old;
 }
 
-Node::Node(Name itsKind, int itsLine) : kind(itsKind), line(itsLine), valueType(ValueType::None) {}
+namespace {
+
+/// Every double that a node has carried.
+std::vector<double>& doubles() {
+    static std::vector<double> values;
+    return values;
+}
+
+}  // namespace
+
+Node::Value Node::keep(double real) {
+    const auto place = static_cast<std::uint32_t>(doubles().size());
+    doubles().push_back(real);
+    return {.real = place};
+}
+
+double Node::getDoubleValue() const {
+    return valueType == ValueType::Double ? doubles()[value.real] : 0.0;
+}
+
+void Node::failForeignName(Name name) {
+    internalError("Not a kind or type: " + name.text());
+}
+
+Node::Node(Name itsKind, ValueType itsValueType, Value itsValue, int itsLine)
+    : value(itsValue),
+      line(itsLine),
+      kind(indexInVocabulary(itsKind)),
+      semanticType(0),
+      valueType(itsValueType) {}
+
+Node::Node(Name itsKind, int itsLine) : Node(itsKind, ValueType::None, {}, itsLine) {}
 
 Node::Node(Name itsKind, Name itsValue, int itsLine)
-    : value{.string = itsValue}, kind(itsKind), line(itsLine), valueType(ValueType::String) {}
+    : Node(itsKind, ValueType::String, {.string = itsValue}, itsLine) {}
 
 Node::Node(Name itsKind, const char* itsValue, int itsLine)
     : Node(itsKind, Name{itsValue}, itsLine) {}
 
 Node::Node(Name itsKind, int itsValue, int itsLine)
-    : value{.integer = itsValue}, kind(itsKind), line(itsLine), valueType(ValueType::Int) {}
+    : Node(itsKind, ValueType::Int, {.integer = itsValue}, itsLine) {}
 
 Node::Node(Name itsKind, double itsValue, int itsLine)
-    : value{.real = itsValue}, kind(itsKind), line(itsLine), valueType(ValueType::Double) {}
+    : Node(itsKind, ValueType::Double, keep(itsValue), itsLine) {}
 
 Node::Node(Name itsKind, char itsValue, int itsLine)
-    : value{.character = itsValue}, kind(itsKind), line(itsLine), valueType(ValueType::Char) {}
+    : Node(itsKind, ValueType::Char, {.character = itsValue}, itsLine) {}
 
 Node::Node(Name itsKind, bool itsValue, int itsLine)
-    : value{.boolean = itsValue}, kind(itsKind), line(itsLine), valueType(ValueType::Bool) {}
+    : Node(itsKind, ValueType::Bool, {.boolean = itsValue}, itsLine) {}
 
 Node::Node(Name itsKind, Node* child, int itsLine) : Node(itsKind, itsLine) {
     addChild(child);

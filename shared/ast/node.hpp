@@ -59,27 +59,27 @@ public:
 
     bool hasValue() const { return valueType != ValueType::None; }
     bool hasChildren() const { return !children.empty(); }
-    bool hasSemanticType() const { return !semanticType.empty(); }
-    void setSemanticType(Name type) { semanticType = type; }
+    bool hasSemanticType() const { return semanticType != 0; }
+    void setSemanticType(Name type) { semanticType = indexInVocabulary(type) & lastOfVocabulary; }
     /// Turns the node into another kind in place.
-    void setKind(Name newKind) { kind = newKind; }
+    void setKind(Name newKind) { kind = indexInVocabulary(newKind); }
 
-    const std::string& getKind() const { return kind.text(); }
+    const std::string& getKind() const { return kindName().text(); }
     const std::string& getStringValue() const { return stringValue().text(); }
-    const std::string& getSemanticType() const { return semanticType.text(); }
+    const std::string& getSemanticType() const { return semanticTypeName().text(); }
     const NodeList& getChildren() const { return children; }
     ValueType getValueType() const { return valueType; }
     /// The values of another type than the node carries are zero.
     int getIntValue() const { return valueType == ValueType::Int ? value.integer : 0; }
-    double getDoubleValue() const { return valueType == ValueType::Double ? value.real : 0.0; }
+    double getDoubleValue() const;
     char getCharValue() const { return valueType == ValueType::Char ? value.character : '\0'; }
     bool getBoolValue() const { return valueType == ValueType::Bool && value.boolean; }
     int getLine() const { return line; }
 
     /// The same texts as names, for passes that compare and look up by them.
-    Name kindName() const { return kind; }
+    Name kindName() const { return Name::fromIndex(kind); }
     Name stringValue() const { return valueType == ValueType::String ? value.string : Name{}; }
-    Name semanticTypeName() const { return semanticType; }
+    Name semanticTypeName() const { return Name::fromIndex(semanticType); }
 
     /// The value as the intermediate representation spells it; empty without a value.
     std::string valueAsString() const;
@@ -99,15 +99,33 @@ private:
     union Value {
         Name string{};
         int integer;
-        double real;
+        std::uint32_t real;  // its index among the doubles of all nodes
         char character;
         bool boolean;
     };
 
+    /// Kinds and types are names of the compiler's own, which exist from the start: their indexes
+    /// are small. Any other name is an internal error.
+    static std::uint16_t indexInVocabulary(Name name) {
+        if (name.index() > lastOfVocabulary) {
+            failForeignName(name);
+        }
+        return static_cast<std::uint16_t>(name.index());
+    }
+    [[noreturn]] static void failForeignName(Name name);
+    static constexpr std::uint16_t lastOfVocabulary = 0x1FFF;
+
+    static Value keep(double real);
+
+    Node(Name itsKind, ValueType itsValueType, Value itsValue, int itsLine);
+
+    // In 32 bytes: the tree is most of what the compiler keeps in memory.
+    [[no_unique_address]] NodeList children;
     Value value;
-    NodeList children;
-    Name kind;
-    Name semanticType;
     int line;
-    ValueType valueType;
+    std::uint16_t kind;               // the index of its name
+    std::uint16_t semanticType : 13;  // the index of its name
+    ValueType valueType : 3;
 };
+
+static_assert(sizeof(void*) != 8 || sizeof(Node) == 32);

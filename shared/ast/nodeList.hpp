@@ -1,18 +1,19 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
 class Node;
 
-/// The ordered children of a node: a sequence of pointers that keeps the first two in place, since
-/// most nodes have no more. It does not own the nodes; Node, which holds it, does.
+/// The ordered children of a node: a sequence of pointers that keeps up to two in place, since most
+/// nodes have no more. It does not own the nodes; Node, which holds it, does.
 class NodeList {
 public:
     NodeList() = default;
     NodeList(const NodeList&) = delete;
     NodeList& operator=(const NodeList&) = delete;
-    ~NodeList();
+    ~NodeList() { clear(); }
 
     std::size_t size() const { return count; }
     bool empty() const { return count == 0; }
@@ -24,29 +25,38 @@ public:
     Node* back() const { return data()[count - 1]; }
 
     void push(Node* node) {
-        if (count == capacity) {
+        if (isFull()) {
             grow();
         }
-        data()[count++] = node;
+        ++count;
+        data()[count - 1] = node;
     }
     /// Takes out entry `index`, which must exist; later ones move up.
     void erase(std::size_t index);
     /// Puts `node` at `index`, which must exist, and returns what stood there.
     Node* exchange(std::size_t index, Node* node);
-    void clear() { count = 0; }
+    void clear() {
+        if (!isInPlace()) {
+            freeBlock();
+        }
+        count = 0;
+    }
 
 private:
-    void grow();
-
     static constexpr std::uint32_t inPlace = 2;
 
-    Node* const* data() const { return capacity == inPlace ? places : block; }
-    Node** data() { return capacity == inPlace ? places : block; }
+    bool isInPlace() const { return count <= inPlace; }
+    /// A block has room for the next power of two.
+    bool isFull() const { return count >= inPlace && std::has_single_bit(count); }
+    void grow();
+    void freeBlock();
+
+    Node* const* data() const { return isInPlace() ? places : block; }
+    Node** data() { return isInPlace() ? places : block; }
 
     union {
         Node* places[inPlace] = {};
-        Node** block;  // from malloc, `capacity` entries, once there are more than two
+        Node** block;  // from malloc
     };
     std::uint32_t count = 0;
-    std::uint32_t capacity = inPlace;
 };

@@ -195,7 +195,7 @@ std::string Node::valueAsString() const {
         case ValueType::Int:
             return std::to_string(value.integer);
         case ValueType::Double:
-            return doubleText(value.real);
+            return doubleText(getDoubleValue());
         case ValueType::Char:
             return std::string(1, value.character);
         case ValueType::Bool:

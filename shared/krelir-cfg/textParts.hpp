@@ -21,7 +21,7 @@ char* writePart(char* at, const char (&literal)[size]) {
     std::memcpy(at, literal, size - 1);
     return at + size - 1;
 }
+/// An empty text may be a null pointer, which memcpy does not take.
 inline char* writePart(char* at, std::string_view text) {
-    std::memcpy(at, text.data(), text.size());
-    return at + text.size();
+    return at + text.copy(at, text.size());
 }

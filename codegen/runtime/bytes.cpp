@@ -6,27 +6,6 @@ namespace krel {
 
 namespace {
 
-// The way to copy texts that are longer than a few chunks; chosen once, by what the processor has.
-enum class LongCopy { unknown, stringInstruction, wideRegisters };
-
-constinit LongCopy longCopy = LongCopy::unknown;
-
-// Whether the processor has AVX and the system keeps its registers.
-bool hasWideRegisters() {
-    constexpr unsigned featureLeaf = 1;
-    unsigned features = 0;
-    unsigned ignored = featureLeaf;
-    asm("cpuid" : "+a"(ignored), "+c"(features) : : "ebx", "edx");
-    constexpr unsigned needed = 1U << 27 | 1U << 28;  // reading the state, AVX
-    if ((features & needed) != needed) {
-        return false;
-    }
-    constexpr unsigned keptRegisters = 6;
-    unsigned state;
-    asm("xgetbv" : "=a"(state) : "c"(0) : "edx");
-    return (state & keptRegisters) == keptRegisters;
-}
-
 using WidePart = __m256i;
 
 [[gnu::target("avx")]] KREL_READS_FREELY inline WidePart loadWide(const char* from) {
@@ -37,9 +16,42 @@ using WidePart = __m256i;
     _mm256_storeu_si256(reinterpret_cast<WidePart*>(to), part);
 }
 
+enum class LongCopy { undecided, byWideRegisters, byStringInstruction };
+
+constinit LongCopy longCopy = LongCopy::undecided;
+
+}  // namespace
+
+bool hasWideRegisters() {
+    constexpr unsigned featureLeaf = 1;
+    unsigned features = 0;
+    unsigned leaf = featureLeaf;
+    asm("cpuid" : "+a"(leaf), "+c"(features) : : "ebx", "edx");
+    constexpr unsigned needed = 1U << 27 | 1U << 28;  // the state can be read; AVX
+    if ((features & needed) != needed) {
+        return false;
+    }
+    constexpr unsigned keptRegisters = 6;
+    unsigned state;
+    asm("xgetbv" : "=a"(state) : "c"(0) : "edx");
+    return (state & keptRegisters) == keptRegisters;
+}
+
+void copyLongText(char* to, const char* from, std::size_t length) {
+    if (longCopy == LongCopy::undecided) [[unlikely]] {
+        longCopy = hasWideRegisters() ? LongCopy::byWideRegisters : LongCopy::byStringInstruction;
+    }
+    constexpr std::size_t tooLargeForCaches = std::size_t{1} << 18;
+    if (longCopy == LongCopy::byWideRegisters && length < tooLargeForCaches) {
+        copyByWideRegisters(to, from, length);
+    } else {
+        copyByStringInstruction(to, from, length);
+    }
+}
+
 // Copies four parts at a time, aligned where they are written; the first part and the last four
 // overlap with them.
-[[gnu::target("avx")]] void copyWide(char* to, const char* from, std::size_t length) {
+[[gnu::target("avx")]] void copyByWideRegisters(char* to, const char* from, std::size_t length) {
     constexpr std::size_t width = sizeof(WidePart);
     constexpr std::size_t step = 4 * width;
     storeWide(to, loadWide(from));
@@ -59,7 +71,7 @@ using WidePart = __m256i;
     }
 }
 
-// The processor's own copying is fast for many bytes if what it writes is aligned to cache lines.
+// The processor copies many bytes fast if what it writes is aligned to cache lines.
 void copyByStringInstruction(char* to, const char* from, std::size_t length) {
     constexpr std::size_t cacheLine = 64;
     copyChunks(to, from, cacheLine - 1);
@@ -68,20 +80,6 @@ void copyByStringInstruction(char* to, const char* from, std::size_t length) {
     from += unaligned;
     length -= unaligned;
     asm volatile("rep movsb" : "+D"(to), "+S"(from), "+c"(length) : : "memory");
-}
-
-}  // namespace
-
-void copyLongText(char* to, const char* from, std::size_t length) {
-    if (longCopy == LongCopy::unknown) [[unlikely]] {
-        longCopy = hasWideRegisters() ? LongCopy::wideRegisters : LongCopy::stringInstruction;
-    }
-    constexpr std::size_t beyondCaches = std::size_t{1} << 18;
-    if (longCopy == LongCopy::wideRegisters && length < beyondCaches) {
-        copyWide(to, from, length);
-    } else {
-        copyByStringInstruction(to, from, length);
-    }
 }
 
 }  // namespace krel

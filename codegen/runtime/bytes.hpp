@@ -59,8 +59,15 @@ KREL_READS_FREELY inline void copyChunks(char* to, const char* from, std::size_t
 
 inline constexpr std::size_t longTextLength = 256;
 
-// Copies exactly `length` bytes, at least longTextLength, between places that do not overlap.
+// Copies exactly `length` bytes, at least longTextLength, between places that do not overlap: the
+// first way if the processor has it and the text is not too large for its caches, or else the
+// second.
 void copyLongText(char* to, const char* from, std::size_t length);
+void copyByWideRegisters(char* to, const char* from, std::size_t length);
+void copyByStringInstruction(char* to, const char* from, std::size_t length);
+
+// Whether the processor has AVX and the system keeps its registers.
+bool hasWideRegisters();
 
 // Copies a text of any length; reads and writes beyond it like copyChunks.
 inline void copyText(char* to, const char* from, std::size_t length) {

@@ -59,8 +59,8 @@ std::size_t usedMarkWords(const Block& block) {
 
 constinit StringHeap stringHeap;
 
-void StringHeap::open(std::uintptr_t endOfStack) {
-    blocks.open(mostBlocks);
+void StringHeap::open(std::uintptr_t endOfStack, std::size_t blockLimit) {
+    blocks.open(blockLimit);
     stackEnd = endOfStack;
     budget = bytesBeforeFirstCollection;
     activeClasses = (std::uint64_t{1} << sizeClassCount) - 1;
@@ -224,7 +224,8 @@ KREL_READS_FREELY void StringHeap::collect(const std::uintptr_t* first,
     const Census census = sweep();
     // A collection costs a look at every word of the stack and at the marks of every block; so
     // much is handed out before the next one that this stays a small part of the work.
-    const std::size_t stackBytes = static_cast<std::size_t>(last - first) * sizeof *first;
+    const auto stackBytes =
+        first < last ? static_cast<std::size_t>(last - first) * sizeof *first : 0;
     budget = smallestBudget + 4 * stackBytes + census.cellBlocks * blockSize / 8;
     releaseExcess(census);
     ++collectionCount;

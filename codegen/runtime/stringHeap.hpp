@@ -37,10 +37,10 @@ public:
     StringHeap(const StringHeap&) = delete;
     StringHeap& operator=(const StringHeap&) = delete;
 
-    // Reserves the address range; where that fails, so does every allocation. `endOfStack` is the
-    // address above the frames that hold strings, on the stack of the later calls; when it is 0,
-    // nothing is ever collected.
-    void open(std::uintptr_t endOfStack);
+    // Reserves addresses for up to `blockLimit` blocks; where that fails, so does every
+    // allocation. `endOfStack` is the address above the frames that hold strings, on the stack of
+    // the later calls; when it is 0, nothing is collected but by calls of collect.
+    void open(std::uintptr_t endOfStack, std::size_t blockLimit = mostBlocks);
 
     // Returns room for a text of up to `length` bytes, or nullptr when memory is exhausted. It is
     // no string before setEnd; up to 15 bytes beyond the room for the NUL may be written with

@@ -45,7 +45,8 @@ public:
     }
 
     bool bit(int number) const {
-        return number >= 0 && (words[static_cast<std::size_t>(number) / 32] >> number % 32 & 1) != 0;
+        return number >= 0 &&
+               (words[static_cast<std::size_t>(number) / 32] >> number % 32 & 1) != 0;
     }
 
     // The highest 128 bits, as if zeros followed the last bit; `exact` tells whether they are all.

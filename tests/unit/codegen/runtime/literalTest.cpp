@@ -29,13 +29,13 @@ const Sample samples[] = {
     {R"(\t)", "\t"},
     {R"(\")", "\""},
     {R"(\\)", "\\"},
-    {R"(\\n)", "\\n"},     // a backslash and an n, no line feed
-    {R"(\\\n)", "\\\n"},   // a backslash and a line feed
+    {R"(\\n)", "\\n"},    // a backslash and an n, no line feed
+    {R"(\\\n)", "\\\n"},  // a backslash and a line feed
     {R"(\n\n\n)", "\n\n\n"},
     {R"(a\tb\nc)", "a\tb\nc"},
     {R"(say \"hi\")", "say \"hi\""},
-    {R"(\)", "\\"},        // at the end it stands for itself
-    {R"(\0)", "\\0"},      // no escape
+    {R"(\)", "\\"},    // at the end it stands for itself
+    {R"(\0)", "\\0"},  // no escape
     {R"(\x\n)", "\\x\n"},
     {R"(\a\\b)", "\\a\\b"},
     {"\x01\x7F\x80\xFF", "\x01\x7F\x80\xFF"},

@@ -1,0 +1,356 @@
+#include "codegen/runtime/stringHeap.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/unit/codegen/runtime/mainStack.hpp"
+
+using krel::StringHeap;
+
+namespace {
+
+constexpr std::size_t megabyte = std::size_t{1} << 20;
+
+using Roots = std::vector<std::uintptr_t>;
+
+// A heap that collects only when it is told to, and whose strings need not be on the stack.
+std::unique_ptr<StringHeap> openHeap(std::size_t blockLimit = StringHeap::mostBlocks) {
+    auto heap = std::make_unique<StringHeap>();
+    heap->open(0, blockLimit);
+    return heap;
+}
+
+std::string patternOf(std::size_t length, unsigned seed) {
+    std::string text(length, '\0');
+    for (std::size_t i = 0; i < length; ++i) {
+        text[i] = static_cast<char>('!' + (i * 31 + seed * 17 + i / 93) % 90);
+    }
+    return text;
+}
+
+// Makes a string the way the runtime does: in chunks that go as far beyond it as they may.
+const char* make(StringHeap& heap, const std::string& text) {
+    char* room = heap.allocate(text.size());
+    if (room == nullptr) {
+        return nullptr;
+    }
+    std::memcpy(room, text.data(), text.size());
+    std::memset(room + text.size(), '#', 16);
+    return StringHeap::setEnd(room, room + text.size());
+}
+
+std::uintptr_t addressOf(const char* text) {
+    return reinterpret_cast<std::uintptr_t>(text);
+}
+
+void collect(StringHeap& heap, const Roots& roots) {
+    heap.collect(roots.data(), roots.data() + roots.size());
+}
+
+// Every length around the sizes of cells and of blocks.
+std::vector<std::size_t> interestingLengths() {
+    std::vector<std::size_t> lengths;
+    const std::size_t overhead = krel::lengthFieldSize + 1;
+    for (const std::uint32_t size : krel::cellSizes) {
+        for (std::size_t length = size - overhead - 1; length <= size - overhead + 2; ++length) {
+            lengths.push_back(length);
+        }
+    }
+    for (const std::size_t blocks : {1UL, 2UL, 5UL}) {
+        for (std::size_t less = 76; less < 90; ++less) {
+            lengths.push_back(blocks * krel::blockSize - less);
+        }
+        lengths.push_back(blocks * krel::blockSize);
+    }
+    for (std::size_t length = 0; length < 40; ++length) {
+        lengths.push_back(length);
+    }
+    return lengths;
+}
+
+std::size_t residentBytes() {
+    std::ifstream file("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    file >> total >> resident;
+    return resident * 4096;
+}
+
+}  // namespace
+
+TEST(StringHeapTest, StringsOfEveryLengthKeepTheirContents) {
+    auto heap = openHeap();
+    std::vector<std::pair<const char*, std::string>> strings;
+    for (const std::size_t length : interestingLengths()) {
+        for (unsigned copy = 0; copy < 3; ++copy) {
+            const std::string text = patternOf(length, copy);
+            strings.emplace_back(make(*heap, text), text);
+        }
+    }
+    for (const auto& [string, text] : strings) {
+        ASSERT_EQ(StringHeap::lengthOf(string), text.size());
+        ASSERT_EQ(std::string_view(string, text.size()), text);
+        ASSERT_EQ(string[text.size()], '\0');
+        ASSERT_TRUE(heap->owns(string));
+    }
+}
+
+TEST(StringHeapTest, ShortWayGivesTheSameKindOfRoom) {
+    auto heap = openHeap();
+    char* text = nullptr;
+    EXPECT_FALSE(heap->allocateShort(5, text));  // no cell is at hand yet
+    ASSERT_NE(make(*heap, "hello"), nullptr);
+    ASSERT_TRUE(heap->allocateShort(5, text));
+    EXPECT_TRUE(heap->owns(text));
+    EXPECT_FALSE(heap->allocateShort(krel::SizeClasses::smallLimit, text));
+}
+
+TEST(StringHeapTest, OwnsNothingElse) {
+    auto heap = openHeap();
+    char onStack[] = "text";
+    make(*heap, "text");
+    EXPECT_FALSE(heap->owns(onStack));
+    EXPECT_FALSE(heap->owns("literal"));
+    EXPECT_FALSE(heap->owns(nullptr));
+}
+
+TEST(StringHeapTest, UnreachableStringsAreTakenBack) {
+    auto heap = openHeap();
+    for (const std::size_t length : interestingLengths()) {
+        collect(*heap, {});
+        const char* string = make(*heap, patternOf(length, 0));
+        collect(*heap, {});
+        EXPECT_EQ(make(*heap, patternOf(length, 1)), string) << length;
+    }
+}
+
+TEST(StringHeapTest, ReachableStringsAreKept) {
+    auto heap = openHeap();
+    for (const std::size_t length : interestingLengths()) {
+        const std::string text = patternOf(length, 7);
+        const char* string = make(*heap, text);
+        for (unsigned round = 0; round < 3; ++round) {
+            collect(*heap, {addressOf(string)});
+            for (unsigned i = 0; i < 5; ++i) {
+                ASSERT_NE(make(*heap, patternOf(length, i)), string) << length;
+            }
+        }
+        ASSERT_EQ(std::string_view(string, length), text);
+        ASSERT_EQ(StringHeap::lengthOf(string), length);
+    }
+}
+
+// Only the address of the first byte keeps a string: the program never holds another one.
+TEST(StringHeapTest, OtherAddressesInAStringDoNotKeepIt) {
+    auto heap = openHeap();
+    for (const std::size_t length : {3UL, 20UL, 100UL, 3000UL, 40'000UL, 200'000UL}) {
+        collect(*heap, {});
+        const char* string = make(*heap, patternOf(length, 0));
+        Roots roots = {addressOf(string) + krel::blockSize};
+        for (std::size_t offset = 1; offset < krel::smallestCell; ++offset) {
+            roots.push_back(addressOf(string) + offset);
+            roots.push_back(addressOf(string) - offset);
+        }
+        collect(*heap, roots);
+        EXPECT_EQ(make(*heap, patternOf(length, 1)), string) << length;
+    }
+}
+
+TEST(StringHeapTest, RootsOutsideTheHeapAreIgnored) {
+    auto heap = openHeap();
+    const char* string = make(*heap, "kept");
+    const Roots roots = {0,
+                         ~std::uintptr_t{0},
+                         addressOf(string) + (std::uintptr_t{1} << 40),
+                         addressOf(string) - (std::uintptr_t{1} << 20),
+                         addressOf("literal"),
+                         addressOf(string)};
+    collect(*heap, roots);
+    EXPECT_STREQ(string, "kept");
+    EXPECT_NE(make(*heap, "next"), string);
+}
+
+// Many strings come and go. Whatever is still held has to be as it was made, and the memory has to
+// stay within a small multiple of what is held.
+TEST(StringHeapTest, RandomStringsSurviveCollections) {
+    auto heap = openHeap();
+    std::mt19937 random(11);
+    std::map<const char*, std::string> held;
+    std::size_t heldBytes = 0;
+    std::size_t mostHeldBytes = 0;
+    for (unsigned step = 0; step < 300; ++step) {
+        for (unsigned i = 0; i < 400; ++i) {
+            std::size_t length = random() % 60;
+            if (random() % 16 == 0) {
+                length = random() % 5000;
+            } else if (random() % 256 == 0) {
+                length = random() % 300'000;
+            }
+            const std::string text = patternOf(length, static_cast<unsigned>(random()));
+            const char* string = make(*heap, text);
+            ASSERT_NE(string, nullptr);
+            ASSERT_TRUE(held.emplace(string, text).second) << "handed out twice";
+            heldBytes += length;
+        }
+        mostHeldBytes = std::max(mostHeldBytes, heldBytes);
+        Roots roots;
+        std::erase_if(held, [&](const auto& entry) {
+            if (random() % 4 != 0) {
+                heldBytes -= entry.second.size();
+                return true;
+            }
+            roots.push_back(addressOf(entry.first));
+            return false;
+        });
+        collect(*heap, roots);
+        for (const auto& [string, text] : held) {
+            ASSERT_EQ(std::string_view(string, StringHeap::lengthOf(string)), text);
+        }
+    }
+    EXPECT_LT(heap->footprint(), 3 * mostHeldBytes + 4 * megabyte);
+}
+
+namespace {
+
+// Hands out strings until the first collection; returns how many bytes that were.
+[[gnu::noinline]] std::size_t bytesUntilFirstCollection(StringHeap& heap, std::size_t length) {
+    std::size_t bytes = 0;
+    while (heap.collections() == 0) {
+        make(heap, std::string(length, 'x'));
+        bytes += length + krel::lengthFieldSize + 1;
+    }
+    return bytes;
+}
+
+// Keeps a string in each of many frames, while others come and go.
+[[gnu::noinline]] int countLostInFrames(StringHeap& heap, int depth) {
+    const char* volatile own = make(heap, "frame " + std::to_string(depth));
+    for (int i = 0; i < 10; ++i) {
+        make(heap, std::string(static_cast<std::size_t>(i) * 40, '.'));
+    }
+    const int lost = depth == 0 ? 0 : countLostInFrames(heap, depth - 1);
+    return lost + (own == "frame " + std::to_string(depth) ? 0 : 1);
+}
+
+}  // namespace
+
+TEST(StringHeapTest, NothingIsCollectedBeforeFourMegabytes) {
+    for (const std::size_t length : {7UL, 100UL, 5000UL, 50'000UL}) {
+        StringHeap heap;
+        heap.open(endOfMainStack);
+        const std::size_t bytes = bytesUntilFirstCollection(heap, length);
+        EXPECT_GT(bytes, 4 * megabyte * 6 / 10) << length;  // what is in the cells counts too
+        EXPECT_LT(bytes, 5 * megabyte) << length;
+    }
+}
+
+TEST(StringHeapTest, WithoutAStackNothingIsCollected) {
+    auto heap = openHeap();
+    for (int i = 0; i < 100; ++i) {
+        make(*heap, std::string(100'000, 'x'));
+    }
+    EXPECT_EQ(heap->collections(), 0U);
+}
+
+TEST(StringHeapTest, StringsInFramesSurvive) {
+    StringHeap heap;
+    heap.open(endOfMainStack);
+    EXPECT_EQ(countLostInFrames(heap, 5000), 0);
+    EXPECT_GT(heap.collections(), 0U);
+}
+
+TEST(StringHeapTest, OperandsSurviveWithoutBeingOnTheStack) {
+    StringHeap heap;
+    // No frame lies between these addresses: every collection takes all strings but the operands.
+    heap.open(8);
+    const std::string text(1000, 'l');
+    const std::string other(1000, 'r');
+    const char* left = make(heap, text);
+    const char* right = make(heap, other);
+    while (heap.collections() < 3) {
+        char* room = heap.allocate(1000, left, right);
+        std::memset(room, '?', 1000);
+        StringHeap::setEnd(room, room + 1000);
+        ASSERT_EQ(left, text);
+        ASSERT_EQ(right, other);
+    }
+}
+
+TEST(StringHeapTest, ALoopRunsInConstantMemory) {
+    StringHeap heap;
+    heap.open(endOfMainStack);
+    const char* volatile held = "";
+    for (int i = 0; i < 1'000'000; ++i) {
+        held = make(heap, std::to_string(i));
+    }
+    EXPECT_STREQ(held, "999999");
+    EXPECT_LT(heap.footprint(), 4 * megabyte + megabyte / 2);
+    // So much is handed out between two of them that they take no time.
+    EXPECT_GT(heap.collections(), 50U);
+    EXPECT_LT(heap.collections(), 5000U);
+}
+
+TEST(StringHeapTest, AGrowingStringNeedsAFewTimesItsLength) {
+    StringHeap heap;
+    heap.open(endOfMainStack);
+    const std::size_t step = 20'000;
+    const std::size_t greatest = 20 * megabyte;
+    const char* volatile held = "";
+    for (std::size_t length = step; length < greatest; length += step) {
+        char* room = heap.allocate(length, held);
+        room[0] = 'g';
+        held = StringHeap::setEnd(room, room + length);
+    }
+    EXPECT_EQ(held[0], 'g');
+    EXPECT_LT(heap.footprint(), 4 * greatest);
+    EXPECT_LT(heap.collections(), greatest / step + 1);
+}
+
+TEST(StringHeapTest, MemoryOfLargeStringsGoesBackToTheSystem) {
+    auto heap = openHeap();
+    const std::size_t before = residentBytes();
+    make(*heap, std::string(64 * megabyte, 'x'));
+    EXPECT_GT(residentBytes(), before + 60 * megabyte);
+    collect(*heap, {});
+    EXPECT_LT(residentBytes(), before + 10 * megabyte);
+    // And comes back when it is needed.
+    const std::string text = patternOf(64 * megabyte, 1);
+    EXPECT_EQ(make(*heap, text), text);
+}
+
+TEST(StringHeapTest, ExhaustedMemoryIsNoRoom) {
+    auto heap = openHeap(64);
+    EXPECT_EQ(heap->allocate(64 * krel::blockSize), nullptr);
+    EXPECT_EQ(heap->allocate(~std::size_t{0} - 100), nullptr);
+    Roots roots;
+    for (const char* string = make(*heap, std::string(1000, 'x')); string != nullptr;
+         string = make(*heap, std::string(1000, 'x'))) {
+        roots.push_back(addressOf(string));
+    }
+    EXPECT_GT(roots.size(), 64 * krel::blockSize / 1200);
+    EXPECT_EQ(make(*heap, "short"), nullptr);  // a class of its own would need a block
+    collect(*heap, {roots[0]});
+    EXPECT_NE(make(*heap, "short"), nullptr);
+    EXPECT_NE(heap->allocate(40 * krel::blockSize), nullptr);
+}
+
+TEST(StringHeapTest, ExhaustedMemoryIsCollectedFirst) {
+    StringHeap heap;
+    heap.open(endOfMainStack, 60);  // less than is handed out before the first collection
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_NE(make(heap, std::string(10 * krel::blockSize, 'x')), nullptr) << i;
+    }
+}
+
+TEST(StringHeapTest, WithoutAddressesThereIsNoRoom) {
+    StringHeap heap;  // never opened
+    EXPECT_FALSE(heap.owns("x"));
+    EXPECT_FALSE(heap.owns(nullptr));
+}

@@ -6,6 +6,7 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 # No NDEBUG in any build type: an assertion about the tree's shape has to hold for users as well.
+set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g")
 set(CMAKE_CXX_FLAGS_RELEASE "-O2")
 set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O1 -g")
 
@@ -26,4 +27,12 @@ if(KREL_SANITIZE)
   target_compile_options(krel_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(krel_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(KREL_COVERAGE)
+  add_library(krel_flush_counters OBJECT ${CMAKE_SOURCE_DIR}/cmake/flushCounters.cpp)
+  target_compile_options(krel_options INTERFACE -fprofile-arcs -ftest-coverage)
+  target_link_options(krel_options INTERFACE --coverage -Wl,--wrap=_exit)
+  target_link_libraries(krel_options INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:krel_flush_counters>>)
 endif()

@@ -174,6 +174,9 @@ class Failure(CommandLineTest):
         (self.directory / "build" / "codegen").mkdir()
         (self.directory / "build" / "codegen" / "runtime.o").touch()
         self.directory.chmod(0o755)
+        counts = self.directory / "counts"  # of lines, in a build for coverage: not the user's place
+        counts.mkdir()
+        counts.chmod(0o777)
 
         def restrict():
             resource.setrlimit(resource.RLIMIT_NPROC, (1, 1))
@@ -183,7 +186,7 @@ class Failure(CommandLineTest):
                 os.setuid(UNUSED_USER)
 
         result = self.krelcc("prog.krl", program=krelcc, preexec_fn=restrict,
-                             environment={"TMPDIR": "/tmp"})
+                             environment={"TMPDIR": "/tmp", "GCOV_PREFIX": str(counts)})
         self.assertEqual(result, (1, "",
                                   f"Could not start {gcc}: Resource temporarily unavailable\n"
                                   + FAILED))

@@ -171,7 +171,7 @@ Name SemanticAnalyzer::inferCallStatementType(Node* node) {
         Error::semantic("Undeclared function: '" + callee.text() + "'.", node->getLine());
         return {};
     }
-    static const NodeList none;
+    static const NodeList none{};
     const NodeList& arguments = children.size() > 1 ? children[1]->getChildren() : none;
     for (Node* argument : arguments) {
         inferExpressionType(argument);

@@ -71,7 +71,7 @@ private:
 
 namespace {
 
-constinit const std::string emptyText;
+const std::string emptyText;
 constinit const std::string* const initialTexts[] = {&emptyText};
 
 NamePool& pool() {

@@ -362,6 +362,12 @@ TEST_F(CodeGeneratorTest, BranchesMayNameAnyBlock) {
               "\tmovq $1, %rax\n\ttestq %rax, %rax\n\tjne .Lf_B99\n\tjmp .Lf_B7\n");
 }
 
+TEST_F(CodeGeneratorTest, BlockNumbersAreInts) {
+    EXPECT_EQ(bodyOf({"goto B2147483647"}), "\tjmp .Lf_B2147483647\n");
+    EXPECT_THROW(assemblyOf({"goto B2147483648"}), std::out_of_range);
+    EXPECT_THROW(assemblyOf({"if true goto B2147483648"}), std::out_of_range);
+}
+
 TEST_F(CodeGeneratorTest, ResultsMustHaveASlot) {
     EXPECT_EQ(errorOf({"B1 = call g, 0"}), "no stack slot for IR value: B1");
     EXPECT_EQ(errorOf({"B1 = 1 + 2"}), "no stack slot for IR value: B1");

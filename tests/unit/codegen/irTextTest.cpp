@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 
 namespace {
@@ -14,6 +15,30 @@ std::string elementOf(std::string_view text) {
         return "none";
     }
     return std::string{name} + "|" + std::string{index};
+}
+
+/// The text after `text` among all texts over some characters, shorter ones first.
+std::string successor(std::string text, std::string_view characters) {
+    for (char& character : text) {
+        const std::size_t place = characters.find(character) + 1;
+        if (place < characters.size()) {
+            character = characters[place];
+            return text;
+        }
+        character = characters.front();
+    }
+    return text + characters.front();
+}
+
+/// The same by the pattern that defines elements.
+std::string matchedElement(const std::string& text) {
+    static const std::regex pattern{R"(^([A-Za-z_]\w*)\s*\[\s*(.+)\s*\]$)"};
+    std::smatch match;
+    if (!std::regex_match(text, match, pattern)) {
+        return "none";
+    }
+    const std::string index = match[2];
+    return match[1].str() + "|" + std::string{trim(index)};
 }
 
 }  // namespace
@@ -113,6 +138,25 @@ TEST(IRTextTest, Elements) {
     EXPECT_EQ(elementOf("]"), "none");
     EXPECT_EQ(elementOf("a-b[0]"), "none");
     EXPECT_EQ(elementOf(""), "none");
+}
+
+TEST(IRTextTest, IndexesDoNotSpanLines) {
+    EXPECT_EQ(elementOf("a[\n i \r\n]"), "a|i");
+    EXPECT_EQ(elementOf("a[i\nj]"), "none");
+    EXPECT_EQ(elementOf("a[i\n j ]"), "none");
+    EXPECT_EQ(elementOf("a[ \n]"), "a|");
+    EXPECT_EQ(elementOf("a[\n ]"), "a|");
+    EXPECT_EQ(elementOf("a[\f\n]"), "a|\f");
+    EXPECT_EQ(elementOf("a[\r\n]"), "none");
+}
+
+TEST(IRTextTest, ElementsAreThoseOfThePattern) {
+    std::string inside;
+    do {
+        const std::string text = "a[" + inside + "]";
+        ASSERT_EQ(elementOf(text), matchedElement(text)) << testing::PrintToString(text);
+        inside = successor(inside, "i]\n\r\f ");
+    } while (inside.size() <= 6);
 }
 
 TEST(IRTextTest, TextsThatAreNoElementLeaveTheArgumentsAlone) {

@@ -115,12 +115,12 @@ TEST(NodeTest, WithOneChild) {
 }
 
 TEST(NodeTest, WithNullChild) {
-    const Node literal{"X", nullptr, 5};
+    const Node literal{"Block", nullptr, 5};
     EXPECT_FALSE(literal.hasChildren());
     EXPECT_EQ(literal.getLine(), 5);
     expectValues(literal, ValueType::None, {});
     Node* none = nullptr;
-    const Node variable{"X", none, 5};
+    const Node variable{"Block", none, 5};
     EXPECT_FALSE(variable.hasChildren());
     expectValues(variable, ValueType::None, {});
 }
@@ -272,3 +272,16 @@ TEST(NodeTest, AnyLineIsKept) {
 }
 
 }  // namespace
+
+// Names of a program have no place among the kinds; those of the compiler are the first ones.
+TEST(NodeDeathTest, KindsAndTypesAreThoseOfTheCompiler) {
+    const auto takeNames = [] {
+        for (int count = 0; count < 0x2000; ++count) {
+            static_cast<void>(Name{"name" + std::to_string(count)});
+        }
+    };
+    EXPECT_DEATH(takeNames(); Node("Flower", 1), "^Internal error: Not a kind or type: Flower\n$");
+    Node node{"Program", 1};
+    EXPECT_DEATH(takeNames();
+                 node.setSemanticType("Flower"), "^Internal error: Not a kind or type: Flower\n$");
+}

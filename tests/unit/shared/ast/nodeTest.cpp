@@ -202,6 +202,14 @@ TEST(NodeTest, RemoveChildTakesOutOneEntry) {
     EXPECT_EQ(first->getStringValue(), "a");
 }
 
+TEST(NodeTest, RemoveChildTakesOutTheLastEntry) {
+    const auto last = leaf("c");
+    Node node{"CastExpression", leaf("a").release(), leaf("b").release(), last.get(), 1};
+    node.removeChild(2);
+    ASSERT_EQ(node.getChildren().size(), 2U);
+    EXPECT_EQ(node.getChildren()[1]->getStringValue(), "b");
+}
+
 TEST(NodeTest, RemoveChildOutOfRangeChangesNothing) {
     Node node{"Assignment", leaf("a").release(), leaf("b").release(), 1};
     node.removeChild(7);

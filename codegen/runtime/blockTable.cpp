@@ -7,7 +7,6 @@ namespace krel {
 namespace {
 
 constexpr std::size_t fewestBlocks = 16;
-constexpr std::size_t bytesPerBlock = blockSize + sizeof(Block) + sizeof(BlockMarks);
 
 // Sizes of the parts of a reservation: whole pages.
 constexpr std::size_t tableSize(std::size_t count) {

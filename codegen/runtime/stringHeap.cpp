@@ -148,7 +148,8 @@ bool StringHeap::findRunInBlock(unsigned sizeClass) {
         const std::uint32_t end = next - (isLiveNext && first < next ? 1 : 0);
         if (first < end) {
             const std::uintptr_t block = blocks.addressOf(supply.block);
-            runs[sizeClass] = {block + first * cellSize, block + end * cellSize};
+            runs[sizeClass] = {block + std::uintptr_t{first} * cellSize,
+                               block + std::uintptr_t{end} * cellSize};
             supply.runBegin = runs[sizeClass].next;
             activeClasses |= std::uint64_t{1} << sizeClass;
             return true;
@@ -263,7 +264,7 @@ void StringHeap::mark(std::uintptr_t word) {
         const SizeClass& sizeClass = sizeClasses[block.sizeClass];
         const std::size_t cellOffset = offset - lengthFieldSize;
         const auto cell = static_cast<std::uint32_t>(cellOffset * sizeClass.reciprocal >> 32);
-        if (cell * sizeClass.cellSize == cellOffset && cell < sizeClass.cellCount) {
+        if (std::size_t{cell} * sizeClass.cellSize == cellOffset && cell < sizeClass.cellCount) {
             blocks.marksOf(number).words[cell / markWordBits] |= std::uint64_t{1}
                                                                  << cell % markWordBits;
         }
@@ -382,7 +383,8 @@ void StringHeap::overwriteDead(BlockNumber number) {
     }
     const SizeClass& sizeClass = sizeClasses[block.sizeClass];
     for (std::uint32_t cell = 0; cell < sizeClass.cellCount; ++cell) {
-        char* bytes = reinterpret_cast<char*>(blocks.addressOf(number) + cell * sizeClass.cellSize);
+        char* bytes = reinterpret_cast<char*>(blocks.addressOf(number) +
+                                              std::uintptr_t{cell} * sizeClass.cellSize);
         if (isMarked(blocks.marksOf(number), cell) ||
             lengthOf(bytes + lengthFieldSize) == tracedLength) {
             continue;

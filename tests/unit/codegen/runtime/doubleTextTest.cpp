@@ -63,7 +63,7 @@ TEST(DoubleTextTest, FormatsAsTheLanguageSays) {
         {1234567890123456, "1234567890123456"},
         {123456789012345.6, "123456789012345.6"},
         {9007199254740993.0, "9007199254740992"},
-        {9999999999999998, "9999999999999998"},
+        {9999999999999998.0, "9999999999999998"},
         {1e16, "1e+16"},
         {1.2e16, "1.2e+16"},
         {1.5e300, "1.5e+300"},
@@ -81,7 +81,7 @@ TEST(DoubleTextTest, FormatsAsTheLanguageSays) {
         {-std::numeric_limits<double>::quiet_NaN(), "nan"},
         {std::bit_cast<double>(0x7FF0000000000001), "nan"},
         // Doubles whose interval ends exactly at a shorter decimal, or whose digits are a tie.
-        {9007199254740994, "9007199254740994"},
+        {9007199254740994.0, "9007199254740994"},
         {2e23, "2e+23"},
         {9e23, "9e+23"},
         {1e23, "1e+23"},

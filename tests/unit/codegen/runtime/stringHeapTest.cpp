@@ -27,7 +27,7 @@ std::unique_ptr<StringHeap> openHeap(std::size_t blockLimit = StringHeap::mostBl
     return heap;
 }
 
-std::string patternOf(std::size_t length, unsigned seed) {
+std::string patternOf(std::size_t length, std::size_t seed) {
     std::string text(length, '\0');
     for (std::size_t i = 0; i < length; ++i) {
         text[i] = static_cast<char>('!' + (i * 31 + seed * 17 + i / 93) % 90);
@@ -41,8 +41,8 @@ const char* make(StringHeap& heap, const std::string& text) {
     if (room == nullptr) {
         return nullptr;
     }
-    std::memcpy(room, text.data(), text.size());
-    std::memset(room + text.size(), '#', 16);
+    std::copy(text.begin(), text.end(), room);
+    std::fill_n(room + text.size(), 16, '#');
     return StringHeap::setEnd(room, room + text.size());
 }
 

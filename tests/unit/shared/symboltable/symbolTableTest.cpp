@@ -61,7 +61,7 @@ private:
         if (!insert(symbol.get())) {
             return false;
         }
-        symbol.release();
+        static_cast<void>(symbol.release());  // the table owns it now
         return true;
     }
 };

@@ -30,11 +30,11 @@ class Workshop:
     def file(self, name):
         return str(self.directory / name)
 
-    def run(self, command, native=True, status=0):
-        """Runs a command in the directory; its output goes to the files `out` and `err` there.
+    def run(self, command, native=True, status=0, output="out"):
+        """Runs a command in the directory; its output goes to the files `output` and `err` there.
         Without `native` krelcc finds a native compiler that does nothing."""
         path = self.search_path if native else f"{self.stub}:{self.search_path}"
-        with open(self.file("out"), "wb") as out, open(self.file("err"), "wb") as err:
+        with open(self.file(output), "wb") as out, open(self.file("err"), "wb") as err:
             subprocess.run([self.measure, "result", *command], cwd=self.directory, check=True,
                            stdin=subprocess.DEVNULL, stdout=out, stderr=err,
                            env={"PATH": path, "LC_ALL": "C"})

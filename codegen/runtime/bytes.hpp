@@ -34,19 +34,6 @@ inline bool chunkStaysInPage(const char* text) {
     return reinterpret_cast<std::uintptr_t>(text) % pageSize <= pageSize - chunkSize;
 }
 
-// The length of a NUL-terminated text, in bytes. Reads whole aligned chunks, none of which crosses
-// into another page.
-KREL_READS_FREELY inline std::size_t textLength(const char* text) {
-    const auto misalignment = reinterpret_cast<std::uintptr_t>(text) % chunkSize;
-    const char* chunk = text - misalignment;
-    unsigned ends = findInChunk(loadChunk(chunk), '\0') >> misalignment << misalignment;
-    while (ends == 0) {
-        chunk += chunkSize;
-        ends = findInChunk(loadChunk(chunk), '\0');
-    }
-    return static_cast<std::size_t>(chunk + __builtin_ctz(ends) - text);
-}
-
 // Copies a text of `length` bytes in chunks. Up to 15 bytes beyond its NUL are read, and written
 // with anything.
 KREL_READS_FREELY inline void copyChunks(char* to, const char* from, std::size_t length) {

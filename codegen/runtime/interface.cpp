@@ -47,13 +47,24 @@ struct ThoroughWay {
     static void copy(char* to, const char* from, std::size_t length) { copyText(to, from, length); }
 };
 
+// A line feed, with room for copyChunks to read a whole chunk.
+constexpr char lineFeed[chunkSize] = {'\n'};
+
 // An operand of a concatenation.
 class Operand {
 public:
-    explicit Operand(const char* bytes)
-        : text(bytes),
-          isLiteral(!stringHeap.owns(bytes)),
-          space(isLiteral ? textLength(bytes) : StringHeap::lengthOf(bytes)) {}
+    explicit Operand(const char* bytes) : text(bytes) {
+        if (stringHeap.owns(bytes)) {
+            space = StringHeap::lengthOf(bytes);
+        } else if (isLineFeed(bytes)) {
+            text = lineFeed;
+            space = 1;
+        } else {
+            const LiteralExtent extent = measureLiteral(bytes);
+            space = extent.length;
+            isPlain = extent.isPlain;
+        }
+    }
 
     // Takes at most so many bytes when it is written.
     std::size_t spaceNeeded() const { return space; }
@@ -61,8 +72,8 @@ public:
     // Writes what the text stands for and returns the byte after it.
     template <typename Way>
     char* write(char* to) const {
-        if (isLiteral) {
-            return decode(text, space, to);
+        if (!isPlain) {
+            return decode(text, to);
         }
         Way::copy(to, text, space);
         return to + space;
@@ -70,8 +81,8 @@ public:
 
 private:
     const char* text;
-    bool isLiteral;
-    std::size_t space;
+    std::size_t space = 0;
+    bool isPlain = true;
 };
 
 // The texts of all single characters, each with its NUL. None of them could be taken for an escape,

@@ -67,15 +67,38 @@ KREL_READS_FREELY inline bool decodePart(const char*& from, char*& to) {
     return true;
 }
 
-// Writes the text that a literal of `length` bytes stands for, without a NUL, and returns the byte
-// after it. It is never longer than the literal. Up to 15 bytes beyond its NUL are written with
-// anything.
-inline char* decode(const char* literal, std::size_t length, char* to) {
-    // The most frequent literal by far is a line feed and nothing else.
-    if (length == 2 && literal[0] == '\\' && literal[1] == 'n') {
-        *to = '\n';
-        return to + 1;
+struct LiteralExtent {
+    std::size_t length;  // in bytes, as it stands
+    // Only set where the literal stands for itself and may be copied in chunks: no byte beyond it
+    // that is read then lies in another page.
+    bool isPlain;
+};
+
+// Reads whole aligned chunks, none of which crosses into another page.
+KREL_READS_FREELY inline LiteralExtent measureLiteral(const char* literal) {
+    const auto misalignment = reinterpret_cast<std::uintptr_t>(literal) % chunkSize;
+    const char* chunk = literal - misalignment;
+    __m128i bytes = loadChunk(chunk);
+    unsigned ends = findInChunk(bytes, '\0') >> misalignment << misalignment;
+    unsigned backslashes = findInChunk(bytes, '\\') >> misalignment;
+    while (ends == 0) {
+        chunk += chunkSize;
+        bytes = loadChunk(chunk);
+        ends = findInChunk(bytes, '\0');
+        backslashes |= findInChunk(bytes, '\\');
     }
+    const char* end = chunk + __builtin_ctz(ends);
+    return {static_cast<std::size_t>(end - literal), backslashes == 0 && chunkStaysInPage(end)};
+}
+
+// Whether the literal is a line feed and nothing else, the most frequent one by far.
+inline bool isLineFeed(const char* literal) {
+    return literal[0] == '\\' && literal[1] == 'n' && literal[2] == '\0';
+}
+
+// Writes the text that a literal stands for, without a NUL, and returns the byte after it. It is
+// never longer than the literal. Up to 15 bytes beyond its NUL are written with anything.
+inline char* decode(const char* literal, char* to) {
     while (decodePart(literal, to)) {
     }
     return to;

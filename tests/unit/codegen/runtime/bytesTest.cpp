@@ -22,33 +22,6 @@ std::string patternOf(std::size_t length) {
 
 }  // namespace
 
-TEST(BytesTest, TextLengthIsRightAtEveryAlignment) {
-    alignas(64) char memory[256];
-    for (std::size_t begin = 0; begin < 64; ++begin) {
-        for (std::size_t length = 0; length < 100; ++length) {
-            std::memset(memory, 'x', sizeof memory);
-            memory[begin == 0 ? 255 : begin - 1] = '\0';  // an end before the text is none of it
-            memory[begin + length] = '\0';
-            ASSERT_EQ(krel::textLength(memory + begin), length) << "at " << begin;
-        }
-    }
-}
-
-TEST(BytesTest, TextLengthReadsNothingBeyondThePage) {
-    const GuardedPages pages(1);
-    for (std::size_t length = 0; length < 100; ++length) {
-        ASSERT_EQ(krel::textLength(pages.putAtEnd(std::string(length, 'x'))), length);
-    }
-}
-
-TEST(BytesTest, TextLengthTakesEveryByteButNulForText) {
-    std::string text;
-    for (int byte = 1; byte < 256; ++byte) {
-        text += static_cast<char>(byte);
-    }
-    EXPECT_EQ(krel::textLength(text.c_str()), 255U);
-}
-
 TEST(BytesTest, FindInChunkSetsABitPerHit) {
     const char chunk[17] = "a.bcd.efghijklm.";
     EXPECT_EQ(krel::findInChunk(krel::loadChunk(chunk), '.'), 0b1000'0000'0010'0010U);

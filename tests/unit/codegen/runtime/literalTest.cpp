@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "tests/unit/codegen/runtime/guardedText.hpp"
@@ -9,9 +10,8 @@
 namespace {
 
 std::string decoded(const char* literal) {
-    const std::size_t length = krel::textLength(literal);
-    std::string room(length + 16, '\0');
-    const char* end = krel::decode(literal, length, room.data());
+    std::string room(std::strlen(literal) + 16, '\0');
+    const char* end = krel::decode(literal, room.data());
     room.resize(static_cast<std::size_t>(end - room.data()));
     return room;
 }
@@ -91,7 +91,64 @@ TEST(LiteralTest, WritesAtMostSixteenBytesTooMuch) {
     for (std::size_t length = 0; length < 100; ++length) {
         const std::string literal(length, 'x');
         std::string room(length + 32, '#');
-        krel::decode(literal.c_str(), length, room.data());
+        krel::decode(literal.c_str(), room.data());
         EXPECT_EQ(room.substr(length + 16), std::string(16, '#')) << length;
+    }
+}
+
+TEST(LiteralTest, MeasuresAtEveryAlignment) {
+    alignas(64) char memory[256];
+    for (std::size_t begin = 0; begin < 64; ++begin) {
+        for (std::size_t length = 0; length < 100; ++length) {
+            std::memset(memory, 'x', sizeof memory);
+            // An end and an escape before the literal are none of it.
+            memory[begin == 0 ? 255 : begin - 1] = begin % 2 == 0 ? '\0' : '\\';
+            memory[begin + length] = '\0';
+            const krel::LiteralExtent extent = krel::measureLiteral(memory + begin);
+            ASSERT_EQ(extent.length, length) << "at " << begin;
+        }
+    }
+}
+
+TEST(LiteralTest, TakesEveryByteButNulForAPartOfALiteral) {
+    std::string literal;
+    for (int byte = 1; byte < 256; ++byte) {
+        literal += static_cast<char>(byte);
+    }
+    EXPECT_EQ(krel::measureLiteral(literal.c_str()).length, 255U);
+}
+
+TEST(LiteralTest, FindsABackslashAnywhere) {
+    for (std::size_t length = 1; length < 70; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            std::string literal(length, 'x');
+            literal[place] = '\\';
+            ASSERT_FALSE(krel::measureLiteral(literal.c_str()).isPlain)
+                << place << " of " << length;
+        }
+    }
+}
+
+// Copying in chunks would read up to fifteen bytes beyond the literal's end.
+TEST(LiteralTest, IsNotPlainCloseToThePagesEnd) {
+    const GuardedPages pages(1);
+    for (std::size_t length = 0; length < 100; ++length) {
+        const std::string text(length, 'x');
+        const krel::LiteralExtent atEnd = krel::measureLiteral(pages.putAtEnd(text));
+        EXPECT_EQ(atEnd.length, length);
+        EXPECT_FALSE(atEnd.isPlain) << length;
+        const std::string withRoom = text + std::string(1, '\0') + std::string(15, '.');
+        EXPECT_TRUE(krel::measureLiteral(pages.putAtEnd(withRoom)).isPlain) << length;
+    }
+}
+
+TEST(LiteralTest, TellsALineFeedFromEverythingElse) {
+    EXPECT_TRUE(krel::isLineFeed(R"(\n)"));
+    for (const char* other : {"", "\n", "n", R"(\)", R"(\t)", R"(\\n)", R"(\n\n)", R"(\n )"}) {
+        EXPECT_FALSE(krel::isLineFeed(other)) << other;
+    }
+    const GuardedPages pages(1);
+    for (const char* atEnd : {"", R"(\)"}) {
+        EXPECT_FALSE(krel::isLineFeed(pages.putAtEnd(atEnd))) << atEnd;
     }
 }

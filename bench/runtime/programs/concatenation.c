@@ -1,3 +1,5 @@
+// Strings end in a NUL, as Krel's do; how long they are is found out each time, as C programs mostly
+// do, or with KNOWN_LENGTHS kept beside the text, as the runtime does.
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -13,10 +15,20 @@ static struct string make(size_t length) {
     return made;
 }
 
-static struct string append(struct string left, const char *right, size_t length) {
-    const struct string longer = make(left.length + length);
-    memcpy(longer.text, left.text, left.length);
-    memcpy(longer.text + left.length, right, length);
+static size_t lengthOf(struct string string) {
+#ifdef KNOWN_LENGTHS
+    return string.length;
+#else
+    return strlen(string.text);
+#endif
+}
+
+static struct string append(struct string left, const char *right) {
+    const size_t before = lengthOf(left);
+    const size_t added = strlen(right);
+    const struct string longer = make(before + added);
+    memcpy(longer.text, left.text, before);
+    memcpy(longer.text + before, right, added);
     free(left.text);
     return longer;
 }
@@ -29,7 +41,7 @@ int main(void) {
         free(text.text);
         text = make(0);
         for (long step = 0; step < steps; step++) {
-            text = append(text, "0123456789", 10);
+            text = append(text, "0123456789");
         }
     }
     printf("%s\n", text.text);

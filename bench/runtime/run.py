@@ -32,12 +32,22 @@ FILE = "out"
 Pair = collections.namedtuple("Pair", "name what program constants defines goal memory same")
 
 
-def concatenation(name, rounds, steps):
-    return Pair(name, f"texts of up to {steps * 10:,} characters, ten at a time",
-                "concatenation", {"rounds": rounds, "steps": steps}, [], 1.0, None, "bytes")
-
-
 TEN_MILLION = {"count": 10_000_000}
+SIX_DIGITS = ['-DFORMAT="%g\\n"']
+KNOWN_LENGTHS = ["-DKNOWN_LENGTHS"]
+
+
+def concatenation(length, rounds, suffix="", defines=(), note=""):
+    """Texts that grow by ten characters at a time."""
+    return Pair(f"concat{length}{suffix}", f"texts growing to {length:,} characters{note}",
+                "concatenation", {"rounds": rounds, "steps": length // 10}, defines, 1.0, None,
+                "bytes")
+
+
+def concatenations(length, rounds):
+    return [concatenation(length, rounds),
+            concatenation(length, rounds, "-kept", KNOWN_LENGTHS, ", C keeps their lengths")]
+
 
 PAIRS = [
     Pair("integers", "integers, one per line", "integers", TEN_MILLION, [], 0.35, None, "bytes"),
@@ -45,14 +55,15 @@ PAIRS = [
          "bytes"),
     Pair("doubles", "doubles, shortest text against %.17g", "doubles", TEN_MILLION, [], 0.30, None,
          "numbers"),
-    Pair("doubles6", "the same against %g, six digits", "doubles", TEN_MILLION,
-         ['-DFORMAT="%g\\n"'], None, None, "nothing"),
-    concatenation("concat20", 5_000_000, 2),
-    concatenation("concat1k", 100_000, 100),
-    concatenation("concat10k", 2_000, 1_000),
-    concatenation("concat400k", 1, 40_000),
-    Pair("frames", "integers under 40,000 frames with a string", "frames", TEN_MILLION, [], 0.85,
-         64, "bytes"),
+    Pair("doubles6", "the same against %g, six digits", "doubles", TEN_MILLION, SIX_DIGITS, None,
+         None, "nothing"),
+    *concatenations(20, 5_000_000),
+    *concatenations(100, 1_000_000),
+    *concatenations(1_000, 100_000),
+    *concatenations(10_000, 2_000),
+    *concatenations(400_000, 1),
+    Pair("frames", "integers under 40,000 frames with a string each", "frames", TEN_MILLION, [],
+         0.85, 64, "bytes"),
 ]
 
 
@@ -106,16 +117,16 @@ def megabytes(samples):
     return median(samples, "peak") / 1024
 
 
-HEADING = (f"{'pair':<11} {'goal':>5} {'ratio':>6} {'to file':>8}   {'Krel':>7} {'C':>7}"
+HEADING = (f"{'pair':<17} {'goal':>5} {'ratio':>6} {'to file':>8}   {'Krel':>7} {'C':>7}"
            f"   {'Krel':>6} {'C':>6} {'goal':>5}   what\n"
-           f"{'':11} {'':5} {'':6} {'':8}   {'CPU s':>7} {'CPU s':>7}"
+           f"{'':17} {'':5} {'':6} {'':8}   {'CPU s':>7} {'CPU s':>7}"
            f"   {'MB':>6} {'MB':>6} {'MB':>5}")
 
 
 def row(pair, sink, file):
     goal = f"{pair.goal:.2f}" if pair.goal else ""
     memory = f"{pair.memory}" if pair.memory else ""
-    return (f"{pair.name:<11} {goal:>5} {ratio(sink['krel'], sink['c'], 'cpu'):6.2f}"
+    return (f"{pair.name:<17} {goal:>5} {ratio(sink['krel'], sink['c'], 'cpu'):6.2f}"
             f" {ratio(file['krel'], file['c'], 'cpu'):8.2f}  "
             f" {median(sink['krel'], 'cpu'):7.3f} {median(sink['c'], 'cpu'):7.3f}  "
             f" {megabytes(sink['krel']):6.1f} {megabytes(sink['c']):6.1f} {memory:>5}  "

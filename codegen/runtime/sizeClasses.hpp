@@ -17,7 +17,7 @@ inline constexpr std::size_t lengthFieldSize = sizeof(std::size_t);
 inline constexpr std::size_t cellSpace = blockSize - chunkSize;
 
 // Every multiple of eight at first, then at most a quarter more than the size before; from 1 KB on
-// the sizes divide a block evenly.
+// the sizes divide a block evenly, so that the last two, a third and a half of it, are further off.
 inline constexpr std::uint32_t cellSizes[] = {
     16,   24,   32,   40,   48,   56,   64,   72,   80,   88,   96,    104,   112,   120,   128,
     160,  192,  224,  256,  320,  384,  448,  512,  640,  768,  896,   1024,  1168,  1360,  1632,

@@ -28,7 +28,7 @@ FILE = "out"
 
 # A pair of programs: its name, what it does, the names of its files, the values of its constants,
 # definitions for the C program, the CPU time relative to C and the memory in MB that are wanted
-# (None: only shown), and whether the outputs are the same bytes or only the same numbers.
+# (None: only shown), and what is the same in both outputs: bytes, numbers or nothing.
 Pair = collections.namedtuple("Pair", "name what program constants defines goal memory same")
 
 
@@ -138,7 +138,7 @@ def main():
                                      description=__doc__.splitlines()[0])
     parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--quick", action="store_true",
-                        help=f"every pair does 1/{QUICK_SHRINK} of the work, where it can")
+                        help=f"1/{QUICK_SHRINK} of the work; the programs' start then weighs more")
     parser.add_argument("--rounds", type=int, default=5, metavar="N",
                         help="runs of each program (default: %(default)s)")
     parser.add_argument("--only", action="append", choices=[pair.name for pair in PAIRS],

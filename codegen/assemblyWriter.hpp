@@ -49,6 +49,7 @@ private:
 
     std::ostream& out;
     // With room behind the block for what a short text copies beyond its size.
-    std::unique_ptr<char[]> block = std::make_unique<char[]>(blockSize + ShortText::capacity);
+    std::unique_ptr<char[]> block =
+        std::make_unique_for_overwrite<char[]>(blockSize + ShortText::capacity);
     std::size_t used = 0;
 };

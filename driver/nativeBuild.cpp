@@ -94,7 +94,7 @@ int CompilerDriver::runNativeCompiler(const std::string& compiler, const fs::pat
                                       const fs::path& runtime, const fs::path& output) {
     const std::array<const char*, 6> arguments = {
         compiler.c_str(), assembly.c_str(), runtime.c_str(), "-o", output.c_str(), nullptr};
-    const pid_t child = fork();
+    const pid_t child = vfork();
     if (child < 0) {
         reportSystemError("Could not start ", compiler);
         return 1;

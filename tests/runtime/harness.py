@@ -1,0 +1,98 @@
+"""What the tests of compiled programs share: compiling a source and running the result.
+
+The tests take krelcc's path from the environment variable KRELCC. They run by
+    KRELCC=build/release/krelcc python3 tests/runtime/test_output.py
+"""
+
+import collections
+import os
+import pathlib
+import resource
+import signal
+import subprocess
+import tempfile
+import unittest
+
+KRELCC = pathlib.Path(os.environ["KRELCC"]).resolve()
+RUNTIME = KRELCC.parent / "codegen" / "runtime.o"
+OBJECTS = KRELCC.parent / "tests" / "runtime"
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+TIMEOUT_SECONDS = 120
+
+# How a program ended: its status (the negated number of the signal that killed it) and what it
+# wrote, as bytes.
+Outcome = collections.namedtuple("Outcome", ["status", "stdout", "stderr"])
+
+DIVIDED_BY_ZERO = -signal.SIGFPE
+FAULTED = -signal.SIGSEGV
+ABORTED = -signal.SIGABRT
+MEGABYTE = 1 << 20
+
+
+def error_line(what):
+    """The line by which a program says why it ends."""
+    return f"krel: runtime error: {what}\n".encode()
+
+
+def main_with(statements):
+    """A program that has only a main."""
+    return "void main() {\n" + statements + "\n}\n"
+
+
+def limited(limits):
+    """A function that sets soft limits, given as {resource: value}, in a child before it starts."""
+    def set_limits():
+        for number, value in limits.items():
+            resource.setrlimit(number, (value, resource.getrlimit(number)[1]))
+    return set_limits
+
+
+class RuntimeTest(unittest.TestCase):
+    """A test with a fresh working directory, `self.directory`, for sources and programs."""
+
+    maxDiff = None
+
+    def setUp(self):
+        temporary = tempfile.TemporaryDirectory()
+        self.addCleanup(temporary.cleanup)
+        self.directory = pathlib.Path(temporary.name).resolve()
+
+    def compile(self, source, name="program"):
+        """Compiles the text of a program; the path of the executable."""
+        path = self.directory / f"{name}.krl"
+        path.write_text(source)
+        compiled = subprocess.run(
+            [KRELCC, path], cwd=self.directory, stdin=subprocess.DEVNULL, capture_output=True,
+            env={**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}, timeout=TIMEOUT_SECONDS,
+            check=False)
+        self.assertEqual((compiled.returncode, compiled.stderr), (0, b""))
+        return path.with_suffix("")
+
+    def start(self, program, limits=(), **options):
+        """Starts a program, its standard error and unless told otherwise its output on pipes."""
+        process = subprocess.Popen([program], cwd=self.directory, stdin=subprocess.DEVNULL,
+                                   stdout=options.pop("stdout", subprocess.PIPE),
+                                   stderr=subprocess.PIPE, preexec_fn=limited(dict(limits)),
+                                   **options)
+        self.addCleanup(process.stderr.close)
+        if process.stdout:
+            self.addCleanup(process.stdout.close)
+        return process
+
+    def finish(self, process):
+        """Waits for a program; how it ended."""
+        try:
+            stdout, stderr = process.communicate(timeout=TIMEOUT_SECONDS)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.communicate()
+            raise
+        return Outcome(process.returncode, stdout, stderr)
+
+    def run_program(self, program, **options):
+        """Runs a program to its end; how it ended."""
+        return self.finish(self.start(program, **options))
+
+    def run_source(self, source, **options):
+        """Compiles the text of a program and runs it to its end; how it ended."""
+        return self.run_program(self.compile(source), **options)

@@ -39,14 +39,6 @@ def main_with(statements):
     return "void main() {\n" + statements + "\n}\n"
 
 
-def limited(limits):
-    """A function that sets soft limits, given as {resource: value}, in a child before it starts."""
-    def set_limits():
-        for number, value in limits.items():
-            resource.setrlimit(number, (value, resource.getrlimit(number)[1]))
-    return set_limits
-
-
 class RuntimeTest(unittest.TestCase):
     """A test with a fresh working directory, `self.directory`, for sources and programs."""
 
@@ -68,30 +60,39 @@ class RuntimeTest(unittest.TestCase):
         self.assertEqual((compiled.returncode, compiled.stderr), (0, b""))
         return path.with_suffix("")
 
-    def start(self, program, limits=(), **options):
-        """Starts a program, its standard error and unless told otherwise its output on pipes."""
-        process = subprocess.Popen([program], cwd=self.directory, stdin=subprocess.DEVNULL,
+    def start(self, program, *arguments, limits=(), prepare=None, **options):
+        """Starts a program, its standard error and unless told otherwise its output on pipes.
+
+        Before it runs, soft limits are set, given as {resource: value}, and `prepare` is called.
+        Further options are Popen's; with restore_signals=False the program starts with SIGPIPE and
+        SIGXFSZ ignored, as Python itself does.
+        """
+        def set_up():
+            for number, value in dict(limits).items():
+                resource.setrlimit(number, (value, resource.getrlimit(number)[1]))
+            if prepare:
+                prepare()
+        process = subprocess.Popen([program, *arguments], cwd=self.directory,
+                                   stdin=subprocess.DEVNULL,
                                    stdout=options.pop("stdout", subprocess.PIPE),
-                                   stderr=subprocess.PIPE, preexec_fn=limited(dict(limits)),
-                                   **options)
-        self.addCleanup(process.stderr.close)
-        if process.stdout:
-            self.addCleanup(process.stdout.close)
+                                   stderr=subprocess.PIPE, preexec_fn=set_up, **options)
+        self.addCleanup(self.stop, process)
         return process
+
+    def stop(self, process):
+        """Ends a program that a failed test left running."""
+        if process.poll() is None:
+            process.kill()
+        process.communicate()
 
     def finish(self, process):
         """Waits for a program; how it ended."""
-        try:
-            stdout, stderr = process.communicate(timeout=TIMEOUT_SECONDS)
-        except subprocess.TimeoutExpired:
-            process.kill()
-            process.communicate()
-            raise
+        stdout, stderr = process.communicate(timeout=TIMEOUT_SECONDS)
         return Outcome(process.returncode, stdout, stderr)
 
-    def run_program(self, program, **options):
+    def run_program(self, program, *arguments, **options):
         """Runs a program to its end; how it ended."""
-        return self.finish(self.start(program, **options))
+        return self.finish(self.start(program, *arguments, **options))
 
     def run_source(self, source, **options):
         """Compiles the text of a program and runs it to its end; how it ended."""

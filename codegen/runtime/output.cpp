@@ -54,10 +54,12 @@ void Output::printLiteral(const char* literal) {
 }
 
 void Output::flush() {
+    flushing = true;
     while (unwritten != next) {
         unwritten += writeSome(unwritten, static_cast<std::size_t>(next - unwritten));
     }
     unwritten = next = buffer;
+    flushing = false;
 }
 
 void Output::printSlowly(const char* text, std::size_t length) {

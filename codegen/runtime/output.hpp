@@ -37,6 +37,9 @@ public:
     // everything is dropped, so that what was written is a beginning of the output without gaps.
     void flush();
 
+    // Whether a flush is under way: a signal that interrupts it cannot tell how far it has come.
+    bool isFlushing() const { return flushing; }
+
     // Whether a write failed, now or earlier.
     bool hasFailed() const { return failed; }
 
@@ -54,6 +57,7 @@ private:
     char* unwritten = nullptr;
     int descriptor = 0;
     bool failed = false;
+    bool flushing = false;
     char buffer[capacity + chunkSize] = {};
 };
 

@@ -98,9 +98,12 @@ bool isStackOverflow(const SignalInfo& info, const SignalContext& context) {
     return info.faultAddress >= context.rsp - pushed && info.faultAddress < mainStackEnd;
 }
 
+bool isSentByProcess(const SignalInfo& info) {
+    return info.code <= 0;
+}
+
 const char* describe(const SignalInfo& info, const SignalContext& context) {
-    const bool sentByProcess = info.code <= 0;
-    if (sentByProcess) {
+    if (isSentByProcess(info)) {
         return "ended by a signal from outside";
     }
     switch (info.signal) {
@@ -116,9 +119,12 @@ const char* describe(const SignalInfo& info, const SignalContext& context) {
 }
 
 // The signal's action has been reset when this runs, and the signal is blocked until it returns:
-// the one raised here ends the program then, before its next instruction.
+// the one raised here ends the program then, before its next instruction. A signal from outside may
+// come in the middle of a write, which is not repeated: what was written would be written twice.
 void handleTrap(int signal, const SignalInfo* info, const SignalContext* context) {
-    standardOutput.flush();
+    if (!isSentByProcess(*info) || !standardOutput.isFlushing()) {
+        standardOutput.flush();
+    }
     reportRuntimeError(describe(*info, *context));
     system::raise(signal);
 }

@@ -17,7 +17,7 @@ KRELCC = pathlib.Path(os.environ["KRELCC"]).resolve()
 RUNTIME = KRELCC.parent / "codegen" / "runtime.o"
 OBJECTS = KRELCC.parent / "tests" / "runtime"
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
-TIMEOUT_SECONDS = 120
+TIMEOUT_SECONDS = 60
 
 # How a program ended: its status (the negated number of the signal that killed it) and what it
 # wrote, as bytes.

@@ -25,10 +25,6 @@ std::uint64_t prefixOf(std::string_view name) {
     return prefix;
 }
 
-bool comesBefore(const Value* left, const Value* right) {
-    return left->prefix != right->prefix ? left->prefix < right->prefix : left->name < right->name;
-}
-
 }  // namespace
 
 ValueTable::ValueTable() : keywordCount(keywords.size()) {
@@ -44,7 +40,6 @@ void ValueTable::insert(std::string_view name, std::uint64_t key, std::uint32_t 
     word.slot = slot;
     word.hasValue = !isBlockName(name);
     word.value.name = name;
-    word.value.prefix = prefixOf(name);
     slots[slot] = static_cast<std::uint32_t>(words.size());
     if (words.size() * 2 > slots.size()) {
         grow();
@@ -70,12 +65,16 @@ void ValueTable::grow() {
 }
 
 const std::vector<Value*>& ValueTable::inOrder() {
-    ordered.clear();
+    places.clear();
     for (Word& word : words) {
         if (word.hasValue) {
-            ordered.push_back(&word.value);
+            places.push_back({prefixOf(word.value.name), &word.value});
         }
     }
-    std::sort(ordered.begin(), ordered.end(), comesBefore);
+    std::sort(places.begin(), places.end(), comesBefore);
+    ordered.clear();
+    for (const Place& place : places) {
+        ordered.push_back(place.value);
+    }
     return ordered;
 }

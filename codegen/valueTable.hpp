@@ -13,9 +13,8 @@
 /// A named value of a function.
 struct Value {
     std::string_view name;
-    std::uint64_t prefix = 0;  // the first eight characters of the name, the first one highest
-    ShortText address;         // of its slot, as an operand: "-24(%rbp)"
-    int length = 0;            // elements of an array, by its symbol
+    ShortText address;  // of its slot, as an operand: "-24(%rbp)"
+    int length = 0;     // elements of an array, by its symbol
     bool isArray = false;
     Name declaredType;  // of its symbol; empty without one
     Name type;          // what it is believed to hold now; empty when nothing is known
@@ -57,6 +56,17 @@ private:
         bool hasValue = false;
         Value value;
     };
+
+    /// A value's place among the others, as far as the beginning of its name decides on it. Most
+    /// comparisons of a sort then touch no value.
+    struct Place {
+        std::uint64_t prefix;  // the first eight characters of the name, the first one highest
+        Value* value;
+    };
+    static bool comesBefore(const Place& left, const Place& right) {
+        return left.prefix != right.prefix ? left.prefix < right.prefix
+                                           : left.value->name < right.value->name;
+    }
 
     /// The characters of a word of up to eight, packed; of a longer one a hash. Words of four and
     /// more are read in two halves, which may overlap.
@@ -103,5 +113,6 @@ private:
     std::vector<Word> words;  // keywords first
     std::size_t keywordCount;
     std::vector<std::uint32_t> slots = std::vector<std::uint32_t>(128);  // index + 1; 0: free
+    std::vector<Place> places;
     std::vector<Value*> ordered;
 };

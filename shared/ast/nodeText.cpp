@@ -23,7 +23,7 @@ std::string doubleText(double value) {
 
 /// The escape of each byte that has one. Other control characters and bytes above 127 pass as they
 /// are (kept: readers of the dumps rely on it).
-std::string_view jsonEscape(char byte) {
+constexpr std::string_view jsonEscape(char byte) {
     switch (byte) {
         case '"':
             return "\\\"";
@@ -44,6 +44,19 @@ std::string_view jsonEscape(char byte) {
         default:
             return {};
     }
+}
+
+constexpr std::array<bool, 256> jsonEscapes() {
+    std::array<bool, 256> escapes{};
+    for (int byte = 0; byte < 256; ++byte) {
+        escapes[static_cast<std::size_t>(byte)] = !jsonEscape(static_cast<char>(byte)).empty();
+    }
+    return escapes;
+}
+
+bool hasJsonEscape(char byte) {
+    static constexpr std::array<bool, 256> escapes = jsonEscapes();
+    return escapes[static_cast<unsigned char>(byte)];
 }
 
 /// Kinds whose value is a name and is shown as one.
@@ -107,7 +120,7 @@ private:
             quoted(Error::getSourceFile());
         } else {
             key(level, "\"sourceLine\": \"");
-            text += std::to_string(node.getLine());
+            number(node.getLine());
             text += '"';
         }
         if (node.hasValue()) {
@@ -146,6 +159,12 @@ private:
         }
     }
 
+    void number(int value) {
+        std::array<char, 12> digits;  // of any int, with its sign
+        const auto end = std::to_chars(digits.begin(), digits.end(), value).ptr;
+        text += std::string_view{digits.begin(), end};
+    }
+
     void indent(int level) { text.append(static_cast<std::size_t>(level) * 2, ' '); }
 
     void key(int level, std::string_view name) {
@@ -157,9 +176,8 @@ private:
         text += '"';
         std::size_t copied = 0;
         for (std::size_t at = 0; at < raw.size(); ++at) {
-            const std::string_view escape = jsonEscape(raw[at]);
-            if (!escape.empty()) {
-                text.append(raw, copied, at - copied).append(escape);
+            if (hasJsonEscape(raw[at])) {
+                text.append(raw, copied, at - copied).append(jsonEscape(raw[at]));
                 copied = at + 1;
             }
         }

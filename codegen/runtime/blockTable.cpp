@@ -41,8 +41,10 @@ std::size_t findCount(std::size_t limit, std::size_t leftToOthers) {
 
 }  // namespace
 
+// Where others could not be left as much as they should have, they get half of what there is.
 bool BlockTable::open(std::size_t limit) {
-    return reserve(limit) || reserve(findCount(limit, addressesForOthers()));
+    return reserve(limit) || reserve(findCount(limit, addressesForOthers())) ||
+           reserve(findCount(limit, 0) / 2);
 }
 
 bool BlockTable::reserve(std::size_t count) {

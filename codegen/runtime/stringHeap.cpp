@@ -214,20 +214,23 @@ KREL_READS_FREELY void StringHeap::collect(const std::uintptr_t* first,
     clearMarks();
     mark(pinned[0]);
     mark(pinned[1]);
+    // A minus before a string negates its address, and a second one gives the string back.
     const std::uintptr_t begin = blocks.addressOf(0);
     const std::size_t size = footprint();
     for (const std::uintptr_t* word = first; word < last; ++word) {
         if (*word - begin < size) {
             mark(*word);
+        } else if (-*word - begin < size) {
+            mark(-*word);
         }
     }
     resetRuns();
     const Census census = sweep();
-    // A collection costs a look at every word of the stack and at the marks of every block; so
+    // A collection costs a look at every word of the stack and at the marks of every region; so
     // much is handed out before the next one that this stays a small part of the work.
     const auto stackBytes =
         first < last ? static_cast<std::size_t>(last - first) * sizeof *first : 0;
-    budget = smallestBudget + 4 * stackBytes + census.cellBlocks * blockSize / 8;
+    budget = smallestBudget + 4 * stackBytes + census.regions * blockSize / 8;
     releaseExcess(census);
     ++collectionCount;
 }
@@ -310,8 +313,8 @@ StringHeap::Census StringHeap::sweep() {
             freeBefore = noBlock;
             if (block.use == BlockUse::cells) {
                 addPartial(number);
-                ++census.cellBlocks;
             }
+            ++census.regions;
             census.usedBlocks += block.span;
             continue;
         }

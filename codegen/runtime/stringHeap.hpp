@@ -116,7 +116,7 @@ private:
 
     // What a collection found.
     struct Census {
-        std::size_t cellBlocks;          // blocks with live cells
+        std::size_t regions;             // with live strings: blocks of cells, and larger strings
         std::size_t usedBlocks;          // all blocks of live strings
         std::size_t residentFreeBlocks;  // free blocks with memory behind them
     };

@@ -3,7 +3,7 @@
 
 Not free are `exit`, a word of the language; what the C start-up files define in every program and
 the linker then finds twice (`_start`, `_init`, `_fini`, `__data_start`, `__dso_handle`,
-`_IO_stdin_used`); and what runs before the runtime has started or after it has ended
+`_IO_stdin_used`); what the linker defines (`_edata`, `_end`, `__bss_start`); and what runs before the runtime has started or after it has ended
 (`__libc_start_main`, `__gmon_start__`, `__cxa_finalize` and two functions of the dynamic linker).
 """
 

@@ -134,19 +134,21 @@ class Kept(MemoryTest):
         self.assertEqual(printed.splitlines()[1000000:],
                          [b"frame %d" % depth for depth in range(frames + 1)])
 
-    def test_string_with_a_minus_before_it_survives(self):
+    def test_strings_with_a_minus_before_them_survive(self):
         # Minus negates a string's address, so that twice of it is the string again.
-        functions = """\
-string make(int number) {
-    string text = (string) number;
-    text = "negated " + text;
-    return -text;
-}
-"""
-        printed = self.output(functions + main_with("    string hidden = make(7);\n" +
-                                                    CHURN.format(rounds=100000) +
-                                                    "    print(-hidden);"))
-        self.assertEqual(printed.splitlines()[-1], b"negated 7")
+        count = 1000
+        printed = self.output(main_with(f"""\
+    string hidden[{count}];
+    for (int i = 0; i < {count}; i++) {{
+        string digits = (string) i;
+        string text = "negated " + digits;
+        hidden[i] = -text;
+    }}
+""" + CHURN.format(rounds=100000) + f"""\
+    for (int j = 0; j < {count}; j++) {{
+        print(-hidden[j], "\\n");
+    }}"""))
+        self.assertEqual(printed.splitlines()[-count:], [b"negated %d" % i for i in range(count)])
 
     def test_strings_in_an_array_survive(self):
         count = 100000

@@ -23,7 +23,7 @@ constexpr std::size_t megabyte = std::size_t{1} << 20;
 using Roots = std::vector<std::uintptr_t>;
 
 // A heap that collects only when it is told to, and whose strings need not be on the stack.
-std::unique_ptr<StringHeap> openHeap(std::size_t blockLimit = StringHeap::mostBlocks) {
+std::unique_ptr<StringHeap> openHeap(std::size_t blockLimit = blocksForATest) {
     auto heap = std::make_unique<StringHeap>();
     heap->open(0, blockLimit);
     return heap;
@@ -262,7 +262,7 @@ namespace {
 TEST(StringHeapTest, NothingIsCollectedBeforeFourMegabytes) {
     for (const std::size_t length : {7UL, 100UL, 5000UL, 50'000UL}) {
         StringHeap heap;
-        heap.open(endOfMainStack);
+        heap.open(endOfMainStack, blocksForATest);
         const std::size_t bytes = bytesUntilFirstCollection(heap, length);
         EXPECT_GT(bytes, 4 * megabyte * 6 / 10) << length;  // what is in the cells counts too
         EXPECT_LT(bytes, 5 * megabyte) << length;
@@ -279,7 +279,7 @@ TEST(StringHeapTest, WithoutAStackNothingIsCollected) {
 
 TEST(StringHeapTest, StringsInFramesSurvive) {
     StringHeap heap;
-    heap.open(endOfMainStack);
+    heap.open(endOfMainStack, blocksForATest);
     EXPECT_EQ(countLostInFrames(heap, 5000), 0);
     EXPECT_GT(heap.collections(), 0U);
 }
@@ -303,7 +303,7 @@ TEST(StringHeapTest, OperandsSurviveWithoutBeingOnTheStack) {
 
 TEST(StringHeapTest, ALoopRunsInConstantMemory) {
     StringHeap heap;
-    heap.open(endOfMainStack);
+    heap.open(endOfMainStack, blocksForATest);
     const char* volatile held = "";
     for (int i = 0; i < 1'000'000; ++i) {
         held = make(heap, std::to_string(i));
@@ -327,7 +327,7 @@ std::size_t collectionsFor64Megabytes(StringHeap& heap) {
 
 TEST(StringHeapTest, ADeepStackIsScannedSeldom) {
     StringHeap heap;
-    heap.open(endOfMainStack);
+    heap.open(endOfMainStack, blocksForATest);
     volatile char deep[4 * megabyte];
     deep[0] = 'd';
     EXPECT_LE(collectionsFor64Megabytes(heap), 64 / 16 + 1);  // four times the stack's size
@@ -335,7 +335,7 @@ TEST(StringHeapTest, ADeepStackIsScannedSeldom) {
 
 TEST(StringHeapTest, ManyLargeStringsAreLookedAtSeldom) {
     StringHeap heap;
-    heap.open(endOfMainStack);
+    heap.open(endOfMainStack, blocksForATest);
     std::array<const char* volatile, 2000> held;
     for (const char* volatile& string : held) {
         char* room = heap.allocate(40'000);
@@ -347,7 +347,7 @@ TEST(StringHeapTest, ManyLargeStringsAreLookedAtSeldom) {
 
 TEST(StringHeapTest, OneLargeStringCostsNothing) {
     StringHeap heap;
-    heap.open(endOfMainStack);
+    heap.open(endOfMainStack, blocksForATest);
     const std::size_t without = collectionsFor64Megabytes(heap);
     const char* volatile held = make(heap, std::string(100 * megabyte, 'l'));
     EXPECT_LE(collectionsFor64Megabytes(heap), without * 5 / 4);
@@ -356,7 +356,7 @@ TEST(StringHeapTest, OneLargeStringCostsNothing) {
 
 TEST(StringHeapTest, AGrowingStringNeedsAFewTimesItsLength) {
     StringHeap heap;
-    heap.open(endOfMainStack);
+    heap.open(endOfMainStack, blocksForATest);
     const std::size_t step = 20'000;
     const std::size_t greatest = 20 * megabyte;
     const char* volatile held = "";

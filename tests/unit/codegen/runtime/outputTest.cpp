@@ -143,7 +143,9 @@ TEST_F(OutputFile, ReadsNothingBeyondALiteralsPage) {
 
 TEST(OutputTest, WritesAtOnceToATerminal) {
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_GE(terminal, 0);
+    if (terminal < 0) {
+        GTEST_SKIP() << "the system has no pseudo-terminals";
+    }
     ASSERT_EQ(grantpt(terminal), 0);
     ASSERT_EQ(unlockpt(terminal), 0);
     const int programSide = open(ptsname(terminal), O_RDWR | O_NOCTTY);

@@ -331,6 +331,7 @@ TEST(StringHeapTest, ADeepStackIsScannedSeldom) {
     volatile char deep[4 * megabyte];
     deep[0] = 'd';
     EXPECT_LE(collectionsFor64Megabytes(heap), 64 / 16 + 1);  // four times the stack's size
+    EXPECT_EQ(deep[0], 'd');
 }
 
 TEST(StringHeapTest, ManyLargeStringsAreLookedAtSeldom) {

@@ -100,18 +100,20 @@ void CodeGenerator::emitReadOnlyData() {
 }
 
 void CodeGenerator::emitFunction(const IRFunction& function) {
-    FunctionContext context{function, values};
-    planFrame(function, context);
+    lines.read(function);
+    FunctionContext context{function, lines.words()};
+    planFrame(context);
     const std::string& name = context.name;
     out->write("\n\t.globl ", name, "\n\t.type ", name, ", @function\n", name, ":\n");
     out->write("\tpushq %rbp\n\tmovq %rsp, %rbp\n");
     if (context.frameSize != 0) {
         out->write("\tsubq $", ShortText::of(context.frameSize), ", %rsp\n");
     }
+    std::size_t line = 0;
     for (const IRBasicBlock& block : function.getBlocks()) {
         out->write(context.blockLabel, ShortText::of(block.getNumber()), ":\n");
-        for (const IRInstruction instruction : block.getInstructions()) {
-            emitInstruction(instruction.getText(), context);
+        for (std::size_t rest = block.getInstructions().size(); rest > 0; --rest) {
+            emitInstruction(lines[line++], context);
         }
     }
     out->write(context.returnLabel, ":\n\tleave\n\tret\n\t.size ", name, ", .-", name, "\n");

@@ -2,12 +2,13 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "codegen/functionReader.hpp"
 #include "codegen/irForms.hpp"
 #include "codegen/shortText.hpp"
 #include "codegen/valueTable.hpp"
@@ -35,17 +36,6 @@ public:
     void generate(const IRProgram& program, std::ostream& stream);
 
 private:
-    /// What an operand text stands for. The views point into the line.
-    struct Operand {
-        enum class Kind { Boolean, Integer, Double, String, Character, Element, Named, Unknown };
-
-        Kind kind = Kind::Unknown;
-        std::string_view text;   // trimmed
-        Value* value = nullptr;  // of the name or the array; null when it has none
-        std::string_view name;   // of the array
-        std::string_view index;  // of the element
-    };
-
     struct FunctionContext {
         FunctionContext(const IRFunction& function, ValueTable& words);
 
@@ -54,51 +44,51 @@ private:
         std::string blockLabel;  // of its blocks, without their numbers
         std::string returnLabel;
         ValueTable& values;
-        std::vector<std::string_view> pendingArguments;  // of the next call
-        std::size_t parameterIndex = 0;                  // integer-class parameters stored so far
-        std::size_t doubleParameterIndex = 0;            // double parameters stored so far
-        long long frameSize = 0;                         // bytes below the saved %rbp
+        std::vector<Operand> pendingArguments;  // of the next call
+        std::size_t parameterIndex = 0;         // integer-class parameters stored so far
+        std::size_t doubleParameterIndex = 0;   // double parameters stored so far
+        long long frameSize = 0;                // bytes below the saved %rbp
     };
 
+    using Operands = std::span<const Operand>;
     using Labels = std::unordered_map<std::string_view, int>;
-    using Emit = void (CodeGenerator::*)(const IRLine&, FunctionContext&);
+    using Emit = void (CodeGenerator::*)(Operands, FunctionContext&);
 
     // Frames, functions and constants: frame.cpp, codeGenerator.cpp.
     void collectStringLiterals(const IRProgram& program);
     static int intern(Labels& labels, std::string_view literal);
     void emitReadOnlyData();
-    void planFrame(const IRFunction& function, FunctionContext& context) const;
+    void planFrame(FunctionContext& context) const;
     void readDeclarations(FunctionContext& context) const;
     void emitFunction(const IRFunction& function);
 
     // Lines: instructions.cpp.
     static Emit emitterOf(IRForm form);
-    void emitInstruction(std::string_view text, FunctionContext& context);
-    void emitIntegerParameter(const IRLine& line, FunctionContext& context);
-    void emitDoubleParameter(const IRLine& line, FunctionContext& context);
-    void emitArgument(const IRLine& line, FunctionContext& context);
-    void emitCallWithResult(const IRLine& line, FunctionContext& context);
-    void emitCallWithoutResult(const IRLine& line, FunctionContext& context);
-    void emitBranch(const IRLine& line, FunctionContext& context);
-    void emitJump(const IRLine& line, FunctionContext& context);
-    void emitReturn(const IRLine& line, FunctionContext& context);
-    void emitReturnValue(const IRLine& line, FunctionContext& context);
-    void emitConversion(const IRLine& line, FunctionContext& context);
-    void emitIntToDouble(const IRLine& line, FunctionContext& context);
-    void emitDoubleToString(const IRLine& line, FunctionContext& context);
-    void emitBinaryOperation(const IRLine& line, FunctionContext& context);
-    void emitDoubleOperation(const IRLine& line, const Operand& left, const Operand& right,
+    void emitInstruction(const Instruction& instruction, FunctionContext& context);
+    void emitIntegerParameter(Operands line, FunctionContext& context);
+    void emitDoubleParameter(Operands line, FunctionContext& context);
+    void emitArgument(Operands line, FunctionContext& context);
+    void emitCallWithResult(Operands line, FunctionContext& context);
+    void emitCallWithoutResult(Operands line, FunctionContext& context);
+    void emitBranch(Operands line, FunctionContext& context);
+    void emitJump(Operands line, FunctionContext& context);
+    void emitReturn(Operands line, FunctionContext& context);
+    void emitReturnValue(Operands line, FunctionContext& context);
+    void emitConversion(Operands line, FunctionContext& context);
+    void emitIntToDouble(Operands line, FunctionContext& context);
+    void emitDoubleToString(Operands line, FunctionContext& context);
+    void emitBinaryOperation(Operands line, FunctionContext& context);
+    void emitDoubleOperation(Operands line, const Operand& left, const Operand& right,
                              FunctionContext& context);
-    void emitConcatenation(const IRLine& line, const Operand& left, const Operand& right,
+    void emitConcatenation(Operands line, const Operand& left, const Operand& right,
                            FunctionContext& context);
-    void emitIntegerOperation(const IRLine& line, const Operand& left, const Operand& right,
+    void emitIntegerOperation(Operands line, const Operand& left, const Operand& right,
                               FunctionContext& context);
-    void emitUnaryOperation(const IRLine& line, FunctionContext& context);
-    void emitElementStore(const IRLine& line, FunctionContext& context);
-    void emitCopy(const IRLine& line, FunctionContext& context);
+    void emitUnaryOperation(Operands line, FunctionContext& context);
+    void emitElementStore(Operands line, FunctionContext& context);
+    void emitCopy(Operands line, FunctionContext& context);
 
     // Operands and calls: operands.cpp.
-    static Operand operandOf(std::string_view text, FunctionContext& context);
     Name typeOf(const Operand& operand, const FunctionContext& context) const;
     Name declaredTypeOf(std::string_view name, const FunctionContext& context) const;
     static void recordType(const Operand& target, Name type);
@@ -108,13 +98,12 @@ private:
     void storeValue(const Operand& target, const ShortText& reg, FunctionContext& context);
     void storeDouble(const Operand& target, const ShortText& reg, FunctionContext& context);
     void loadElementAddress(const Operand& element, FunctionContext& context);
-    void emitCall(std::optional<std::string_view> result, std::string_view callee,
-                  FunctionContext& context);
+    void emitCall(std::string_view callee, FunctionContext& context);
     void passArguments(FunctionContext& context);
 
     const SymbolTable& symbolTable;
     AssemblyWriter* out = nullptr;  // while generate runs
     Labels stringLabels;            // from the literal as it is written; into the program's text
     Labels doubleLabels;
-    ValueTable values;  // of the function being emitted
+    FunctionReader lines;  // of the function being emitted
 };

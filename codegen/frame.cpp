@@ -9,12 +9,10 @@
 //
 // A slot has 8 bytes whatever it holds, an array 8 for each element.
 
-#include <algorithm>
 #include <limits>
 #include <stdexcept>
 
 #include "codegen/codeGenerator.hpp"
-#include "codegen/irText.hpp"
 #include "shared/krelir-cfg/ir-program.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
@@ -38,32 +36,6 @@ long long alignTo(long long value, long long alignment) {
     return (value + alignment - 1) / alignment * alignment;
 }
 
-/// Adds every word of a line that has the shape of a name, outside of string literals. Character
-/// literals are not left out (kept): what is spelled in them counts as a name.
-void addWords(std::string_view text, ValueTable& values) {
-    constexpr unsigned wordOrString = CharacterClass::letter | CharacterClass::quote;
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    while (true) {
-        while (at != end && !hasClass(*at, wordOrString)) {
-            ++at;
-        }
-        if (at == end) {
-            return;
-        }
-        if (*at == '"') {
-            const auto begin = static_cast<std::size_t>(at - text.data());
-            at = text.data() + std::min(stringLiteralEnd(text, begin), text.size());
-        } else {
-            const char* const begin = at;
-            do {
-                ++at;
-            } while (at != end && isNameCharacter(*at));
-            values.add({begin, at});
-        }
-    }
-}
-
 }  // namespace
 
 CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function, ValueTable& words)
@@ -71,16 +43,9 @@ CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function, Valu
       scope(Name::known(name)),
       blockLabel(".L" + name + "_B"),
       returnLabel(".L" + name + "_return"),
-      values(words) {
-    values.clear();
-}
+      values(words) {}
 
-void CodeGenerator::planFrame(const IRFunction& function, FunctionContext& context) const {
-    for (const IRBasicBlock& block : function.getBlocks()) {
-        for (const IRInstruction instruction : block.getInstructions()) {
-            addWords(instruction.getText(), context.values);
-        }
-    }
+void CodeGenerator::planFrame(FunctionContext& context) const {
     readDeclarations(context);
     long long total = 0;  // bytes
     for (Value* value : context.values.inOrder()) {

@@ -7,9 +7,9 @@
 
 #include "codegen/assemblyWriter.hpp"
 #include "codegen/codeGenerator.hpp"
-#include "codegen/irText.hpp"
 #include "codegen/registers.hpp"
 #include "shared/ast/nodeKinds.hpp"
+#include "shared/symboltable/symbolTable.hpp"
 
 namespace {
 
@@ -90,66 +90,76 @@ CodeGenerator::Emit CodeGenerator::emitterOf(IRForm form) {
     return emitters[static_cast<std::size_t>(form)];
 }
 
-void CodeGenerator::emitInstruction(std::string_view text, FunctionContext& context) {
-    const std::string_view trimmed = trim(text);
-    const IRLine line = recognise(trimmed);
-    if (line.form == IRForm::None) {
-        throw std::runtime_error("unsupported IR instruction: " + std::string{trimmed});
+void CodeGenerator::emitInstruction(const Instruction& instruction, FunctionContext& context) {
+    if (instruction.form == IRForm::None) {
+        throw std::runtime_error("unsupported IR instruction: " +
+                                 std::string{instruction.operands[0].text});
     }
-    (this->*emitterOf(line.form))(line, context);
+    (this->*emitterOf(instruction.form))(instruction.operands, context);
 }
 
-void CodeGenerator::emitIntegerParameter(const IRLine& line, FunctionContext& context) {
+void CodeGenerator::emitIntegerParameter(Operands line, FunctionContext& context) {
     if (context.parameterIndex == integerRegisters.size()) {
         throw std::runtime_error("more than six integer or pointer parameters are not implemented");
     }
-    const Operand parameter = operandOf(line.groups[1], context);
-    recordType(parameter, Name::known(line.groups[0]));
+    const Operand& parameter = line[1];
+    recordType(parameter, Name::known(line[0].text));
     storeValue(parameter, integerRegisters[context.parameterIndex++], context);
 }
 
-void CodeGenerator::emitDoubleParameter(const IRLine& line, FunctionContext& context) {
+void CodeGenerator::emitDoubleParameter(Operands line, FunctionContext& context) {
     if (context.doubleParameterIndex == doubleRegisters.size()) {
         throw std::runtime_error("more than eight double parameters are not implemented");
     }
-    const Operand parameter = operandOf(line.groups[0], context);
+    const Operand& parameter = line[0];
     recordType(parameter, TypeName::Double);
     storeDouble(parameter, doubleRegisters[context.doubleParameterIndex++], context);
 }
 
-void CodeGenerator::emitArgument(const IRLine& line, FunctionContext& context) {
-    context.pendingArguments.push_back(trim(line.groups[0]));
+void CodeGenerator::emitArgument(Operands line, FunctionContext& context) {
+    context.pendingArguments.push_back(line[0]);
 }
 
 // The number of arguments in the line is not read (kept): the lines before the call decide.
-void CodeGenerator::emitCallWithResult(const IRLine& line, FunctionContext& context) {
-    emitCall(line.groups[0], line.groups[1], context);
+void CodeGenerator::emitCallWithResult(Operands line, FunctionContext& context) {
+    const Operand& target = line[0];
+    emitCall(line[1].text, context);
+    const Name name = Name::known(line[1].text);
+    const Symbol* function = symbolTable.lookup(name, name, 0);
+    if (function != nullptr && function->typeName() == TypeName::Double) {
+        storeDouble(target, Register::xmm0, context);
+    } else {
+        storeValue(target, Register::rax, context);
+    }
+    if (function != nullptr) {
+        recordType(target, function->typeName());
+    }
 }
 
-void CodeGenerator::emitCallWithoutResult(const IRLine& line, FunctionContext& context) {
-    emitCall(std::nullopt, line.groups[0], context);
+void CodeGenerator::emitCallWithoutResult(Operands line, FunctionContext& context) {
+    emitCall(line[0].text, context);
 }
 
 // Always an integer load, whatever the type of the condition.
-void CodeGenerator::emitBranch(const IRLine& line, FunctionContext& context) {
-    loadValue(operandOf(line.groups[0], context), Register::rax, context);
-    out->write("\ttestq %rax, %rax\n\tjne ", context.blockLabel, blockNumber(line.groups[1]), "\n");
+void CodeGenerator::emitBranch(Operands line, FunctionContext& context) {
+    loadValue(line[0], Register::rax, context);
+    out->write("\ttestq %rax, %rax\n\tjne ", context.blockLabel, blockNumber(line[1].text), "\n");
 }
 
-void CodeGenerator::emitJump(const IRLine& line, FunctionContext& context) {
-    out->write("\tjmp ", context.blockLabel, blockNumber(line.groups[0]), "\n");
+void CodeGenerator::emitJump(Operands line, FunctionContext& context) {
+    out->write("\tjmp ", context.blockLabel, blockNumber(line[0].text), "\n");
 }
 
 // The program's exit status is what main returns.
-void CodeGenerator::emitReturn(const IRLine& /*line*/, FunctionContext& context) {
+void CodeGenerator::emitReturn(Operands /*line*/, FunctionContext& context) {
     if (context.name == "main") {
         out->write("\txorl %eax, %eax\n");
     }
     out->write("\tjmp ", context.returnLabel, "\n");
 }
 
-void CodeGenerator::emitReturnValue(const IRLine& line, FunctionContext& context) {
-    const Operand value = operandOf(line.groups[0], context);
+void CodeGenerator::emitReturnValue(Operands line, FunctionContext& context) {
+    const Operand& value = line[0];
     if (typeOf(value, context) == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
     } else {
@@ -159,10 +169,10 @@ void CodeGenerator::emitReturnValue(const IRLine& line, FunctionContext& context
 }
 
 // Between int and character nothing is converted: a character may hold more than 8 bits (kept).
-void CodeGenerator::emitConversion(const IRLine& line, FunctionContext& context) {
-    const std::string_view conversion = line.groups[1];
-    const Operand target = operandOf(line.groups[0], context);
-    loadValue(operandOf(line.groups[2], context), Register::rdi, context);
+void CodeGenerator::emitConversion(Operands line, FunctionContext& context) {
+    const std::string_view conversion = line[1].text;
+    const Operand& target = line[0];
+    loadValue(line[2], Register::rdi, context);
     if (conversion == "inttochar" || conversion == "chartoint") {
         storeValue(target, Register::rdi, context);
         recordType(target, conversion == "inttochar" ? TypeName::Character : TypeName::Int);
@@ -173,30 +183,30 @@ void CodeGenerator::emitConversion(const IRLine& line, FunctionContext& context)
     recordType(target, TypeName::String);
 }
 
-void CodeGenerator::emitIntToDouble(const IRLine& line, FunctionContext& context) {
-    const Operand target = operandOf(line.groups[0], context);
-    loadValue(operandOf(line.groups[1], context), Register::rax, context);
+void CodeGenerator::emitIntToDouble(Operands line, FunctionContext& context) {
+    const Operand& target = line[0];
+    loadValue(line[1], Register::rax, context);
     out->write("\tcvtsi2sdq %rax, %xmm0\n");
     storeDouble(target, Register::xmm0, context);
     recordType(target, TypeName::Double);
 }
 
-void CodeGenerator::emitDoubleToString(const IRLine& line, FunctionContext& context) {
-    const Operand target = operandOf(line.groups[0], context);
-    loadDouble(operandOf(line.groups[1], context), Register::xmm0, context);
+void CodeGenerator::emitDoubleToString(Operands line, FunctionContext& context) {
+    const Operand& target = line[0];
+    loadDouble(line[1], Register::xmm0, context);
     out->write("\tcall krel_doubletostring@PLT\n");
     storeValue(target, Register::rax, context);
     recordType(target, TypeName::String);
 }
 
-void CodeGenerator::emitBinaryOperation(const IRLine& line, FunctionContext& context) {
-    const Operand left = operandOf(line.groups[1], context);
-    const Operand right = operandOf(line.groups[3], context);
+void CodeGenerator::emitBinaryOperation(Operands line, FunctionContext& context) {
+    const Operand& left = line[1];
+    const Operand& right = line[3];
     const Name leftType = typeOf(left, context);
     const Name rightType = typeOf(right, context);
     if (leftType == TypeName::Double || rightType == TypeName::Double) {
         emitDoubleOperation(line, left, right, context);
-    } else if (line.groups[2] == "+" &&
+    } else if (line[2].text == "+" &&
                (leftType == TypeName::String || rightType == TypeName::String)) {
         emitConcatenation(line, left, right, context);
     } else {
@@ -204,10 +214,10 @@ void CodeGenerator::emitBinaryOperation(const IRLine& line, FunctionContext& con
     }
 }
 
-void CodeGenerator::emitDoubleOperation(const IRLine& line, const Operand& left,
-                                        const Operand& right, FunctionContext& context) {
-    const Operand target = operandOf(line.groups[0], context);
-    const OperatorCode& code = codeOf(line.groups[2]);
+void CodeGenerator::emitDoubleOperation(Operands line, const Operand& left, const Operand& right,
+                                        FunctionContext& context) {
+    const Operand& target = line[0];
+    const OperatorCode& code = codeOf(line[2].text);
     loadDouble(left, Register::xmm0, context);
     loadDouble(right, Register::xmm1, context);
     if (!code.real.empty()) {
@@ -226,9 +236,9 @@ void CodeGenerator::emitDoubleOperation(const IRLine& line, const Operand& left,
 }
 
 // One string is enough; the other operand is passed as it is.
-void CodeGenerator::emitConcatenation(const IRLine& line, const Operand& left, const Operand& right,
+void CodeGenerator::emitConcatenation(Operands line, const Operand& left, const Operand& right,
                                       FunctionContext& context) {
-    const Operand target = operandOf(line.groups[0], context);
+    const Operand& target = line[0];
     loadValue(left, Register::rdi, context);
     loadValue(right, Register::rsi, context);
     out->write("\tcall krel_concat@PLT\n");
@@ -236,10 +246,10 @@ void CodeGenerator::emitConcatenation(const IRLine& line, const Operand& left, c
     recordType(target, TypeName::String);
 }
 
-void CodeGenerator::emitIntegerOperation(const IRLine& line, const Operand& left,
-                                         const Operand& right, FunctionContext& context) {
-    const Operand target = operandOf(line.groups[0], context);
-    const OperatorCode& code = codeOf(line.groups[2]);
+void CodeGenerator::emitIntegerOperation(Operands line, const Operand& left, const Operand& right,
+                                         FunctionContext& context) {
+    const Operand& target = line[0];
+    const OperatorCode& code = codeOf(line[2].text);
     loadValue(left, Register::rax, context);
     loadValue(right, Register::rcx, context);
     const bool isComparison = code.integer.empty();
@@ -257,10 +267,10 @@ void CodeGenerator::emitIntegerOperation(const IRLine& line, const Operand& left
 }
 
 // "!" and "+" copy a double as it is (kept); negation and "+" record no type for integers.
-void CodeGenerator::emitUnaryOperation(const IRLine& line, FunctionContext& context) {
-    const Operand target = operandOf(line.groups[0], context);
-    const std::string_view op = line.groups[1];
-    const Operand operand = operandOf(line.groups[2], context);
+void CodeGenerator::emitUnaryOperation(Operands line, FunctionContext& context) {
+    const Operand& target = line[0];
+    const std::string_view op = line[1].text;
+    const Operand& operand = line[2];
     if (typeOf(operand, context) == TypeName::Double) {
         loadDouble(operand, Register::xmm0, context);
         if (op == "-") {
@@ -282,9 +292,9 @@ void CodeGenerator::emitUnaryOperation(const IRLine& line, FunctionContext& cont
     }
 }
 
-void CodeGenerator::emitElementStore(const IRLine& line, FunctionContext& context) {
-    const Operand element = operandOf(line.groups[0], context);
-    const Operand value = operandOf(line.groups[1], context);
+void CodeGenerator::emitElementStore(Operands line, FunctionContext& context) {
+    const Operand& element = line[0];
+    const Operand& value = line[1];
     if (typeOf(element, context) == TypeName::Double ||
         typeOf(value, context) == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
@@ -295,9 +305,9 @@ void CodeGenerator::emitElementStore(const IRLine& line, FunctionContext& contex
     }
 }
 
-void CodeGenerator::emitCopy(const IRLine& line, FunctionContext& context) {
-    const Operand target = operandOf(line.groups[0], context);
-    const Operand value = operandOf(line.groups[1], context);
+void CodeGenerator::emitCopy(Operands line, FunctionContext& context) {
+    const Operand& target = line[0];
+    const Operand& value = line[1];
     const Name type = typeOf(value, context);
     if (typeOf(target, context) == TypeName::Double || type == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);

@@ -30,33 +30,18 @@ unsigned characterCode(std::string_view literal) {
     return isEscape && character == 'n' ? 10U : static_cast<unsigned char>(character);
 }
 
-}  // namespace
+struct Element {
+    std::string_view array;
+    std::string_view index;
+};
 
-// The tests exclude each other by what they ask of the first character.
-CodeGenerator::Operand CodeGenerator::operandOf(std::string_view text, FunctionContext& context) {
-    using Kind = Operand::Kind;
-    Operand operand;
-    operand.text = trim(text);
-    const std::string_view trimmed = operand.text;
-    if (isIdentifier(trimmed)) {
-        operand.value = context.values.find(trimmed);
-        const bool isBoolean =
-            operand.value == nullptr && (trimmed == "true" || trimmed == "false");
-        operand.kind = isBoolean ? Kind::Boolean : Kind::Named;
-    } else if (parseArrayAccess(trimmed, operand.name, operand.index)) {
-        operand.kind = Kind::Element;
-        operand.value = context.values.find(operand.name);
-    } else if (isStringLiteral(trimmed)) {
-        operand.kind = Kind::String;
-    } else if (isCharacterLiteral(trimmed)) {
-        operand.kind = Kind::Character;
-    } else if (isIntegerLiteral(trimmed)) {
-        operand.kind = Kind::Integer;
-    } else if (isDoubleLiteral(trimmed)) {
-        operand.kind = Kind::Double;
-    }
-    return operand;
+Element elementOf(const Operand& operand) {
+    Element element;
+    parseArrayAccess(operand.text, element.array, element.index);
+    return element;
 }
+
+}  // namespace
 
 Name CodeGenerator::declaredTypeOf(std::string_view name, const FunctionContext& context) const {
     const Symbol* symbol = symbolTable.lookup(context.scope, Name::known(name), 0);
@@ -77,13 +62,14 @@ Name CodeGenerator::typeOf(const Operand& operand, const FunctionContext& contex
             if (operand.value != nullptr && !operand.value->declaredType.empty()) {
                 return operand.value->declaredType;
             }
-            return declaredTypeOf(operand.name, context);
+            return declaredTypeOf(elementOf(operand).array, context);
         case Operand::Kind::Named:
             if (operand.value != nullptr && !operand.value->type.empty()) {
                 return operand.value->type;
             }
             return declaredTypeOf(operand.text, context);
         case Operand::Kind::Integer:
+        case Operand::Kind::Word:
         case Operand::Kind::Unknown:
             break;
     }
@@ -130,6 +116,7 @@ void CodeGenerator::loadValue(const Operand& operand, const ShortText& reg,
             }
             break;
         case Operand::Kind::Double:
+        case Operand::Kind::Word:
         case Operand::Kind::Unknown:
             break;
     }
@@ -186,42 +173,27 @@ void CodeGenerator::storeDouble(const Operand& target, const ShortText& reg,
 /// Loads an index into %r11 and the address of the array's element 0 into %r10. The index is not
 /// checked against the length.
 void CodeGenerator::loadElementAddress(const Operand& element, FunctionContext& context) {
+    const Element parts = elementOf(element);
     if (element.value == nullptr || element.value->length == 0) {
-        fail("unknown array: ", element.name);
+        fail("unknown array: ", parts.array);
     }
-    loadValue(operandOf(element.index, context), Register::r11, context);
+    loadValue(lines.operandOf(parts.index), Register::r11, context);
     out->write("\tleaq ", element.value->address, ", %r10\n");
 }
 
-void CodeGenerator::emitCall(std::optional<std::string_view> result, std::string_view callee,
-                             FunctionContext& context) {
+void CodeGenerator::emitCall(std::string_view callee, FunctionContext& context) {
     if (callee == "exit" && context.pendingArguments.empty()) {
         out->write("\txorl %edi, %edi\n");
     }
     passArguments(context);
     out->write("\tcall ", callee == "print" ? "krel_print" : callee, "@PLT\n");
-    if (!result) {
-        return;
-    }
-    const Name name = Name::known(callee);
-    const Symbol* function = symbolTable.lookup(name, name, 0);
-    const Operand target = operandOf(*result, context);
-    if (function != nullptr && function->typeName() == TypeName::Double) {
-        storeDouble(target, Register::xmm0, context);
-    } else {
-        storeValue(target, Register::rax, context);
-    }
-    if (function != nullptr) {
-        recordType(target, function->typeName());
-    }
 }
 
 // The two classes of registers are counted apart. Nothing is ever passed on the stack.
 void CodeGenerator::passArguments(FunctionContext& context) {
     std::size_t integers = 0;
     std::size_t doubles = 0;
-    for (const std::string_view text : context.pendingArguments) {
-        const Operand argument = operandOf(text, context);
+    for (const Operand& argument : context.pendingArguments) {
         if (typeOf(argument, context) == TypeName::Double) {
             if (doubles == doubleRegisters.size()) {
                 fail("more than eight double call arguments are not implemented");

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <functional>
+#include <numeric>
 #include <string_view>
 #include <vector>
 
@@ -20,41 +20,100 @@ struct Value {
     Name type;          // what it is believed to hold now; empty when nothing is known
 };
 
+/// What a word can be, as far as the forms of lines tell words apart: one bit each, so that sets of
+/// them can be tested at once.
+namespace WordClass {
+inline constexpr std::uint32_t value = 1U << 0;
+inline constexpr std::uint32_t blockName = 1U << 1;
+inline constexpr std::uint32_t boolean = 1U << 2;
+inline constexpr std::uint32_t arg = 1U << 3;
+inline constexpr std::uint32_t call = 1U << 4;
+inline constexpr std::uint32_t jump = 1U << 5;
+inline constexpr std::uint32_t branch = 1U << 6;
+inline constexpr std::uint32_t param = 1U << 7;
+inline constexpr std::uint32_t leave = 1U << 8;
+inline constexpr std::uint32_t integerType = 1U << 9;  // of whatever is passed as an integer
+inline constexpr std::uint32_t doubleType = 1U << 10;
+inline constexpr std::uint32_t voidType = 1U << 11;
+inline constexpr std::uint32_t conversion = 1U << 12;  // between values in integer registers
+inline constexpr std::uint32_t intToDouble = 1U << 13;
+inline constexpr std::uint32_t doubleToString = 1U << 14;
+/// The first bit that is free for what is no word.
+inline constexpr unsigned firstFree = 15;
+}  // namespace WordClass
+
+/// A word as it is looked up: its text, of letters, digits and '_', and a number made of it.
+class WordText {
+public:
+    explicit WordText(std::string_view word) : WordText(word, keyOf(word)) {}
+    /// For who has made the key of all characters already, while finding the end of the word.
+    WordText(std::string_view word, std::uint64_t key)
+        : text_(word), key_(word.size() <= maxShort ? key : key | longMark) {}
+
+    /// The key of one character more; that of no characters is 0.
+    static std::uint64_t extended(std::uint64_t key, char next) {
+        return std::rotl(key, 7) ^ static_cast<unsigned char>(next);
+    }
+
+    std::string_view text() const { return text_; }
+    std::uint64_t key() const { return key_; }
+    /// Whether no other word has the same key.
+    bool isUnique() const { return (key_ & longMark) == 0; }
+
+private:
+    // The characters of a short word lie side by side in its key, and leave one bit.
+    static constexpr std::size_t maxShort = 9;
+    static constexpr std::uint64_t longMark = std::uint64_t{1} << 63;
+
+    static std::uint64_t keyOf(std::string_view word) {
+        return std::accumulate(word.begin(), word.end(), std::uint64_t{0}, extended);
+    }
+
+    std::string_view text_;
+    std::uint64_t key_;
+};
+
 /// The words of one function, found by their texts, which stay the caller's. Every word stands for
-/// a value, but for keywords and block names. Looked up for every operand of every line, so by open
+/// a value, but for keywords and block names. Looked up for every word of every line, so by open
 /// addressing.
 class ValueTable {
 public:
+    /// A word of the table.
+    struct Entry {
+        std::uint64_t key = 0;
+        std::uint32_t number = 0;     // from 1 on; 0: none
+        std::uint32_t wordClass = 0;  // one bit of WordClass
+    };
+
     ValueTable();
 
-    /// The value of a word, or null when the word is not known or has none.
-    Value* find(std::string_view name) {
-        const std::uint32_t index = slots[slotOf(name, keyOf(name))];
-        return index == 0 || !words[index - 1].hasValue ? nullptr : &words[index - 1].value;
+    /// The entry of a word, which is added unless it is known.
+    Entry add(const WordText& word) {
+        const std::size_t slot = slotOf(word);
+        return slots[slot].number != 0 ? slots[slot] : insert(word, slot);
     }
+    Entry add(std::string_view word) { return add(WordText{word}); }
 
-    /// Adds a word, unless it is known.
-    void add(std::string_view name) {
-        const std::uint64_t key = keyOf(name);
-        const std::uint32_t slot = slotOf(name, key);
-        if (slots[slot] == 0) {
-            insert(name, key, slot);
-        }
+    /// The value of the word of a number. Good until the next word is added.
+    Value& operator[](std::uint32_t number) { return words[number - 1].value; }
+
+    /// The value of a word, or null when the word is not known or has none. Good until the next
+    /// word is added.
+    Value* find(std::string_view word) {
+        const Entry& entry = slots[slotOf(WordText{word})];
+        return entry.wordClass == WordClass::value ? &(*this)[entry.number] : nullptr;
     }
 
     /// Forgets the words that were added, for the next function.
     void clear();
 
-    /// All values, ordered by name byte by byte. Like what `find` returns, good until the next word
-    /// is added.
+    /// All values, ordered by name byte by byte. Good until the next word is added.
     const std::vector<Value*>& inOrder();
 
 private:
     struct Word {
-        std::uint64_t key = 0;
-        std::uint32_t slot = 0;
-        bool hasValue = false;
-        Value value;
+        std::size_t slot = 0;
+        Value value;  // also of a keyword or block name, which only uses its name
     };
 
     /// A value's place among the others, as far as the beginning of its name decides on it. Most
@@ -68,51 +127,27 @@ private:
                                            : left.value->name < right.value->name;
     }
 
-    /// The characters of a word of up to eight, packed; of a longer one a hash. Words of four and
-    /// more are read in two halves, which may overlap.
-    static std::uint64_t keyOf(std::string_view name) {
-        const auto half = [](const char* at) {
-            std::uint32_t characters = 0;
-            std::memcpy(&characters, at, sizeof characters);
-            return std::uint64_t{characters};
-        };
-        const char* begin = name.data();
-        const std::size_t size = name.size();
-        if (size > 8) {
-            return std::hash<std::string_view>{}(name);
-        }
-        if (size >= 4) {
-            return half(begin) << 32 | half(begin + size - 4);
-        }
-        std::uint64_t key = 0;
-        for (const char character : name) {
-            key = key << 8 | static_cast<unsigned char>(character);
-        }
-        return key;
-    }
-
     /// The slot of a word, or the free one where it would go.
-    std::uint32_t slotOf(std::string_view name, std::uint64_t key) const {
-        const auto mask = static_cast<std::uint32_t>(slots.size() - 1);
-        const std::uint64_t hash = (key + name.size()) * 0x9E3779B97F4A7C15;
-        auto at = static_cast<std::uint32_t>(hash >> 32) & mask;
-        while (slots[at] != 0 && !isWord(words[slots[at] - 1], name, key)) {
+    std::size_t slotOf(const WordText& word) const {
+        const std::size_t mask = slots.size() - 1;
+        std::size_t at = (word.key() * 0x9E3779B97F4A7C15 >> 32) & mask;
+        while (slots[at].number != 0 && !isWord(slots[at], word)) {
             at = (at + 1) & mask;
         }
         return at;
     }
 
-    static bool isWord(const Word& word, std::string_view name, std::uint64_t key) {
-        return word.key == key && word.value.name.size() == name.size() &&
-               (name.size() <= sizeof key || word.value.name == name);
+    bool isWord(const Entry& entry, const WordText& word) const {
+        return entry.key == word.key() &&
+               (word.isUnique() || words[entry.number - 1].value.name == word.text());
     }
 
-    void insert(std::string_view name, std::uint64_t key, std::uint32_t slot);
+    Entry insert(const WordText& word, std::size_t slot);
     void grow();
 
-    std::vector<Word> words;  // keywords first
+    std::vector<Word> words;  // by number; keywords first
     std::size_t keywordCount;
-    std::vector<std::uint32_t> slots = std::vector<std::uint32_t>(128);  // index + 1; 0: free
+    std::vector<Entry> slots = std::vector<Entry>(128);
     std::vector<Place> places;
     std::vector<Value*> ordered;
 };

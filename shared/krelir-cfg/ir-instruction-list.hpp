@@ -53,11 +53,13 @@ public:
         used = std::exchange(other.used, 0);
         capacity = std::exchange(other.capacity, 0);
         last = other.last;
+        count = std::exchange(other.count, 0);
         return *this;
     }
     ~IRInstructionList() = default;
 
     bool empty() const { return used == 0; }
+    std::size_t size() const { return count; }
     Iterator begin() const { return Iterator{bytes.get()}; }
     Iterator end() const { return Iterator{bytes.get() + used}; }
     /// The last instruction; there must be one.
@@ -75,6 +77,7 @@ public:
             grow(sizeof(Header) + size);
         }
         last = used;
+        ++count;
         const Header header{static_cast<std::uint32_t>(size * 2 + (separated ? 1 : 0))};
         char* at = bytes.get() + used;
         std::memcpy(at, &header, sizeof header);
@@ -97,5 +100,6 @@ private:
     std::unique_ptr<char[]> bytes;
     std::size_t used = 0;
     std::size_t capacity = 0;
-    std::size_t last = 0;  // where the last instruction begins
+    std::size_t last = 0;   // where the last instruction begins
+    std::size_t count = 0;  // of instructions
 };

@@ -1,0 +1,344 @@
+// Reading lines. Nearly all lines are plain: words, numbers, operators and elements with one blank
+// between two of them. Those are cut at their blanks, and the kinds of their parts tell the form.
+// All other lines - with quotes, above all, in which anything may be spelled - are left to the
+// recogniser of forms, which is exact for every line. The two have to agree on the plain ones.
+
+#include "codegen/functionReader.hpp"
+
+#include <algorithm>
+
+#include "codegen/irText.hpp"
+#include "shared/krelir-cfg/ir-function.hpp"
+
+namespace {
+
+/// What parts can be besides words, after the bits of WordClass.
+namespace PartClass {
+inline constexpr std::uint32_t integer = 1U << WordClass::firstFree;  // digits
+inline constexpr std::uint32_t real = integer << 1;                   // digits '.' digits
+inline constexpr std::uint32_t string = integer << 2;
+inline constexpr std::uint32_t element = integer << 3;
+inline constexpr std::uint32_t callee = integer << 4;  // a word and ','
+inline constexpr std::uint32_t assign = integer << 5;
+inline constexpr std::uint32_t unary = integer << 6;   // an operator of one operand only
+inline constexpr std::uint32_t sign = integer << 7;    // of one or two
+inline constexpr std::uint32_t binary = integer << 8;  // of two only
+}  // namespace PartClass
+
+/// A form of plain lines: what each of its parts may be, and which of them are its groups.
+struct PlainForm {
+    IRForm form;
+    std::array<std::uint32_t, 5> parts;
+    std::array<std::uint8_t, 4> groups;
+    std::uint8_t groupCount;
+};
+
+constexpr std::uint32_t value = WordClass::value;
+constexpr std::uint32_t assign = PartClass::assign;
+constexpr std::uint32_t anyOperand = WordClass::value | WordClass::boolean | PartClass::integer |
+                                     PartClass::real | PartClass::string | PartClass::element;
+constexpr std::uint32_t unary = PartClass::unary | PartClass::sign;
+constexpr std::uint32_t binary = PartClass::binary | PartClass::sign;
+
+/// Ordered by number of parts. No line fits two of them.
+constexpr std::array<PlainForm, 16> plainForms = {{
+    {IRForm::Return, {WordClass::leave}, {}, 0},
+    {IRForm::Argument, {WordClass::arg, anyOperand}, {1}, 1},
+    {IRForm::Jump, {WordClass::jump, WordClass::blockName}, {1}, 1},
+    {IRForm::ReturnValue, {WordClass::leave, anyOperand}, {1}, 1},
+    {IRForm::Copy, {value, assign, anyOperand}, {0, 2}, 2},
+    {IRForm::Call, {WordClass::call, PartClass::callee, PartClass::integer}, {1, 2}, 2},
+    {IRForm::ElementStore, {PartClass::element, assign, anyOperand}, {0, 2}, 2},
+    {IRForm::IntegerParameter, {WordClass::param, WordClass::integerType, value}, {1, 2}, 2},
+    {IRForm::DoubleParameter, {WordClass::param, WordClass::doubleType, value}, {2}, 1},
+    {IRForm::Branch,
+     {WordClass::branch, anyOperand, WordClass::jump, WordClass::blockName},
+     {1, 3},
+     2},
+    {IRForm::Conversion, {value, assign, WordClass::conversion, anyOperand}, {0, 2, 3}, 3},
+    {IRForm::IntToDouble, {value, assign, WordClass::intToDouble, anyOperand}, {0, 3}, 2},
+    {IRForm::DoubleToString, {value, assign, WordClass::doubleToString, anyOperand}, {0, 3}, 2},
+    {IRForm::UnaryOperation, {value, assign, unary, anyOperand}, {0, 2, 3}, 3},
+    {IRForm::BinaryOperation, {value, assign, anyOperand, binary, anyOperand}, {0, 2, 3, 4}, 4},
+    {IRForm::CallWithResult,
+     {value, assign, WordClass::call, PartClass::callee, PartClass::integer},
+     {0, 3, 4},
+     3},
+}};
+
+/// Where the forms of each number of parts begin; the next entry is where they end.
+constexpr std::array<std::size_t, 7> formsByPartCount = {0, 0, 1, 4, 9, 14, 16};
+
+std::uint32_t operatorClass(std::string_view text) {
+    if (text.size() == 1) {
+        switch (text.front()) {
+            case '=':
+                return PartClass::assign;
+            case '!':
+                return PartClass::unary;
+            case '+':
+            case '-':
+                return PartClass::sign;
+            case '*':
+            case '/':
+            case '<':
+            case '>':
+                return PartClass::binary;
+            default:
+                return 0;
+        }
+    }
+    const bool isTwice = text == "&&" || text == "||";
+    const bool isComparison = text.size() == 2 && text[1] == '=' && text.find_first_of("=!<>") == 0;
+    return isTwice || isComparison ? PartClass::binary : 0;
+}
+
+template <typename Predicate>
+const char* skip(const char* at, const char* end, Predicate isSkipped) {
+    while (at != end && isSkipped(*at)) {
+        ++at;
+    }
+    return at;
+}
+
+/// Adds the word that begins at `at` to a table and moves to its end.
+inline ValueTable::Entry takeWord(const char*& at, const char* end, ValueTable& table) {
+    const char* const begin = at;
+    std::uint64_t key = 0;
+    do {
+        key = WordText::extended(key, *at++);
+    } while (at != end && isNameCharacter(*at));
+    return table.add(WordText{{begin, at}, key});
+}
+
+/// Cuts a line into its parts, and adds the words that it meets to a table.
+class PlainLine {
+public:
+    PlainLine(std::string_view text, ValueTable& words)
+        : table(words), at(text.data()), end(at + text.size()) {}
+
+    /// False when the line is not plain; the words up to there have been added.
+    bool cut() {
+        while (at != end && count < classes.size()) {
+            if (!takePart(operands[count], classes[count])) {
+                return false;
+            }
+            ++count;
+            if (at == end) {
+                return true;
+            }
+            if (*at++ != ' ') {
+                return false;
+            }
+        }
+        return false;
+    }
+
+    /// The form of the parts; null when they have none that plain lines can have.
+    const PlainForm* form() const {
+        const PlainForm* const last = &plainForms[formsByPartCount[count + 1]];
+        for (const PlainForm* form = &plainForms[formsByPartCount[count]]; form != last; ++form) {
+            std::size_t part = 0;
+            while (part < count && (classes[part] & form->parts[part]) != 0) {
+                ++part;
+            }
+            if (part == count) {
+                return form;
+            }
+        }
+        return nullptr;
+    }
+
+    const Operand& operator[](std::size_t part) const { return operands[part]; }
+
+private:
+    bool takePart(Operand& operand, std::uint32_t& partClass) {
+        const char* const begin = at;
+        if (beginsName(*at)) {
+            return takeName(operand, partClass);
+        }
+        bool isPart = true;
+        if (isDigit(*at)) {
+            takeNumber(operand, partClass);
+        } else if (*at == '"') {
+            operand.kind = Operand::Kind::String;
+            partClass = PartClass::string;
+            isPart = takeString();
+        } else {
+            at = skip(at, end, isOperatorCharacter);
+            partClass = operatorClass({begin, at});
+            isPart = partClass != 0;
+        }
+        operand.text = {begin, at};
+        return isPart;
+    }
+
+    /// A word, an element of the array that the word names, or a callee.
+    bool takeName(Operand& operand, std::uint32_t& partClass) {
+        const char* const begin = at;
+        const ValueTable::Entry entry = takeWord(at, end, table);
+        partClass = entry.wordClass;
+        operand.text = {begin, at};
+        const char next = at != end ? *at : '\0';
+        if (next == ',') {
+            partClass = PartClass::callee;
+            ++at;
+        } else if (partClass == WordClass::value) {
+            operand.kind = Operand::Kind::Named;
+            operand.word = entry.number;
+            if (next == '[') {
+                operand.kind = Operand::Kind::Element;
+                partClass = PartClass::element;
+                const bool isElement = takeIndex();
+                operand.text = {begin, at};
+                return isElement;
+            }
+        } else if (partClass == WordClass::boolean) {
+            operand.kind = Operand::Kind::Boolean;
+        } else if (partClass == WordClass::blockName) {
+            operand.text.remove_prefix(1);  // its number remains
+        }
+        return true;
+    }
+
+    /// One word or integer in brackets.
+    bool takeIndex() {
+        ++at;
+        if (at != end && beginsName(*at)) {
+            takeWord(at, end, table);
+        } else {
+            const char* const begin = at;
+            at = skip(at, end, isDigit);
+            if (at == begin) {
+                return false;
+            }
+        }
+        return at != end && *at++ == ']';
+    }
+
+    void takeNumber(Operand& operand, std::uint32_t& partClass) {
+        at = skip(at, end, isDigit);
+        operand.kind = Operand::Kind::Integer;
+        partClass = PartClass::integer;
+        if (at != end && *at == '.') {
+            at = skip(at + 1, end, isDigit);
+            operand.kind = Operand::Kind::Double;
+            partClass = PartClass::real;
+        }
+    }
+
+    /// A string that cannot be taken for anything else wherever it stands: without what may be the
+    /// end of an element, a line break, or an operator behind a blank.
+    bool takeString() {
+        for (++at; at != end && *at != '"'; ++at) {
+            const bool isOperator = isOperatorCharacter(*at) && isSpace(at[-1]);
+            if (isOperator || *at == '\\' || *at == ']' || *at == '\n' || *at == '\r') {
+                return false;
+            }
+        }
+        return at++ != end;
+    }
+
+    ValueTable& table;
+    const char* at;
+    const char* const end;
+    std::array<std::uint32_t, 5> classes{};  // of the parts: one bit of WordClass or PartClass
+    std::array<Operand, 5> operands{};
+    std::size_t count = 0;  // of parts
+};
+
+}  // namespace
+
+void FunctionReader::read(const IRFunction& function) {
+    table.clear();
+    forms.clear();
+    operands.clear();
+    for (const IRBasicBlock& block : function.getBlocks()) {
+        for (const IRInstruction instruction : block.getInstructions()) {
+            readLine(trim(instruction.getText()));
+        }
+    }
+    // Only now are all words known, and their values where they stay.
+    for (Operand& read : operands) {
+        if (read.word != 0) {
+            read.value = &table[read.word];
+        } else if (read.kind == Operand::Kind::Unknown) {
+            read = operandOf(read.text);
+        }
+    }
+}
+
+void FunctionReader::readLine(std::string_view text) {
+    PlainLine line{text, table};
+    const PlainForm* form = line.cut() ? line.form() : nullptr;
+    if (form == nullptr) {
+        readAnyLine(text);
+        return;
+    }
+    forms.push_back({form->form, form->groupCount, static_cast<std::uint32_t>(operands.size())});
+    for (std::size_t group = 0; group < form->groupCount; ++group) {
+        operands.push_back(line[form->groups[group]]);
+    }
+}
+
+void FunctionReader::readAnyLine(std::string_view text) {
+    addWords(text);
+    const IRLine line = recognise(text);
+    const auto first = static_cast<std::uint32_t>(operands.size());
+    if (line.form == IRForm::None) {
+        operands.push_back({text});
+    } else {
+        for (const std::string_view group : line.groups) {
+            if (group.data() != nullptr) {
+                operands.push_back({trim(group), nullptr, 0, Operand::Kind::Unknown});
+            }
+        }
+    }
+    forms.push_back({line.form, static_cast<std::uint8_t>(operands.size() - first), first});
+}
+
+/// Adds every word of a line that has the shape of a name, outside of string literals. Character
+/// literals are not left out (kept): what is spelled in them counts as a name.
+void FunctionReader::addWords(std::string_view text) {
+    constexpr unsigned wordOrString = CharacterClass::letter | CharacterClass::quote;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (true) {
+        at = skip(at, end, [](char character) { return !hasClass(character, wordOrString); });
+        if (at == end) {
+            return;
+        }
+        if (*at == '"') {
+            const auto quote = static_cast<std::size_t>(at - text.data());
+            at = text.data() + std::min(stringLiteralEnd(text, quote), text.size());
+        } else {
+            takeWord(at, end, table);
+        }
+    }
+}
+
+// The tests exclude each other by what they ask of the first character.
+Operand FunctionReader::operandOf(std::string_view text) {
+    using Kind = Operand::Kind;
+    Operand read{trim(text), nullptr, 0, Kind::Unknown};
+    std::string_view array;
+    std::string_view index;
+    if (isIdentifier(read.text)) {
+        read.value = table.find(read.text);
+        const bool isBoolean =
+            read.value == nullptr && (read.text == "true" || read.text == "false");
+        read.kind = isBoolean ? Kind::Boolean : Kind::Named;
+    } else if (parseArrayAccess(read.text, array, index)) {
+        read.kind = Kind::Element;
+        read.value = table.find(array);
+    } else if (isStringLiteral(read.text)) {
+        read.kind = Kind::String;
+    } else if (isCharacterLiteral(read.text)) {
+        read.kind = Kind::Character;
+    } else if (isIntegerLiteral(read.text)) {
+        read.kind = Kind::Integer;
+    } else if (isDoubleLiteral(read.text)) {
+        read.kind = Kind::Double;
+    }
+    return read;
+}

@@ -3,9 +3,7 @@
 
 #include "codegen/codeGenerator.hpp"
 
-#include <algorithm>
 #include <stdexcept>
-#include <utility>
 
 #include "codegen/assemblyWriter.hpp"
 #include "codegen/irText.hpp"
@@ -26,21 +24,6 @@ std::string escapeAssemblyString(std::string_view text) {
     }
     return escaped;
 }
-
-/// The literals of a map with their labels, ordered by label byte by byte: .LC10 before .LC2.
-std::vector<std::pair<std::string, std::string_view>> sortedByLabel(
-    const std::unordered_map<std::string_view, int>& labels, std::string_view prefix) {
-    std::vector<std::pair<std::string, std::string_view>> sorted;
-    sorted.reserve(labels.size());
-    for (const auto& [literal, number] : labels) {
-        sorted.emplace_back(std::string{prefix} + std::to_string(number), literal);
-    }
-    std::sort(sorted.begin(), sorted.end());
-    return sorted;
-}
-
-constexpr std::string_view stringPrefix = ".LC";
-constexpr std::string_view doublePrefix = ".LCD";
 
 }  // namespace
 
@@ -72,7 +55,7 @@ void CodeGenerator::collectStringLiterals(const IRProgram& program) {
                         throw std::runtime_error("unterminated string literal in IR instruction: " +
                                                  std::string{text});
                     }
-                    intern(stringLabels, text.substr(begin, end - begin));
+                    stringLabels.add(text.substr(begin, end - begin));
                     begin = text.find('"', end);
                 }
             }
@@ -80,23 +63,19 @@ void CodeGenerator::collectStringLiterals(const IRProgram& program) {
     }
 }
 
-/// The number of a literal's label.
-int CodeGenerator::intern(Labels& labels, std::string_view literal) {
-    return labels.try_emplace(literal, static_cast<int>(labels.size())).first->second;
-}
-
 void CodeGenerator::emitReadOnlyData() {
     if (stringLabels.empty() && doubleLabels.empty()) {
         return;
     }
     out->write("\n\t.section .rodata\n");
-    for (const auto& [label, literal] : sortedByLabel(stringLabels, stringPrefix)) {
+    stringLabels.forEachByLabel([this](std::size_t number, std::string_view literal) {
         const std::string_view text = literal.substr(1, literal.size() - 2);
-        out->write(label, ":\n\t.string \"", escapeAssemblyString(text), "\"\n");
-    }
-    for (const auto& [label, literal] : sortedByLabel(doubleLabels, doublePrefix)) {
-        out->write(label, ":\n\t.double ", literal, "\n");
-    }
+        out->write(".LC", ShortText::of(number), ":\n\t.string \"", escapeAssemblyString(text),
+                   "\"\n");
+    });
+    doubleLabels.forEachByLabel([this](std::size_t number, std::string_view literal) {
+        out->write(".LCD", ShortText::of(number), ":\n\t.double ", literal, "\n");
+    });
 }
 
 void CodeGenerator::emitFunction(const IRFunction& function) {

@@ -5,11 +5,11 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "codegen/functionReader.hpp"
 #include "codegen/irForms.hpp"
+#include "codegen/literalTable.hpp"
 #include "codegen/shortText.hpp"
 #include "codegen/valueTable.hpp"
 #include "shared/ast/name.hpp"
@@ -51,12 +51,10 @@ private:
     };
 
     using Operands = std::span<const Operand>;
-    using Labels = std::unordered_map<std::string_view, int>;
     using Emit = void (CodeGenerator::*)(Operands, FunctionContext&);
 
     // Frames, functions and constants: frame.cpp, codeGenerator.cpp.
     void collectStringLiterals(const IRProgram& program);
-    static int intern(Labels& labels, std::string_view literal);
     void emitReadOnlyData();
     void planFrame(FunctionContext& context) const;
     void readDeclarations(FunctionContext& context) const;
@@ -103,7 +101,7 @@ private:
 
     const SymbolTable& symbolTable;
     AssemblyWriter* out = nullptr;  // while generate runs
-    Labels stringLabels;            // from the literal as it is written; into the program's text
-    Labels doubleLabels;
+    LiteralTable stringLabels;      // of the whole program, as those of the doubles
+    LiteralTable doubleLabels;
     FunctionReader lines;  // of the function being emitted
 };

@@ -48,7 +48,7 @@ constexpr std::array<OperatorCode, 12> operatorCodes = {{
 
 const OperatorCode& codeOf(std::string_view op) {
     for (const OperatorCode& code : operatorCodes) {
-        if (code.op == op) {
+        if (code.op.front() == op.front() && code.op == op) {
             return code;
         }
     }

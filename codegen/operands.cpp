@@ -124,17 +124,17 @@ void CodeGenerator::loadValue(const Operand& operand, const ShortText& reg,
 }
 
 void CodeGenerator::loadString(std::string_view literal, const ShortText& reg) {
-    const auto label = stringLabels.find(literal);
-    if (label == stringLabels.end()) {
+    const std::size_t* const label = stringLabels.find(literal);
+    if (label == nullptr) {
         fail("uninterned string literal");
     }
-    out->write("\tleaq .LC", ShortText::of(label->second), "(%rip), ", reg, "\n");
+    out->write("\tleaq .LC", ShortText::of(*label), "(%rip), ", reg, "\n");
 }
 
 void CodeGenerator::loadDouble(const Operand& operand, const ShortText& reg,
                                FunctionContext& context) {
     if (operand.kind == Operand::Kind::Double) {
-        const int label = intern(doubleLabels, operand.text);
+        const std::size_t label = doubleLabels.add(operand.text);
         out->write("\tmovsd .LCD", ShortText::of(label), "(%rip), ", reg, "\n");
     } else if (operand.kind == Operand::Kind::Element) {
         loadElementAddress(operand, context);

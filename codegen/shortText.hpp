@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -22,7 +23,8 @@ public:
     }
 
     /// The number in decimal.
-    static ShortText of(long long number) {
+    template <std::integral Number>
+    static ShortText of(Number number) {
         ShortText text;
         char* begin = text.characters.data();
         text.length =
@@ -35,8 +37,9 @@ public:
     constexpr void append(const char (&literal)[size]) {
         static_assert(size - 1 <= capacity);
         for (std::size_t index = 0; index + 1 < size; ++index) {
-            characters[length++] = literal[index];
+            characters[length + index] = literal[index];
         }
+        length = static_cast<std::uint8_t>(length + size - 1);
     }
 
     constexpr std::size_t size() const { return length; }

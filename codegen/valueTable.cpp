@@ -38,15 +38,6 @@ constexpr std::array<Keyword, 21> keywords = {{
     {"chartostring", WordClass::conversion},
 }};
 
-std::uint64_t prefixOf(std::string_view name) {
-    std::uint64_t prefix = 0;
-    for (std::size_t index = 0; index < sizeof prefix; ++index) {
-        const char character = index < name.size() ? name[index] : '\0';
-        prefix = prefix << 8 | static_cast<unsigned char>(character);
-    }
-    return prefix;
-}
-
 }  // namespace
 
 ValueTable::ValueTable() : keywordCount(keywords.size()) {
@@ -91,8 +82,9 @@ void ValueTable::grow() {
 const std::vector<Value*>& ValueTable::inOrder() {
     places.clear();
     for (Word& word : words) {
-        if (slots[word.slot].wordClass == WordClass::value) {
-            places.push_back({prefixOf(word.value.name), &word.value});
+        const Entry& entry = slots[word.slot];
+        if (entry.wordClass == WordClass::value) {
+            places.push_back({WordText{word.value.name, entry.key}.prefix(), &word.value});
         }
     }
     std::sort(places.begin(), places.end(), comesBefore);

@@ -52,16 +52,22 @@ public:
 
     /// The key of one character more; that of no characters is 0.
     static std::uint64_t extended(std::uint64_t key, char next) {
-        return std::rotl(key, 7) ^ static_cast<unsigned char>(next);
+        return std::rotl(key, bitsPerCharacter) ^ static_cast<unsigned char>(next);
     }
 
     std::string_view text() const { return text_; }
     std::uint64_t key() const { return key_; }
     /// Whether no other word has the same key.
     bool isUnique() const { return (key_ & longMark) == 0; }
+    /// A number by which words are ordered as far as their first characters decide on it.
+    std::uint64_t prefix() const {
+        return isUnique() ? key_ << bitsPerCharacter * (maxShort - text_.size())
+                          : keyOf(text_.substr(0, maxShort));
+    }
 
 private:
     // The characters of a short word lie side by side in its key, and leave one bit.
+    static constexpr int bitsPerCharacter = 7;
     static constexpr std::size_t maxShort = 9;
     static constexpr std::uint64_t longMark = std::uint64_t{1} << 63;
 
@@ -119,7 +125,7 @@ private:
     /// A value's place among the others, as far as the beginning of its name decides on it. Most
     /// comparisons of a sort then touch no value.
     struct Place {
-        std::uint64_t prefix;  // the first eight characters of the name, the first one highest
+        std::uint64_t prefix;  // of the name
         Value* value;
     };
     static bool comesBefore(const Place& left, const Place& right) {

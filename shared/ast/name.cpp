@@ -1,5 +1,6 @@
 #include "shared/ast/name.hpp"
 
+#include <bit>
 #include <deque>
 #include <functional>
 
@@ -79,8 +80,17 @@ NamePool& pool() {
     return instance;
 }
 
+/// Most texts are short: hashing them here takes less than calling for it.
 std::uint32_t hashOf(std::string_view text) {
-    return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
+    constexpr std::size_t longestShort = 16;
+    if (text.size() > longestShort) {
+        return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
+    }
+    std::uint64_t characters = 0;
+    for (const char character : text) {
+        characters = std::rotl(characters, 7) ^ static_cast<unsigned char>(character);
+    }
+    return static_cast<std::uint32_t>(characters * 0x9E3779B97F4A7C15 >> 32);
 }
 
 }  // namespace

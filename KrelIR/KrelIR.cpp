@@ -164,18 +164,17 @@ void KrelIR::visitCall(Node* node) {
 
 // One print makes one call, of all its arguments joined from left to right.
 void KrelIR::visitPrintStatement(Node* node) {
-    std::vector<Value> values;
+    const std::size_t first = values.size();
     if (node->hasChildren()) {
-        for (Node* argument : childOf(node, 0)->getChildren()) {
-            values.push_back(expression(argument));
-        }
+        pushValues(childOf(node, 0));
     }
-    Value joined = values.empty() ? "\"\"" : values.front();
-    for (std::size_t index = 1; index < values.size(); ++index) {
+    Value joined = values.size() == first ? "\"\"" : values[first];
+    for (std::size_t index = first + 1; index < values.size(); ++index) {
         const Value longer = newTemporary();
         emit(longer, " = ", joined, " + ", values[index]);
         joined = longer;
     }
+    values.resize(first);
     emit("arg ", joined);
     emit("call print, 1");
 }

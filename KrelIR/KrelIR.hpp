@@ -79,6 +79,8 @@ private:
     Value updateValue(Node* node);
     Value unresolvedCast(Node* node);
     Value call(Node* node);
+    /// Lowers the children of a node and appends their values to `values`.
+    void pushValues(Node* expressions);
     Value lvalue(Node* node);
     Value literal(Node* node);
     void assign(Value target, Node* value);
@@ -127,5 +129,6 @@ private:
     int temporaryCounter = 0;       // the next temporary of the function
     int blockCounter = 0;           // the last block number handed out in the function
     std::vector<Node*> operations;  // whose left operands are being lowered, innermost last
+    std::vector<Value> values;      // of the arguments of calls being lowered, innermost last
     std::vector<Loop> loops;        // the loops around the statement, innermost last
 };

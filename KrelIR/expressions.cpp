@@ -153,17 +153,16 @@ KrelIR::Value KrelIR::call(Node* node) {
     if (children.empty()) {
         internalError("CallStatement node has no callee.");
     }
-    std::vector<Value> values;
+    const std::size_t first = values.size();
     if (children.size() > 1) {
-        for (Node* argument : children[1]->getChildren()) {
-            values.push_back(expression(argument));
-        }
+        pushValues(children[1]);
     }
-    for (const Value value : values) {
-        emit("arg ", value);
+    const std::string count = std::to_string(values.size() - first);
+    for (std::size_t index = first; index < values.size(); ++index) {
+        emit("arg ", values[index]);
     }
+    values.resize(first);
     const Value callee = lvalue(children[0]);
-    const std::string count = std::to_string(values.size());
     if (node->semanticTypeName() == TypeName::Void) {
         emit("call ", callee, ", ", count);
         return {};
@@ -171,6 +170,13 @@ KrelIR::Value KrelIR::call(Node* node) {
     const Value result = newTemporary();
     emit(result, " = call ", callee, ", ", count);
     return result;
+}
+
+void KrelIR::pushValues(Node* expressions) {
+    for (Node* node : expressions->getChildren()) {
+        const Value value = expression(node);
+        values.push_back(value);
+    }
 }
 
 // The index is lowered before the array's name.

@@ -48,6 +48,15 @@ Node* ast = nullptr;
 SymbolTable symbolTable;
 std::queue<Symbol*> symbols;
 
+/* Columns are not counted. An empty rule stands where the token before it ends. */
+#define YYLLOC_DEFAULT(current, rhs, count)                                      \
+    do {                                                                         \
+        (current).last_line = YYRHSLOC(rhs, count).last_line;                    \
+        (current).first_line =                                                   \
+            (count) == 0 ? (current).last_line : YYRHSLOC(rhs, 1).first_line;    \
+        (current).first_column = (current).last_column = 0;                      \
+    } while (false)
+
 static void yyerror(const char* message);
 static std::string decodeQuotedLiteral(const char* text);
 static char decodeCharacterLiteral(const char* text);

@@ -1,9 +1,31 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string_view>
-#include <vector>
 
 #include "shared/krelir-cfg/ir-instruction-list.hpp"
+
+/// The numbers of the blocks that one block can be followed by: never more than two, each once.
+class IRSuccessors {
+public:
+    std::size_t size() const { return count; }
+    bool empty() const { return count == 0; }
+    const int* begin() const { return numbers.data(); }
+    const int* end() const { return numbers.data() + count; }
+
+    void clear() { count = 0; }
+    /// Appends a number, unless it is there.
+    void add(int number) {
+        if (count == 0 || numbers[0] != number) {
+            numbers[count++] = number;
+        }
+    }
+
+private:
+    std::array<int, 2> numbers{};
+    std::size_t count = 0;
+};
 
 /// A numbered run of instructions. The number is unique within the block's function.
 class IRBasicBlock {
@@ -14,7 +36,7 @@ public:
     const IRInstructionList& getInstructions() const { return instructions; }
     /// The numbers of the blocks that control can go to from this one's end, each once. Known from
     /// the last IRFunction::rebuildCFG on.
-    const std::vector<int>& getSuccessors() const { return successors; }
+    const IRSuccessors& getSuccessors() const { return successors; }
 
     /// Appends an instruction with a copy of the text.
     void addInstruction(std::string_view text, bool separated) {
@@ -31,5 +53,5 @@ private:
 
     int number;
     IRInstructionList instructions;
-    std::vector<int> successors;
+    IRSuccessors successors;
 };

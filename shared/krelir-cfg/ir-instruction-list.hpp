@@ -87,7 +87,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t firstCapacity = 64;  // bytes: most blocks are this short
+    static constexpr std::size_t firstCapacity = 128;  // bytes: half of all blocks are this short
     static constexpr std::size_t maxSize = 0x7FFFFFFF;
 
     void grow(std::size_t needed) {

@@ -32,12 +32,6 @@ bool leavesFunction(std::string_view text) {
     return text.starts_with("return") || text.starts_with("call exit,");
 }
 
-void addUnique(std::vector<int>& numbers, int number) {
-    if (std::find(numbers.begin(), numbers.end(), number) == numbers.end()) {
-        numbers.push_back(number);
-    }
-}
-
 void printFunction(std::string& text, const IRFunction& function) {
     text.append(function.getName()).append(":\n");
     bool isFirst = true;
@@ -73,14 +67,13 @@ void IRFunction::rebuildCFG() {
         if (leavesFunction(last)) {
             continue;
         }
-        block.successors.reserve(2);
         const bool jumps = last.starts_with(branchMark);
         const bool branches = last.starts_with("if ") && last.find(branchMark) != last.npos;
         if (jumps || branches) {
-            block.successors.push_back(branchTarget(last));
+            block.successors.add(branchTarget(last));
         }
         if (!jumps && index + 1 < blocks.size()) {
-            addUnique(block.successors, blocks[index + 1].getNumber());
+            block.successors.add(blocks[index + 1].getNumber());
         }
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -24,10 +25,10 @@ public:
         return entry->second;
     }
 
-    /// The number of a literal, or null when it is not known.
-    const std::size_t* find(std::string_view literal) const {
+    /// The number of a literal, if it is known.
+    std::optional<std::size_t> find(std::string_view literal) const {
         const auto entry = numbers.find(literal);
-        return entry == numbers.end() ? nullptr : &entry->second;
+        return entry == numbers.end() ? std::nullopt : std::optional{entry->second};
     }
 
     /// Calls `use` with the number and the text of every literal, ordered by the digits of the

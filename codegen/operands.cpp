@@ -124,8 +124,8 @@ void CodeGenerator::loadValue(const Operand& operand, const ShortText& reg,
 }
 
 void CodeGenerator::loadString(std::string_view literal, const ShortText& reg) {
-    const std::size_t* const label = stringLabels.find(literal);
-    if (label == nullptr) {
+    const std::optional<std::size_t> label = stringLabels.find(literal);
+    if (!label) {
         fail("uninterned string literal");
     }
     out->write("\tleaq .LC", ShortText::of(*label), "(%rip), ", reg, "\n");

@@ -81,10 +81,11 @@ TEST_F(KrelIRTest, SuccessorsAreKnownAfterwards) {
     lower(function("void", "f", {node("WhileStatement", {name("x"), block({})})}));
     const auto& blocks = generator.getProgram().getFunctions()[0].getBlocks();
     ASSERT_EQ(blocks.size(), 4U);
-    EXPECT_EQ(blocks[0].getSuccessors(), std::vector<int>{2});
-    EXPECT_EQ(blocks[1].getSuccessors(), (std::vector<int>{4, 3}));
-    EXPECT_EQ(blocks[2].getSuccessors(), std::vector<int>{2});
-    EXPECT_EQ(blocks[3].getSuccessors(), std::vector<int>{});
+    const std::vector<std::vector<int>> expected = {{2}, {4, 3}, {2}, {}};
+    for (std::size_t index = 0; index < blocks.size(); ++index) {
+        const IRSuccessors& successors = blocks[index].getSuccessors();
+        EXPECT_EQ(std::vector<int>(successors.begin(), successors.end()), expected[index]);
+    }
 }
 
 TEST_F(KrelIRDeathTest, MalformedFunctions) {

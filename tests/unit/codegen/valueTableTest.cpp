@@ -27,8 +27,19 @@ TEST(ValueTableTest, FindsWhatWasAdded) {
 
 TEST(ValueTableTest, TellsSimilarWordsApart) {
     ValueTable values;
-    const std::vector<std::string> words = {"abcd",     "abcdabcd", "aabcd",     "abbcd",
-                                            "abcdefgh", "abcdefg",  "abcdefghi", "xabcdefgh"};
+    const std::vector<std::string> words = {"abcd",
+                                            "abcdabcd",
+                                            "aabcd",
+                                            "abbcd",
+                                            "abcdefgh",
+                                            "abcdefg",
+                                            "abcdefghi",
+                                            "xabcdefgh",
+                                            "abcdefghij",
+                                            "abcdefghijk",
+                                            "xbcdefghij",
+                                            "a_name_that_is_long_1",
+                                            "a_name_that_is_long_2"};
     for (const std::string& word : words) {
         values.add(word);
     }
@@ -74,16 +85,38 @@ TEST(ValueTableTest, KeywordsAndBlockNamesHaveNoValue) {
     }
 }
 
+// The numbers that long words are looked up by are not unique.
+TEST(ValueTableTest, TellsLongWordsOfOneKeyApart) {
+    ValueTable values;
+    const std::uint64_t key = 12345;
+    const std::uint32_t first = values.add(WordText{"theFirstLongWord", key}).number;
+    const std::uint32_t second = values.add(WordText{"theSecondLongWord", key}).number;
+    EXPECT_NE(first, second);
+    EXPECT_EQ(values.add(WordText{"theFirstLongWord", key}).number, first);
+    EXPECT_EQ(values[second].name, "theSecondLongWord");
+}
+
+TEST(ValueTableTest, TellsWhatAWordIs) {
+    ValueTable values;
+    EXPECT_EQ(values.add("name").wordClass, WordClass::value);
+    EXPECT_EQ(values.add("B12").wordClass, WordClass::blockName);
+    EXPECT_EQ(values.add("true").wordClass, WordClass::boolean);
+    EXPECT_EQ(values.add("goto").wordClass, WordClass::jump);
+    EXPECT_EQ(values.add("character").wordClass, WordClass::integerType);
+    EXPECT_EQ(values.add("inttodouble").wordClass, WordClass::intToDouble);
+}
+
 TEST(ValueTableTest, OrdersByteByByte) {
     ValueTable values;
     for (const char* word : {"b", "a", "_t10", "_t2", "_t1", "ab", "Z", "commonPrefixB",
-                             "commonPrefixA", "commonPr"}) {
+                             "commonPrefixA", "commonPr", "commonPrefix", "commonPre"}) {
         values.add(word);
         values.add(word);
     }
-    EXPECT_EQ(namesInOrder(values),
-              (std::vector<std::string>{"Z", "_t1", "_t10", "_t2", "a", "ab", "b", "commonPr",
-                                        "commonPrefixA", "commonPrefixB"}));
+    EXPECT_EQ(
+        namesInOrder(values),
+        (std::vector<std::string>{"Z", "_t1", "_t10", "_t2", "a", "ab", "b", "commonPr",
+                                  "commonPre", "commonPrefix", "commonPrefixA", "commonPrefixB"}));
 }
 
 TEST(ValueTableTest, ForgetsAllButTheKeywords) {

@@ -27,14 +27,20 @@ IRFunction functionOf(std::initializer_list<Block> blocks) {
     return function;
 }
 
-/// The successors of the first of some blocks.
-std::vector<int> successorsOfFirst(std::initializer_list<Block> blocks) {
-    IRFunction function = functionOf(blocks);
-    function.rebuildCFG();
-    return function.getBlocks().front().getSuccessors();
+using Numbers = std::vector<int>;
+
+/// The successors of one of a function's blocks.
+Numbers successorsOf(const IRFunction& function, std::size_t block) {
+    const IRSuccessors& successors = function.getBlocks()[block].getSuccessors();
+    return {successors.begin(), successors.end()};
 }
 
-using Numbers = std::vector<int>;
+/// The successors of the first of some blocks.
+Numbers successorsOfFirst(std::initializer_list<Block> blocks) {
+    IRFunction function = functionOf(blocks);
+    function.rebuildCFG();
+    return successorsOf(function, 0);
+}
 
 /// What `action` throws as a std::runtime_error.
 template <typename Action>
@@ -131,9 +137,9 @@ TEST(IRFunctionTest, BlockNumbersMayRepeatInAnotherFunction) {
 TEST(IRFunctionTest, BlocksFallThroughInLayoutOrder) {
     IRFunction function = functionOf({{0, {"x = 1"}}, {2, {"x = 2"}}, {1, {"x = 3"}}});
     function.rebuildCFG();
-    EXPECT_EQ(function.getBlocks()[0].getSuccessors(), Numbers{2});
-    EXPECT_EQ(function.getBlocks()[1].getSuccessors(), Numbers{1});
-    EXPECT_EQ(function.getBlocks()[2].getSuccessors(), Numbers{});
+    EXPECT_EQ(successorsOf(function, 0), Numbers{2});
+    EXPECT_EQ(successorsOf(function, 1), Numbers{1});
+    EXPECT_EQ(successorsOf(function, 2), Numbers{});
 }
 
 TEST(IRFunctionTest, EmptyBlockFallsThrough) {
@@ -197,8 +203,8 @@ TEST(IRFunctionTest, RebuildingStartsAnew) {
     IRFunction function = functionOf({{1, {"x = 1"}}, {2, {}}});
     function.rebuildCFG();
     function.rebuildCFG();
-    EXPECT_EQ(function.getBlocks()[0].getSuccessors(), Numbers{2});
+    EXPECT_EQ(successorsOf(function, 0), Numbers{2});
     function.addBlock(3);
     function.rebuildCFG();
-    EXPECT_EQ(function.getBlocks()[1].getSuccessors(), Numbers{3});
+    EXPECT_EQ(successorsOf(function, 1), Numbers{3});
 }

@@ -1,0 +1,228 @@
+#include "codegen/functionReader.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "codegen/irText.hpp"
+#include "shared/krelir-cfg/ir-function.hpp"
+#include "tests/unit/codegen/lineMaker.hpp"
+
+namespace {
+
+using Kind = Operand::Kind;
+using Texts = std::vector<std::string>;
+
+IRFunction functionOf(const Texts& lines) {
+    IRFunction function{"f"};
+    IRBasicBlock& block = function.addBlock(1);
+    for (const std::string& line : lines) {
+        block.addInstruction(line, false);
+    }
+    return function;
+}
+
+Texts operandTexts(const Instruction& instruction) {
+    Texts texts;
+    for (const Operand& operand : instruction.operands) {
+        texts.emplace_back(operand.text);
+    }
+    return texts;
+}
+
+Texts namesOf(FunctionReader& reader) {
+    Texts names;
+    for (const Value* value : reader.words().inOrder()) {
+        names.emplace_back(value->name);
+    }
+    return names;
+}
+
+/// For each group of a form, whether it is an operand; the others are words, numbers or operators.
+std::vector<bool> operandGroups(IRForm form) {
+    switch (form) {
+        case IRForm::IntegerParameter:
+            return {false, true};
+        case IRForm::Argument:
+        case IRForm::DoubleParameter:
+        case IRForm::ReturnValue:
+            return {true};
+        case IRForm::CallWithResult:
+            return {true, false, false};
+        case IRForm::Call:
+            return {false, false};
+        case IRForm::Branch:
+            return {true, false};
+        case IRForm::Jump:
+            return {false};
+        case IRForm::Return:
+        case IRForm::None:
+            return {};
+        case IRForm::Conversion:
+        case IRForm::UnaryOperation:
+            return {true, false, true};
+        case IRForm::IntToDouble:
+        case IRForm::DoubleToString:
+        case IRForm::ElementStore:
+        case IRForm::Copy:
+            return {true, true};
+        case IRForm::BinaryOperation:
+            return {true, true, false, true};
+    }
+    return {};
+}
+
+struct Expected {
+    std::string line;
+    IRForm form;
+    Texts operands;
+};
+
+TEST(FunctionReaderTest, ReadsEveryForm) {
+    const std::vector<Expected> cases = {
+        {"param string s", IRForm::IntegerParameter, {"string", "s"}},
+        {"param double d", IRForm::DoubleParameter, {"d"}},
+        {"arg x", IRForm::Argument, {"x"}},
+        {"arg \"a + b\"", IRForm::Argument, {"\"a + b\""}},
+        {"_t0 = call f, 12", IRForm::CallWithResult, {"_t0", "f", "12"}},
+        {"call print, 1", IRForm::Call, {"print", "1"}},
+        {"call B1, 0", IRForm::Call, {"B1", "0"}},
+        {"if _t0 goto B12", IRForm::Branch, {"_t0", "12"}},
+        {"goto B3", IRForm::Jump, {"3"}},
+        {"return", IRForm::Return, {}},
+        {"return 1.5", IRForm::ReturnValue, {"1.5"}},
+        {"x = inttostring 7", IRForm::Conversion, {"x", "inttostring", "7"}},
+        {"x = inttodouble y", IRForm::IntToDouble, {"x", "y"}},
+        {"x = doubletostring a[i]", IRForm::DoubleToString, {"x", "a[i]"}},
+        {"x = a[10] <= true", IRForm::BinaryOperation, {"x", "a[10]", "<=", "true"}},
+        {"x = \"sum: \" + y", IRForm::BinaryOperation, {"x", "\"sum: \"", "+", "y"}},
+        {"x = - y", IRForm::UnaryOperation, {"x", "-", "y"}},
+        {"x = !y", IRForm::UnaryOperation, {"x", "!", "y"}},
+        {"a[i] = 'c'", IRForm::ElementStore, {"a[i]", "'c'"}},
+        {"x = \"a\\n\"", IRForm::Copy, {"x", "\"a\\n\""}},
+        {"\tx = y ", IRForm::Copy, {"x", "y"}},
+        {"x y z", IRForm::None, {"x y z"}},
+        {"", IRForm::None, {""}},
+    };
+    for (const Expected& expected : cases) {
+        const IRFunction function = functionOf({expected.line});
+        FunctionReader reader;
+        reader.read(function);
+        ASSERT_EQ(reader.size(), 1U);
+        EXPECT_EQ(reader[0].form, expected.form) << expected.line;
+        EXPECT_EQ(operandTexts(reader[0]), expected.operands) << expected.line;
+    }
+}
+
+TEST(FunctionReaderTest, FindsWhatOperandsStandFor) {
+    const IRFunction function = functionOf({"x = true", "x = 7", "x = 7.", "x = \"x\"", "x = 'x'",
+                                            "x = a[i]", "x = y", "x = B7", "x = a [ i ]", "x = ?"});
+    FunctionReader reader;
+    reader.read(function);
+    const std::vector<Kind> expected = {Kind::Boolean,   Kind::Integer, Kind::Double, Kind::String,
+                                        Kind::Character, Kind::Element, Kind::Named,  Kind::Named,
+                                        Kind::Element,   Kind::Unknown};
+    ASSERT_EQ(reader.size(), expected.size());
+    for (std::size_t line = 0; line < expected.size(); ++line) {
+        EXPECT_EQ(reader[line].operands[0].kind, Kind::Named);
+        EXPECT_EQ(reader[line].operands[0].value, reader.words().find("x"));
+        EXPECT_EQ(reader[line].operands[1].kind, expected[line]) << line;
+    }
+    EXPECT_EQ(reader[5].operands[1].value, reader.words().find("a"));
+    EXPECT_EQ(reader[6].operands[1].value, reader.words().find("y"));
+    EXPECT_EQ(reader[7].operands[1].value, nullptr);
+}
+
+TEST(FunctionReaderTest, AddsTheWordsOutsideOfStrings) {
+    const IRFunction function =
+        functionOf({"a[i] = \"string one\"", "_t0 = call callee, 0", "if _t0 goto B2", "c = 'd'",
+                    "e = '\\n' + \"\\\"f\" g", "5h =", "param int p"});
+    FunctionReader reader;
+    reader.read(function);
+    EXPECT_EQ(namesOf(reader),
+              (Texts{"_t0", "a", "c", "callee", "d", "e", "g", "h", "i", "n", "p"}));
+}
+
+TEST(FunctionReaderTest, ForgetsTheLastFunction) {
+    const IRFunction first = functionOf({"a = 1", "b = 2"});
+    const IRFunction second = functionOf({"c = a"});
+    FunctionReader reader;
+    reader.read(first);
+    reader.read(second);
+    EXPECT_EQ(reader.size(), 1U);
+    EXPECT_EQ(namesOf(reader), (Texts{"a", "c"}));
+}
+
+TEST(FunctionReaderTest, ReadsAllBlocksInOrder) {
+    IRFunction function{"f"};
+    function.addBlock(1).addInstruction("a = 1", false);
+    function.addBlock(3);
+    function.addBlock(2).addInstruction("b = 2", true);
+    FunctionReader reader;
+    reader.read(function);
+    ASSERT_EQ(reader.size(), 2U);
+    EXPECT_EQ(operandTexts(reader[0]), (Texts{"a", "1"}));
+    EXPECT_EQ(operandTexts(reader[1]), (Texts{"b", "2"}));
+}
+
+/// What the reader finds in one line, and what it has to find: the recogniser's form and groups,
+/// each operand as its text is read by itself.
+void compare(const std::string& line, std::size_t& differences) {
+    const IRFunction function = functionOf({line});
+    FunctionReader reader;
+    reader.read(function);
+    const std::string_view text = trim(line);
+    const IRLine expected = recognise(text);
+    const Instruction found = reader[0];
+    bool isSame = found.form == expected.form;
+    const std::vector<bool> isOperand = operandGroups(expected.form);
+    for (std::size_t group = 0; isSame && group < isOperand.size(); ++group) {
+        const Operand& operand = found.operands[group];
+        isSame = operand.text == trim(expected.groups[group]);
+        if (isSame && isOperand[group]) {
+            const Operand alone = reader.operandOf(operand.text);
+            isSame = operand.kind == alone.kind && operand.value == alone.value;
+        }
+    }
+    if (!isSame && ++differences <= 10) {
+        ADD_FAILURE() << "read differently: " << line;
+    }
+}
+
+TEST(FunctionReaderTest, AgreesWithTheRecogniserOnRandomLines) {
+    LineMaker maker{20240608};
+    std::size_t differences = 0;
+    for (int count = 0; count < 100000; ++count) {
+        compare(maker.line(), differences);
+    }
+    EXPECT_EQ(differences, 0U);
+}
+
+// Lines of one to six parts with one blank between two: all plain ones, and those next to them.
+TEST(FunctionReaderTest, AgreesWithTheRecogniserOnAllShortPlainLines) {
+    const Texts parts = {"x",    "a[i]", "a[0]", "7",   "1.5",     "true",        "B1",
+                         "f,",   "=",    "+",    "!",   "\"s t\"", "inttostring", "inttodouble",
+                         "call", "goto", "if",   "arg", "return",  "param",       "int"};
+    std::size_t differences = 0;
+    std::vector<std::string> lines = {""};
+    for (std::size_t size = 1; size <= 4; ++size) {
+        std::vector<std::string> longer;
+        for (const std::string& line : lines) {
+            for (const std::string& part : parts) {
+                longer.push_back(line.empty() ? part : line + " " + part);
+            }
+        }
+        lines = std::move(longer);
+        std::for_each(lines.begin(), lines.end(),
+                      [&](const std::string& line) { compare(line, differences); });
+    }
+    for (const std::string& line : lines) {
+        compare("x = " + line, differences);
+    }
+    EXPECT_EQ(differences, 0U);
+}
+
+}  // namespace

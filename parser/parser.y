@@ -22,8 +22,8 @@ class SymbolTable;
 
 /// The root of the tree; null until a whole file has been parsed. Lives until the process ends.
 extern Node* ast;
-/// All declarations of the program, filed while it is parsed.
-extern SymbolTable symbolTable;
+/// All declarations of the program, filed while it is parsed. Like the tree, it is never freed.
+extern SymbolTable& symbolTable;
 /// Symbols of declarations that wait for the end of the function around them, to get its scope. At
 /// the end of the file it may still hold those declared outside of any function.
 extern std::queue<Symbol*> symbols;
@@ -45,7 +45,7 @@ int yylex();
 #include "shared/symboltable/symbolTable.hpp"
 
 Node* ast = nullptr;
-SymbolTable symbolTable;
+SymbolTable& symbolTable = *new SymbolTable;
 std::queue<Symbol*> symbols;
 
 /* Columns are not counted. An empty rule stands where the token before it ends. */

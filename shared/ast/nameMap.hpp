@@ -25,7 +25,7 @@ public:
 
     /// Inserts `value` unless the name has one already; returns whether it was inserted.
     bool insert(Name name, T value) {
-        if ((count + 1) * 2 > entries.size()) {
+        if ((count + 1) * 4 > entries.size() * 3) {
             grow();
         }
         Entry& entry = entries[slotOf(name)];

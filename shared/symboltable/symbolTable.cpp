@@ -18,7 +18,9 @@ bool SymbolTable::insertSymbol(Name scope, int line, Symbol* symbol) {
         Error::semantic("Function '" + scope.text() + "' already exists.", line);
         return false;
     }
+    constexpr std::size_t usualSymbols = 8;
     auto opened = std::make_unique<Scope>();
+    opened->symbols.reserve(usualSymbols);
     opened->file(symbol);
     scopes.insert(scope, std::move(opened));
     return true;

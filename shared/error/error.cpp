@@ -41,7 +41,8 @@ void Error::semantic(const std::string& message, int line) {
 // Standard error is unbuffered: the line is put together first, so that it leaves in one write.
 void Error::report(std::string_view prefix, std::string_view message, int line) {
     ++errorCount;
-    std::string text{prefix};
+    static std::string text;  // keeps its memory for the next report
+    text = prefix;
     if (!sourceFile.empty()) {
         text.append(" in ").append(sourceFile);
     }

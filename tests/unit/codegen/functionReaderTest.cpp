@@ -203,9 +203,10 @@ TEST(FunctionReaderTest, AgreesWithTheRecogniserOnRandomLines) {
 
 // Lines of one to six parts with one blank between two: all plain ones, and those next to them.
 TEST(FunctionReaderTest, AgreesWithTheRecogniserOnAllShortPlainLines) {
-    const Texts parts = {"x",    "a[i]", "a[0]", "7",   "1.5",     "true",        "B1",
-                         "f,",   "=",    "+",    "!",   "\"s t\"", "inttostring", "inttodouble",
-                         "call", "goto", "if",   "arg", "return",  "param",       "int"};
+    const Texts parts = {"x",       "a[i]",        "a[0]",        "7",    "1.5",  "true",
+                         "B1",      "f,",          "=",           "+",    "!",    "\"s t\"",
+                         "\"]=s\"", "inttostring", "inttodouble", "call", "goto", "if",
+                         "arg",     "return",      "param",       "int"};
     std::size_t differences = 0;
     std::vector<std::string> lines = {""};
     for (std::size_t size = 1; size <= 4; ++size) {

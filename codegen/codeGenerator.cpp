@@ -88,7 +88,7 @@ void CodeGenerator::emitFunction(const IRFunction& function) {
     if (context.frameSize != 0) {
         out->write("\tsubq $", ShortText::of(context.frameSize), ", %rsp\n");
     }
-    std::size_t line = 0;
+    std::size_t line = 0;  // counts through all blocks
     for (const IRBasicBlock& block : function.getBlocks()) {
         out->write(context.blockLabel, ShortText::of(block.getNumber()), ":\n");
         for (std::size_t rest = block.getInstructions().size(); rest > 0; --rest) {

@@ -76,12 +76,9 @@ private:
     void emitIntToDouble(Operands line, FunctionContext& context);
     void emitDoubleToString(Operands line, FunctionContext& context);
     void emitBinaryOperation(Operands line, FunctionContext& context);
-    void emitDoubleOperation(Operands line, const Operand& left, const Operand& right,
-                             FunctionContext& context);
-    void emitConcatenation(Operands line, const Operand& left, const Operand& right,
-                           FunctionContext& context);
-    void emitIntegerOperation(Operands line, const Operand& left, const Operand& right,
-                              FunctionContext& context);
+    void emitDoubleOperation(Operands line, FunctionContext& context);
+    void emitConcatenation(Operands line, FunctionContext& context);
+    void emitIntegerOperation(Operands line, FunctionContext& context);
     void emitUnaryOperation(Operands line, FunctionContext& context);
     void emitElementStore(Operands line, FunctionContext& context);
     void emitCopy(Operands line, FunctionContext& context);

@@ -36,19 +36,13 @@ long long alignTo(long long value, long long alignment) {
     return (value + alignment - 1) / alignment * alignment;
 }
 
-std::string localLabel(const std::string& function, const char* suffix) {
-    std::string label = ".L";
-    label.reserve(label.size() + function.size() + std::string_view{suffix}.size());
-    return label.append(function).append(suffix);
-}
-
 }  // namespace
 
 CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function, ValueTable& words)
     : name(function.getName()),
       scope(Name::known(name)),
-      blockLabel(localLabel(name, "_B")),
-      returnLabel(localLabel(name, "_return")),
+      blockLabel(".L" + name + "_B"),
+      returnLabel(".L" + name + "_return"),
       values(words) {}
 
 void CodeGenerator::planFrame(FunctionContext& context) const {

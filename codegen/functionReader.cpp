@@ -1,11 +1,14 @@
-// Reading lines. Nearly all lines are plain: words, numbers, operators and elements with one blank
-// between two of them. Those are cut at their blanks, and the kinds of their parts tell the form.
-// All other lines - with quotes, above all, in which anything may be spelled - are left to the
-// recogniser of forms, which is exact for every line. The two have to agree on the plain ones.
+// Reading lines. Nearly all of them are plain: words, numbers, strings, elements and operators with
+// one blank between two. Those are cut at their blanks, and the kinds of their parts tell the form.
+// All other lines - with escapes, character literals, strings that look like the end of an element
+// or like an operation - are left to the recogniser of forms, which is exact for every line. The
+// two have to agree on the plain ones.
 
 #include "codegen/functionReader.hpp"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 #include "codegen/irText.hpp"
 #include "shared/krelir-cfg/ir-function.hpp"
@@ -104,11 +107,11 @@ const char* skip(const char* at, const char* end, Predicate isSkipped) {
 /// Adds the word that begins at `at` to a table and moves to its end.
 inline ValueTable::Entry takeWord(const char*& at, const char* end, ValueTable& table) {
     const char* const begin = at;
-    std::uint64_t key = 0;
+    std::uint64_t packed = 0;
     do {
-        key = WordText::extended(key, *at++);
+        packed = packNext(packed, *at++);
     } while (at != end && isNameCharacter(*at));
-    return table.add(WordText{{begin, at}, key});
+    return table.add(WordText{{begin, at}, packed});
 }
 
 /// Cuts a line into its parts, and adds the words that it meets to a table.
@@ -136,67 +139,66 @@ public:
 
     /// The form of the parts; null when they have none that plain lines can have.
     const PlainForm* form() const {
-        const PlainForm* const last = &plainForms[formsByPartCount[count + 1]];
-        for (const PlainForm* form = &plainForms[formsByPartCount[count]]; form != last; ++form) {
+        const std::size_t last = formsByPartCount[count + 1];
+        for (std::size_t row = formsByPartCount[count]; row < last; ++row) {
+            const PlainForm& form = plainForms[row];
             std::size_t part = 0;
-            while (part < count && (classes[part] & form->parts[part]) != 0) {
+            while (part < count && (classes[part] & form.parts[part]) != 0) {
                 ++part;
             }
             if (part == count) {
-                return form;
+                return &form;
             }
         }
         return nullptr;
     }
 
-    const Operand& operator[](std::size_t part) const { return operands[part]; }
+    const PackedOperand& operator[](std::size_t part) const { return operands[part]; }
 
 private:
-    bool takePart(Operand& operand, std::uint32_t& partClass) {
-        const char* const begin = at;
+    bool takePart(PackedOperand& operand, std::uint32_t& partClass) {
         if (beginsName(*at)) {
             return takeName(operand, partClass);
         }
-        bool isPart = true;
+        const char* const begin = at;
+        Operand::Kind kind = Operand::Kind::Word;
         if (isDigit(*at)) {
-            takeNumber(operand, partClass);
+            kind = takeNumber();
+            partClass = kind == Operand::Kind::Integer ? PartClass::integer : PartClass::real;
         } else if (*at == '"') {
-            operand.kind = Operand::Kind::String;
-            partClass = PartClass::string;
-            isPart = takeString();
+            kind = Operand::Kind::String;
+            partClass = takeString() ? PartClass::string : 0;
         } else {
             at = skip(at, end, isOperatorCharacter);
             partClass = operatorClass({begin, at});
-            isPart = partClass != 0;
         }
-        operand.text = {begin, at};
-        return isPart;
+        operand = {{begin, at}, kind};
+        return partClass != 0;
     }
 
     /// A word, an element of the array that the word names, or a callee.
-    bool takeName(Operand& operand, std::uint32_t& partClass) {
+    bool takeName(PackedOperand& operand, std::uint32_t& partClass) {
         const char* const begin = at;
         const ValueTable::Entry entry = takeWord(at, end, table);
-        partClass = entry.wordClass;
-        operand.text = {begin, at};
+        const std::string_view word{begin, at};
         const char next = at != end ? *at : '\0';
+        partClass = entry.wordClass;
         if (next == ',') {
             partClass = PartClass::callee;
+            operand = {word, Operand::Kind::Word};
             ++at;
+        } else if (partClass == WordClass::value && next == '[') {
+            const bool isElement = takeIndex();
+            partClass = PartClass::element;
+            operand = {{begin, at}, Operand::Kind::Element, entry.number};
+            return isElement;
         } else if (partClass == WordClass::value) {
-            operand.kind = Operand::Kind::Named;
-            operand.word = entry.number;
-            if (next == '[') {
-                operand.kind = Operand::Kind::Element;
-                partClass = PartClass::element;
-                const bool isElement = takeIndex();
-                operand.text = {begin, at};
-                return isElement;
-            }
+            operand = {word, Operand::Kind::Named, entry.number};
         } else if (partClass == WordClass::boolean) {
-            operand.kind = Operand::Kind::Boolean;
-        } else if (partClass == WordClass::blockName) {
-            operand.text.remove_prefix(1);  // its number remains
+            operand = {word, Operand::Kind::Boolean};
+        } else {
+            const bool isBlockName = partClass == WordClass::blockName;
+            operand = {word.substr(isBlockName ? 1 : 0), Operand::Kind::Word};
         }
         return true;
     }
@@ -216,19 +218,17 @@ private:
         return at != end && *at++ == ']';
     }
 
-    void takeNumber(Operand& operand, std::uint32_t& partClass) {
+    Operand::Kind takeNumber() {
         at = skip(at, end, isDigit);
-        operand.kind = Operand::Kind::Integer;
-        partClass = PartClass::integer;
-        if (at != end && *at == '.') {
-            at = skip(at + 1, end, isDigit);
-            operand.kind = Operand::Kind::Double;
-            partClass = PartClass::real;
+        if (at == end || *at != '.') {
+            return Operand::Kind::Integer;
         }
+        at = skip(at + 1, end, isDigit);
+        return Operand::Kind::Double;
     }
 
-    /// A string that cannot be taken for anything else wherever it stands: without what may be the
-    /// end of an element, a line break, or an operator behind a blank.
+    /// A string that cannot be taken for anything else wherever it stands: without an escape, what
+    /// may be the end of an element, a line break, or an operator behind a blank.
     bool takeString() {
         for (++at; at != end && *at != '"'; ++at) {
             const bool isOperator = isOperatorCharacter(*at) && isSpace(at[-1]);
@@ -236,14 +236,18 @@ private:
                 return false;
             }
         }
-        return at++ != end;
+        if (at == end) {
+            return false;
+        }
+        ++at;
+        return true;
     }
 
     ValueTable& table;
     const char* at;
     const char* const end;
     std::array<std::uint32_t, 5> classes{};  // of the parts: one bit of WordClass or PartClass
-    std::array<Operand, 5> operands{};
+    std::array<PackedOperand, 5> operands{};
     std::size_t count = 0;  // of parts
 };
 
@@ -251,19 +255,11 @@ private:
 
 void FunctionReader::read(const IRFunction& function) {
     table.clear();
-    forms.clear();
-    operands.clear();
+    lines.clear();
+    groups.clear();
     for (const IRBasicBlock& block : function.getBlocks()) {
         for (const IRInstruction instruction : block.getInstructions()) {
             readLine(trim(instruction.getText()));
-        }
-    }
-    // Only now are all words known, and their values where they stay.
-    for (Operand& read : operands) {
-        if (read.word != 0) {
-            read.value = &table[read.word];
-        } else if (read.kind == Operand::Kind::Unknown) {
-            read = operandOf(read.text);
         }
     }
 }
@@ -275,26 +271,43 @@ void FunctionReader::readLine(std::string_view text) {
         readAnyLine(text);
         return;
     }
-    forms.push_back({form->form, form->groupCount, static_cast<std::uint32_t>(operands.size())});
+    lines.push_back({form->form, form->groupCount, static_cast<std::uint32_t>(groups.size())});
     for (std::size_t group = 0; group < form->groupCount; ++group) {
-        operands.push_back(line[form->groups[group]]);
+        groups.push_back(line[form->groups[group]]);
     }
 }
 
 void FunctionReader::readAnyLine(std::string_view text) {
     addWords(text);
     const IRLine line = recognise(text);
-    const auto first = static_cast<std::uint32_t>(operands.size());
+    const auto first = static_cast<std::uint32_t>(groups.size());
     if (line.form == IRForm::None) {
-        operands.push_back({text});
+        groups.emplace_back(text, Operand::Kind::Word);
     } else {
         for (const std::string_view group : line.groups) {
             if (group.data() != nullptr) {
-                operands.push_back({trim(group), nullptr, 0, Operand::Kind::Unknown});
+                groups.emplace_back(trim(group), Operand::Kind::Unknown);
             }
         }
     }
-    forms.push_back({line.form, static_cast<std::uint8_t>(operands.size() - first), first});
+    lines.push_back({line.form, static_cast<std::uint8_t>(groups.size() - first), first});
+}
+
+// Only now are all words known: what the recogniser left to be found out is found out here.
+Instruction FunctionReader::operator[](std::size_t line) {
+    const Line& read = lines[line];
+    for (std::size_t group = 0; group < read.groupCount; ++group) {
+        const PackedOperand& packed = groups[read.firstGroup + group];
+        Operand& operand = current[group];
+        if (packed.kind() == Operand::Kind::Unknown) {
+            operand = operandOf(packed.text());
+        } else {
+            operand.text = packed.text();
+            operand.value = packed.word() != 0 ? &table[packed.word()] : nullptr;
+            operand.kind = packed.kind();
+        }
+    }
+    return {read.form, {current.data(), read.groupCount}};
 }
 
 /// Adds every word of a line that has the shape of a name, outside of string literals. Character
@@ -320,7 +333,7 @@ void FunctionReader::addWords(std::string_view text) {
 // The tests exclude each other by what they ask of the first character.
 Operand FunctionReader::operandOf(std::string_view text) {
     using Kind = Operand::Kind;
-    Operand read{trim(text), nullptr, 0, Kind::Unknown};
+    Operand read{trim(text), nullptr, Kind::Unknown};
     std::string_view array;
     std::string_view index;
     if (isIdentifier(read.text)) {

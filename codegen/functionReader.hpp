@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -27,44 +28,63 @@ struct Operand {
 
     std::string_view text;   // trimmed
     Value* value = nullptr;  // of the name or of the element's array; null when it has none
-    std::uint32_t word = 0;  // the number of the value's name, while words are being added
     Kind kind = Kind::Word;
 };
 
-/// A line that has been read. The operands are those of the form's groups, in order; a line of no
-/// form has its whole text as the only one.
+/// A line that has been read. Its operands are the form's groups, in order; a line of no form has
+/// its whole text as the only one.
 struct Instruction {
     IRForm form;
     std::span<const Operand> operands;
 };
 
+/// An operand in little space: functions of millions of lines keep all of theirs.
+class PackedOperand {
+public:
+    PackedOperand() = default;
+    /// `word` is the number of the value's name or of the element's array; 0 when it has no value.
+    PackedOperand(std::string_view text, Operand::Kind kind, std::uint32_t word = 0)
+        : begin(text.data()),
+          size(static_cast<std::uint32_t>(text.size())),
+          wordAndKind(word << kindBits | static_cast<std::uint32_t>(kind)) {}
+
+    std::string_view text() const { return {begin, size}; }
+    Operand::Kind kind() const {
+        return static_cast<Operand::Kind>(wordAndKind & ((1U << kindBits) - 1));
+    }
+    std::uint32_t word() const { return wordAndKind >> kindBits; }
+
+private:
+    static constexpr unsigned kindBits = 4;
+
+    const char* begin = nullptr;
+    std::uint32_t size = 0;         // no line has 32 bits of characters,
+    std::uint32_t wordAndKind = 0;  // and no memory has room for 28 bits of words
+};
+
 /// Reads the lines of a function, each of them once: finds the values that they name, the form of
-/// every line and what its operands are. What it gives out points into the lines, and is good until
-/// the next function is read.
+/// every line and what its operands are. What it gives out points into the lines.
 class FunctionReader {
 public:
     /// Reads all lines of a function in place of those of the last one.
     void read(const IRFunction& function);
 
-    std::size_t size() const { return forms.size(); }
-    /// The instruction of a line; lines count from 0 through all blocks.
-    Instruction operator[](std::size_t line) const {
-        const Form& form = forms[line];
-        return {form.form, {operands.data() + form.firstOperand, form.operandCount}};
-    }
+    std::size_t size() const { return lines.size(); }
+    /// The instruction of a line, good until the next one is asked for; lines count from 0 through
+    /// all blocks.
+    Instruction operator[](std::size_t line);
 
     /// The words of the function and what is known of their values.
     ValueTable& words() { return table; }
-    const ValueTable& words() const { return table; }
 
     /// Finds out what the text of an operand stands for.
     Operand operandOf(std::string_view text);
 
 private:
-    struct Form {
+    struct Line {
         IRForm form;
-        std::uint8_t operandCount;
-        std::uint32_t firstOperand;
+        std::uint8_t groupCount;
+        std::uint32_t firstGroup;
     };
 
     void readLine(std::string_view text);
@@ -72,6 +92,7 @@ private:
     void addWords(std::string_view text);
 
     ValueTable table;
-    std::vector<Form> forms;
-    std::vector<Operand> operands;
+    std::vector<Line> lines;
+    std::vector<PackedOperand> groups;
+    std::array<Operand, 4> current;  // the operands of the line asked for last
 };

@@ -200,26 +200,23 @@ void CodeGenerator::emitDoubleToString(Operands line, FunctionContext& context) 
 }
 
 void CodeGenerator::emitBinaryOperation(Operands line, FunctionContext& context) {
-    const Operand& left = line[1];
-    const Operand& right = line[3];
-    const Name leftType = typeOf(left, context);
-    const Name rightType = typeOf(right, context);
+    const Name leftType = typeOf(line[1], context);
+    const Name rightType = typeOf(line[3], context);
     if (leftType == TypeName::Double || rightType == TypeName::Double) {
-        emitDoubleOperation(line, left, right, context);
+        emitDoubleOperation(line, context);
     } else if (line[2].text == "+" &&
                (leftType == TypeName::String || rightType == TypeName::String)) {
-        emitConcatenation(line, left, right, context);
+        emitConcatenation(line, context);
     } else {
-        emitIntegerOperation(line, left, right, context);
+        emitIntegerOperation(line, context);
     }
 }
 
-void CodeGenerator::emitDoubleOperation(Operands line, const Operand& left, const Operand& right,
-                                        FunctionContext& context) {
+void CodeGenerator::emitDoubleOperation(Operands line, FunctionContext& context) {
     const Operand& target = line[0];
     const OperatorCode& code = codeOf(line[2].text);
-    loadDouble(left, Register::xmm0, context);
-    loadDouble(right, Register::xmm1, context);
+    loadDouble(line[1], Register::xmm0, context);
+    loadDouble(line[3], Register::xmm1, context);
     if (!code.real.empty()) {
         out->write(code.real);
         storeDouble(target, Register::xmm0, context);
@@ -236,22 +233,20 @@ void CodeGenerator::emitDoubleOperation(Operands line, const Operand& left, cons
 }
 
 // One string is enough; the other operand is passed as it is.
-void CodeGenerator::emitConcatenation(Operands line, const Operand& left, const Operand& right,
-                                      FunctionContext& context) {
+void CodeGenerator::emitConcatenation(Operands line, FunctionContext& context) {
     const Operand& target = line[0];
-    loadValue(left, Register::rdi, context);
-    loadValue(right, Register::rsi, context);
+    loadValue(line[1], Register::rdi, context);
+    loadValue(line[3], Register::rsi, context);
     out->write("\tcall krel_concat@PLT\n");
     storeValue(target, Register::rax, context);
     recordType(target, TypeName::String);
 }
 
-void CodeGenerator::emitIntegerOperation(Operands line, const Operand& left, const Operand& right,
-                                         FunctionContext& context) {
+void CodeGenerator::emitIntegerOperation(Operands line, FunctionContext& context) {
     const Operand& target = line[0];
     const OperatorCode& code = codeOf(line[2].text);
-    loadValue(left, Register::rax, context);
-    loadValue(right, Register::rcx, context);
+    loadValue(line[1], Register::rax, context);
+    loadValue(line[3], Register::rcx, context);
     const bool isComparison = code.integer.empty();
     if (isComparison) {
         out->write("\tcmpq %rcx, %rax\n", code.setInteger, widenResult);
@@ -262,7 +257,7 @@ void CodeGenerator::emitIntegerOperation(Operands line, const Operand& left, con
     if (isComparison) {
         recordType(target, TypeName::Boolean);
     } else if (target.value->type.empty()) {
-        recordType(target, typeOf(left, context));
+        recordType(target, typeOf(line[1], context));
     }
 }
 

@@ -5,9 +5,9 @@
 //   %r10, %r11      address of an array's element 0, and an index
 //   the argument registers of the calling convention, for arguments and parameters
 
-#include <algorithm>
-#include <array>
+#include <optional>
 #include <stdexcept>
+#include <string>
 
 #include "codegen/assemblyWriter.hpp"
 #include "codegen/codeGenerator.hpp"
@@ -30,6 +30,8 @@ unsigned characterCode(std::string_view literal) {
     return isEscape && character == 'n' ? 10U : static_cast<unsigned char>(character);
 }
 
+/// The parts of an element's text. Found again whenever it is loaded or stored, which is seldom:
+/// operands stay small.
 struct Element {
     std::string_view array;
     std::string_view index;

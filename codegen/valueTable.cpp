@@ -74,7 +74,7 @@ void ValueTable::grow() {
     const std::vector<Entry> old = std::exchange(slots, std::vector<Entry>(slots.size() * 2));
     for (Word& word : words) {
         const Entry entry = old[word.slot];
-        word.slot = slotOf({word.value.name, entry.key});
+        word.slot = slotOf(WordText{word.value.name, entry.key});
         slots[word.slot] = entry;
     }
 }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <numeric>
 #include <string_view>
 #include <vector>
 
 #include "codegen/shortText.hpp"
+#include "shared/ast/hashing.hpp"
 #include "shared/ast/name.hpp"
 
 /// A named value of a function.
@@ -34,7 +33,7 @@ inline constexpr std::uint32_t param = 1U << 7;
 inline constexpr std::uint32_t leave = 1U << 8;
 inline constexpr std::uint32_t integerType = 1U << 9;  // of whatever is passed as an integer
 inline constexpr std::uint32_t doubleType = 1U << 10;
-inline constexpr std::uint32_t voidType = 1U << 11;
+inline constexpr std::uint32_t voidType = 1U << 11;    // stands in no line
 inline constexpr std::uint32_t conversion = 1U << 12;  // between values in integer registers
 inline constexpr std::uint32_t intToDouble = 1U << 13;
 inline constexpr std::uint32_t doubleToString = 1U << 14;
@@ -42,18 +41,13 @@ inline constexpr std::uint32_t doubleToString = 1U << 14;
 inline constexpr unsigned firstFree = 15;
 }  // namespace WordClass
 
-/// A word as it is looked up: its text, of letters, digits and '_', and a number made of it.
+/// A word as it is looked up: its text, of letters, digits and '_', and a key made of it.
 class WordText {
 public:
-    explicit WordText(std::string_view word) : WordText(word, keyOf(word)) {}
-    /// For who has made the key of all characters already, while finding the end of the word.
-    WordText(std::string_view word, std::uint64_t key)
-        : text_(word), key_(word.size() <= maxShort ? key : key | longMark) {}
-
-    /// The key of one character more; that of no characters is 0.
-    static std::uint64_t extended(std::uint64_t key, char next) {
-        return std::rotl(key, bitsPerCharacter) ^ static_cast<unsigned char>(next);
-    }
+    explicit WordText(std::string_view word) : WordText(word, numberOf(word)) {}
+    /// For who has put `packed` together while finding the end of the word.
+    WordText(std::string_view word, std::uint64_t packed)
+        : text_(word), key_(word.size() <= maxPackedSize ? packed : numberOf(word) | longMark) {}
 
     std::string_view text() const { return text_; }
     std::uint64_t key() const { return key_; }
@@ -61,19 +55,13 @@ public:
     bool isUnique() const { return (key_ & longMark) == 0; }
     /// A number by which words are ordered as far as their first characters decide on it.
     std::uint64_t prefix() const {
-        return isUnique() ? key_ << bitsPerCharacter * (maxShort - text_.size())
-                          : keyOf(text_.substr(0, maxShort));
+        constexpr std::size_t bitsPerCharacter = 7;
+        return isUnique() ? key_ << bitsPerCharacter * (maxPackedSize - text_.size())
+                          : numberOf(text_.substr(0, maxPackedSize));
     }
 
 private:
-    // The characters of a short word lie side by side in its key, and leave one bit.
-    static constexpr int bitsPerCharacter = 7;
-    static constexpr std::size_t maxShort = 9;
     static constexpr std::uint64_t longMark = std::uint64_t{1} << 63;
-
-    static std::uint64_t keyOf(std::string_view word) {
-        return std::accumulate(word.begin(), word.end(), std::uint64_t{0}, extended);
-    }
 
     std::string_view text_;
     std::uint64_t key_;
@@ -136,7 +124,7 @@ private:
     /// The slot of a word, or the free one where it would go.
     std::size_t slotOf(const WordText& word) const {
         const std::size_t mask = slots.size() - 1;
-        std::size_t at = (word.key() * 0x9E3779B97F4A7C15 >> 32) & mask;
+        std::size_t at = hashOf(word.key()) & mask;
         while (slots[at].number != 0 && !isWord(slots[at], word)) {
             at = (at + 1) & mask;
         }

@@ -1,8 +1,8 @@
 #include "shared/ast/name.hpp"
 
-#include <bit>
 #include <deque>
-#include <functional>
+
+#include "shared/ast/hashing.hpp"
 
 /// Owns every text. Found by open addressing over their hashes; the deque never moves a text.
 class NamePool {
@@ -80,27 +80,14 @@ NamePool& pool() {
     return instance;
 }
 
-/// Most texts are short: hashing them here takes less than calling for it.
-std::uint32_t hashOf(std::string_view text) {
-    constexpr std::size_t longestShort = 16;
-    if (text.size() > longestShort) {
-        return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
-    }
-    std::uint64_t characters = 0;
-    for (const char character : text) {
-        characters = std::rotl(characters, 7) ^ static_cast<unsigned char>(character);
-    }
-    return static_cast<std::uint32_t>(characters * 0x9E3779B97F4A7C15 >> 32);
-}
-
 }  // namespace
 
 // Until the pool exists there is only the empty name.
 constinit const std::string* const* Name::texts = initialTexts;
 
 Name::Name(std::string_view text)
-    : number(text.empty() ? 0 : pool().findOrAdd(text, hashOf(text))) {}
+    : number(text.empty() ? 0 : pool().findOrAdd(text, hashOf(numberOf(text)))) {}
 
 Name Name::known(std::string_view text) {
-    return fromIndex(text.empty() ? 0 : pool().find(text, hashOf(text)));
+    return fromIndex(text.empty() ? 0 : pool().find(text, hashOf(numberOf(text))));
 }

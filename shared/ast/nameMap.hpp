@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "shared/ast/hashing.hpp"
 #include "shared/ast/name.hpp"
 
 /// A map from names to small values, by open addressing over the names' indexes: a look-up is a
@@ -53,7 +54,7 @@ private:
     /// The entry of `name`, or the free one where it would go.
     std::size_t slotOf(Name name) const {
         const std::size_t mask = entries.size() - 1;
-        std::size_t slot = (name.index() * std::size_t{0x9E3779B97F4A7C15} >> 32) & mask;
+        std::size_t slot = hashOf(name.index()) & mask;
         while (!entries[slot].first.empty() && entries[slot].first != name) {
             slot = (slot + 1) & mask;
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -9,15 +10,13 @@
 /// The numbers of the blocks that one block can be followed by: never more than two, each once.
 class IRSuccessors {
 public:
-    std::size_t size() const { return count; }
-    bool empty() const { return count == 0; }
     const int* begin() const { return numbers.data(); }
     const int* end() const { return numbers.data() + count; }
 
     void clear() { count = 0; }
-    /// Appends a number, unless it is there.
+    /// Appends a number, unless it is there; a third one there must not be.
     void add(int number) {
-        if (count == 0 || numbers[0] != number) {
+        if (std::find(begin(), end(), number) == end()) {
             numbers[count++] = number;
         }
     }

@@ -85,17 +85,6 @@ TEST(ValueTableTest, KeywordsAndBlockNamesHaveNoValue) {
     }
 }
 
-// The numbers that long words are looked up by are not unique.
-TEST(ValueTableTest, TellsLongWordsOfOneKeyApart) {
-    ValueTable values;
-    const std::uint64_t key = 12345;
-    const std::uint32_t first = values.add(WordText{"theFirstLongWord", key}).number;
-    const std::uint32_t second = values.add(WordText{"theSecondLongWord", key}).number;
-    EXPECT_NE(first, second);
-    EXPECT_EQ(values.add(WordText{"theFirstLongWord", key}).number, first);
-    EXPECT_EQ(values[second].name, "theSecondLongWord");
-}
-
 TEST(ValueTableTest, TellsWhatAWordIs) {
     ValueTable values;
     EXPECT_EQ(values.add("name").wordClass, WordClass::value);

@@ -257,6 +257,12 @@ void FunctionReader::read(const IRFunction& function) {
     table.clear();
     lines.clear();
     groups.clear();
+    std::size_t count = 0;
+    for (const IRBasicBlock& block : function.getBlocks()) {
+        count += block.getInstructions().size();
+    }
+    lines.reserve(count);
+    groups.reserve(count * current.size());  // memory that stays unused is never touched
     for (const IRBasicBlock& block : function.getBlocks()) {
         for (const IRInstruction instruction : block.getInstructions()) {
             readLine(trim(instruction.getText()));

@@ -50,12 +50,12 @@ ValueTable::ValueTable() : keywordCount(keywords.size()) {
 }
 
 ValueTable::Entry ValueTable::insert(const WordText& word, std::size_t slot) {
-    words.emplace_back().slot = slot;
-    words.back().value.name = word.text();
-    const Entry entry{word.key(), static_cast<std::uint32_t>(words.size()),
+    values.emplace_back().name = word.text();
+    slotsOfWords.push_back(slot);
+    const Entry entry{word.key(), static_cast<std::uint32_t>(values.size()),
                       isBlockName(word.text()) ? WordClass::blockName : WordClass::value};
     slots[slot] = entry;
-    if (words.size() * 2 > slots.size()) {
+    if (values.size() * 2 > slots.size()) {
         grow();
     }
     return entry;
@@ -63,31 +63,39 @@ ValueTable::Entry ValueTable::insert(const WordText& word, std::size_t slot) {
 
 // Only what is used: the table may be as large as the largest function needed it.
 void ValueTable::clear() {
-    const auto added = words.begin() + static_cast<std::ptrdiff_t>(keywordCount);
-    for (auto word = added; word != words.end(); ++word) {
-        slots[word->slot] = {};
+    while (values.size() > keywordCount) {
+        slots[slotsOfWords.back()] = {};
+        slotsOfWords.pop_back();
+        values.pop_back();
     }
-    words.erase(added, words.end());
 }
 
+// In the order of the old slots, which is nearly that of the new ones: a large table is gone
+// through from one end to the other, and not at random.
 void ValueTable::grow() {
     const std::vector<Entry> old = std::exchange(slots, std::vector<Entry>(slots.size() * 2));
-    for (Word& word : words) {
-        const Entry entry = old[word.slot];
-        word.slot = slotOf(WordText{word.value.name, entry.key});
-        slots[word.slot] = entry;
+    const std::size_t mask = slots.size() - 1;
+    for (const Entry& entry : old) {
+        if (entry.number != 0) {
+            std::size_t slot = hashOf(entry.key) & mask;
+            while (slots[slot].number != 0) {
+                slot = (slot + 1) & mask;
+            }
+            slots[slot] = entry;
+            slotsOfWords[entry.number - 1] = slot;
+        }
     }
 }
 
 const std::vector<Value*>& ValueTable::inOrder() {
     places.clear();
-    for (Word& word : words) {
-        const Entry& entry = slots[word.slot];
+    for (std::size_t word = 0; word < values.size(); ++word) {
+        const Entry& entry = slots[slotsOfWords[word]];
         if (entry.wordClass == WordClass::value) {
-            places.push_back({WordText{word.value.name, entry.key}.prefix(), &word.value});
+            places.push_back({WordText{values[word].name, entry.key}.prefix(), &values[word]});
         }
     }
-    std::sort(places.begin(), places.end(), comesBefore);
+    std::sort(places.begin(), places.end());
     ordered.clear();
     for (const Place& place : places) {
         ordered.push_back(place.value);

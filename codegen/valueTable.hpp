@@ -89,7 +89,7 @@ public:
     Entry add(std::string_view word) { return add(WordText{word}); }
 
     /// The value of the word of a number. Good until the next word is added.
-    Value& operator[](std::uint32_t number) { return words[number - 1].value; }
+    Value& operator[](std::uint32_t number) { return values[number - 1]; }
 
     /// The value of a word, or null when the word is not known or has none. Good until the next
     /// word is added.
@@ -105,21 +105,16 @@ public:
     const std::vector<Value*>& inOrder();
 
 private:
-    struct Word {
-        std::size_t slot = 0;
-        Value value;  // also of a keyword or block name, which only uses its name
-    };
-
     /// A value's place among the others, as far as the beginning of its name decides on it. Most
     /// comparisons of a sort then touch no value.
     struct Place {
         std::uint64_t prefix;  // of the name
         Value* value;
+
+        bool operator<(const Place& other) const {
+            return prefix != other.prefix ? prefix < other.prefix : value->name < other.value->name;
+        }
     };
-    static bool comesBefore(const Place& left, const Place& right) {
-        return left.prefix != right.prefix ? left.prefix < right.prefix
-                                           : left.value->name < right.value->name;
-    }
 
     /// The slot of a word, or the free one where it would go.
     std::size_t slotOf(const WordText& word) const {
@@ -133,13 +128,15 @@ private:
 
     bool isWord(const Entry& entry, const WordText& word) const {
         return entry.key == word.key() &&
-               (word.isUnique() || words[entry.number - 1].value.name == word.text());
+               (word.isUnique() || values[entry.number - 1].name == word.text());
     }
 
     Entry insert(const WordText& word, std::size_t slot);
     void grow();
 
-    std::vector<Word> words;  // by number; keywords first
+    // By number, keywords first. A keyword or block name has only the name of its value.
+    std::vector<Value> values;
+    std::vector<std::size_t> slotsOfWords;
     std::size_t keywordCount;
     std::vector<Entry> slots = std::vector<Entry>(128);
     std::vector<Place> places;

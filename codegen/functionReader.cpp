@@ -69,8 +69,19 @@ constexpr std::array<PlainForm, 16> plainForms = {{
      3},
 }};
 
-/// Where the forms of each number of parts begin; the next entry is where they end.
-constexpr std::array<std::size_t, 7> formsByPartCount = {0, 0, 1, 4, 9, 14, 16};
+/// Where the forms of each number of parts begin, which is how many have fewer; the next entry is
+/// where they end.
+constexpr auto formsByPartCount = [] {
+    std::array<std::size_t, std::tuple_size_v<decltype(PlainForm::parts)> + 2> begins{};
+    for (const PlainForm& form : plainForms) {
+        const auto partCount = std::count_if(form.parts.begin(), form.parts.end(),
+                                             [](std::uint32_t part) { return part != 0; });
+        for (auto more = static_cast<std::size_t>(partCount) + 1; more < begins.size(); ++more) {
+            ++begins[more];
+        }
+    }
+    return begins;
+}();
 
 std::uint32_t operatorClass(std::string_view text) {
     if (text.size() == 1) {

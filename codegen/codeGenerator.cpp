@@ -46,8 +46,9 @@ void CodeGenerator::generate(const IRProgram& program, std::ostream& stream) {
 void CodeGenerator::collectStringLiterals(const IRProgram& program) {
     for (const IRFunction& function : program.getFunctions()) {
         for (const IRBasicBlock& block : function.getBlocks()) {
-            for (const IRInstruction instruction : block.getInstructions()) {
-                const std::string_view text = instruction.getText();
+            const IRInstructionList& instructions = block.getInstructions();
+            for (std::size_t index = 0; index < instructions.size(); ++index) {
+                const std::string_view text = instructions.text(index);
                 std::size_t begin = text.find('"');
                 while (begin != std::string_view::npos) {
                     const std::size_t end = stringLiteralEnd(text, begin);

@@ -275,8 +275,9 @@ void FunctionReader::read(const IRFunction& function) {
     lines.reserve(count);
     groups.reserve(count * current.size());  // memory that stays unused is never touched
     for (const IRBasicBlock& block : function.getBlocks()) {
-        for (const IRInstruction instruction : block.getInstructions()) {
-            readLine(trim(instruction.getText()));
+        const IRInstructionList& instructions = block.getInstructions();
+        for (std::size_t index = 0; index < instructions.size(); ++index) {
+            readLine(trim(instructions.text(index)));
         }
     }
 }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <ranges>
+#include <stdexcept>
 
 class Node;
 
@@ -21,8 +24,20 @@ public:
     Node* const* end() const { return data() + count; }
     /// `index` must be below size(); so for front() and back() of an empty list.
     Node* operator[](std::size_t index) const { return data()[index]; }
+    /// Throws std::out_of_range when there is no such entry.
+    Node* at(std::size_t index) const {
+        if (index >= count) {
+            throw std::out_of_range("no such node");
+        }
+        return data()[index];
+    }
     Node* front() const { return data()[0]; }
     Node* back() const { return data()[count - 1]; }
+    /// Equal to any sequence of the same nodes.
+    template <std::ranges::input_range Other>
+    friend bool operator==(const NodeList& list, const Other& other) {
+        return std::ranges::equal(list, other);
+    }
 
     void push(Node* node) {
         if (isFull()) {

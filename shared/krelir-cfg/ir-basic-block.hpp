@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <ranges>
+#include <stdexcept>
 #include <string_view>
 
 #include "shared/krelir-cfg/ir-instruction-list.hpp"
@@ -10,8 +12,26 @@
 /// The numbers of the blocks that one block can be followed by: never more than two, each once.
 class IRSuccessors {
 public:
+    bool empty() const { return count == 0; }
+    std::size_t size() const { return count; }
     const int* begin() const { return numbers.data(); }
     const int* end() const { return numbers.data() + count; }
+    /// `index` must be below size(); so for front() and back() of an empty list.
+    int operator[](std::size_t index) const { return numbers[index]; }
+    /// Throws std::out_of_range when there is no such successor.
+    int at(std::size_t index) const {
+        if (index >= count) {
+            throw std::out_of_range("no such successor");
+        }
+        return numbers[index];
+    }
+    int front() const { return numbers[0]; }
+    int back() const { return numbers[count - 1]; }
+    /// Equal to any sequence of the same numbers.
+    template <std::ranges::input_range Other>
+    friend bool operator==(const IRSuccessors& successors, const Other& other) {
+        return std::ranges::equal(successors, other);
+    }
 
     void clear() { count = 0; }
     /// Appends a number, unless it is there; a third one there must not be.

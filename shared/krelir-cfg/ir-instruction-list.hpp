@@ -1,105 +1,154 @@
 #pragma once
 
 #include <algorithm>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <memory>
+#include <ranges>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "shared/krelir-cfg/ir-instruction.hpp"
 #include "shared/krelir-cfg/textParts.hpp"
 
-/// A sequence of instructions in one piece of memory, each a header and its text. Owns the texts;
-/// what it gives out are views of them.
+/// The instructions of a block, in one piece of memory: the texts one behind the other from its
+/// beginning, and from its end, backwards, a record for each.
+///
+///     x = 1arg x                            | record 1 | record 0 |
+///
+/// As a sequence it gives instructions that own their texts. Who reads many of them asks for the
+/// texts alone, which costs no copy.
 class IRInstructionList {
-    struct Header {
-        std::uint32_t sizeAndSeparated;  // the size of the text behind it, doubled, plus the flag
-
-        std::size_t size() const { return sizeAndSeparated >> 1; }
-        bool isSeparated() const { return (sizeAndSeparated & 1) != 0; }
-    };
-
 public:
+    /// Stands on a number; what it gives is made when it is asked for.
     class Iterator {
     public:
-        explicit Iterator(const char* position) : at(position) {}
-        IRInstruction operator*() const {
-            const Header header = read();
-            return {{at + sizeof header, header.size()}, header.isSeparated()};
-        }
+        using difference_type = std::ptrdiff_t;
+        using value_type = IRInstruction;
+
+        Iterator() = default;
+        Iterator(const IRInstructionList& itsList, std::size_t number)
+            : list(&itsList), at(number) {}
+        IRInstruction operator*() const { return (*list)[at]; }
         Iterator& operator++() {
-            at += sizeof(Header) + read().size();
+            ++at;
             return *this;
         }
+        Iterator operator++(int) { return {*list, at++}; }
         bool operator==(const Iterator& other) const { return at == other.at; }
 
     private:
-        Header read() const {
-            Header header;
-            std::memcpy(&header, at, sizeof header);
-            return header;
-        }
-
-        const char* at;
+        const IRInstructionList* list = nullptr;
+        std::size_t at = 0;
     };
 
     IRInstructionList() = default;
     IRInstructionList(IRInstructionList&& other) noexcept { *this = std::move(other); }
     IRInstructionList& operator=(IRInstructionList&& other) noexcept {
         bytes = std::move(other.bytes);
-        used = std::exchange(other.used, 0);
         capacity = std::exchange(other.capacity, 0);
-        last = other.last;
+        used = std::exchange(other.used, 0);
         count = std::exchange(other.count, 0);
         return *this;
     }
     ~IRInstructionList() = default;
 
-    bool empty() const { return used == 0; }
+    bool empty() const { return count == 0; }
     std::size_t size() const { return count; }
-    Iterator begin() const { return Iterator{bytes.get()}; }
-    Iterator end() const { return Iterator{bytes.get() + used}; }
-    /// The last instruction; there must be one.
-    IRInstruction back() const { return *Iterator{bytes.get() + last}; }
+    Iterator begin() const { return {*this, 0}; }
+    Iterator end() const { return {*this, count}; }
+    /// `index` must be below size(); so for front() and back() of an empty list.
+    IRInstruction operator[](std::size_t index) const {
+        return {std::string{text(index)}, recordAt(index).isSeparated()};
+    }
+    /// Throws std::out_of_range when there is no such instruction.
+    IRInstruction at(std::size_t index) const {
+        if (index >= count) {
+            throw std::out_of_range("no such IR instruction");
+        }
+        return (*this)[index];
+    }
+    IRInstruction front() const { return (*this)[0]; }
+    IRInstruction back() const { return (*this)[count - 1]; }
+    /// Equal to any sequence of the same instructions.
+    template <std::ranges::input_range Other>
+    friend bool operator==(const IRInstructionList& list, const Other& other) {
+        return std::ranges::equal(list, other);
+    }
 
-    /// Appends an instruction whose text is that of all the parts. Throws std::length_error for one
-    /// of more than two gigabytes.
+    /// The text of instruction `index`, which there must be. Valid until the next one is added.
+    std::string_view text(std::size_t index) const {
+        const std::size_t begin = index == 0 ? 0 : recordAt(index - 1).end();
+        return {bytes.get() + begin, recordAt(index).end() - begin};
+    }
+    /// Whether instruction `index`, which there must be, is set apart in the dump.
+    bool isSeparated(std::size_t index) const { return recordAt(index).isSeparated(); }
+
+    /// Appends an instruction whose text is that of all the parts, which may be texts of this list.
+    /// Throws std::length_error for one of more than two gigabytes.
     template <typename... Parts>
     void add(bool separated, const Parts&... parts) {
         const std::size_t size = (partSize(parts) + ...);
         if (size > maxSize) {
             throw std::length_error("IR instruction too long");
         }
-        if (sizeof(Header) + size > capacity - used) {
-            grow(sizeof(Header) + size);
+        std::unique_ptr<char[]> old;  // keeps the parts until they are copied
+        if (size + sizeof(Record) > capacity - used - count * sizeof(Record)) {
+            old = grow(size + sizeof(Record));
         }
-        last = used;
-        ++count;
-        const Header header{static_cast<std::uint32_t>(size * 2 + (separated ? 1 : 0))};
         char* at = bytes.get() + used;
-        std::memcpy(at, &header, sizeof header);
-        at += sizeof header;
         ((at = writePart(at, parts)), ...);
-        used = static_cast<std::size_t>(at - bytes.get());
+        used += size;
+        ++count;
+        const Record record{used, separated};
+        std::memcpy(placeOf(count - 1), &record, sizeof record);
     }
 
 private:
-    static constexpr std::size_t firstCapacity = 128;  // bytes: half of all blocks are this short
-    static constexpr std::size_t maxSize = 0x7FFFFFFF;
+    /// Where a text ends, and whether its instruction is separated.
+    class Record {
+    public:
+        Record() = default;
+        Record(std::size_t end, bool separated)
+            : endAndSeparated(std::uint64_t{end} * 2 + (separated ? 1 : 0)) {}
+        std::size_t end() const { return static_cast<std::size_t>(endAndSeparated >> 1); }
+        bool isSeparated() const { return (endAndSeparated & 1) != 0; }
 
-    void grow(std::size_t needed) {
-        capacity = std::max({capacity * 2, used + needed, firstCapacity});
-        auto grown = std::make_unique_for_overwrite<char[]>(capacity);
+    private:
+        std::uint64_t endAndSeparated = 0;
+    };
+
+    static constexpr std::size_t maxSize = 0x7FFFFFFF;
+    static constexpr std::size_t firstCapacity = 160;  // bytes: half of all blocks are this short
+
+    char* placeOf(std::size_t index) const {
+        return bytes.get() + capacity - (index + 1) * sizeof(Record);
+    }
+    Record recordAt(std::size_t index) const {
+        Record record;
+        std::memcpy(&record, placeOf(index), sizeof record);
+        return record;
+    }
+
+    /// Moves to memory with room for `needed` more bytes; returns the old memory.
+    std::unique_ptr<char[]> grow(std::size_t needed) {
+        const std::size_t records = count * sizeof(Record);
+        const std::size_t room = std::max({capacity * 2, used + records + needed, firstCapacity});
+        auto grown = std::make_unique_for_overwrite<char[]>(room);
         std::copy_n(bytes.get(), used, grown.get());
-        bytes = std::move(grown);
+        std::copy_n(bytes.get() + capacity - records, records, grown.get() + room - records);
+        bytes.swap(grown);
+        capacity = room;
+        return grown;
     }
 
     std::unique_ptr<char[]> bytes;
-    std::size_t used = 0;
     std::size_t capacity = 0;
-    std::size_t last = 0;   // where the last instruction begins
+    std::size_t used = 0;   // bytes of texts
     std::size_t count = 0;  // of instructions
 };

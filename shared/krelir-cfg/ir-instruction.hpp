@@ -1,18 +1,20 @@
 #pragma once
 
-#include <string_view>
+#include <string>
+#include <utility>
 
-/// One line of the intermediate representation, as its generator wrote it. The text is the
-/// block's, and good as long as nothing is added to the block.
+/// One line of the intermediate representation, as its generator wrote it. Owns its text.
 class IRInstruction {
 public:
     /// A `separated` instruction has an empty line before it in the dump; it means nothing else.
-    IRInstruction(std::string_view line, bool setApart) : text(line), separated(setApart) {}
+    IRInstruction(std::string line, bool setApart) : text(std::move(line)), separated(setApart) {}
 
-    std::string_view getText() const { return text; }
+    const std::string& getText() const { return text; }
     bool isSeparated() const { return separated; }
 
+    friend bool operator==(const IRInstruction&, const IRInstruction&) = default;
+
 private:
-    std::string_view text;
+    std::string text;
     bool separated;
 };

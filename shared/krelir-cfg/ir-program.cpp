@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace {
 
@@ -32,18 +33,19 @@ bool leavesFunction(std::string_view text) {
     return text.starts_with("return") || text.starts_with("call exit,");
 }
 
-void printFunction(std::string& text, const IRFunction& function) {
-    text.append(function.getName()).append(":\n");
+void printFunction(std::ostream& out, const IRFunction& function) {
+    out << function.getName() << ":\n";
     bool isFirst = true;
     for (const IRBasicBlock& block : function.getBlocks()) {
-        text.append(isFirst ? "B" : "\nB").append(std::to_string(block.getNumber())).append(":\n");
+        out << (isFirst ? "B" : "\nB") << block.getNumber() << ":\n";
         isFirst = false;
-        for (const IRInstruction instruction : block.getInstructions()) {
-            text.append(instruction.isSeparated() ? "\n    " : "    ");
-            text.append(instruction.getText()).append("\n");
+        const IRInstructionList& instructions = block.getInstructions();
+        for (std::size_t index = 0; index < instructions.size(); ++index) {
+            out << (instructions.isSeparated(index) ? "\n    " : "    ") << instructions.text(index)
+                << '\n';
         }
     }
-    text += '\n';
+    out << '\n';
 }
 
 }  // namespace
@@ -62,8 +64,9 @@ void IRFunction::rebuildCFG() {
     for (std::size_t index = 0; index < blocks.size(); ++index) {
         IRBasicBlock& block = blocks[index];
         block.successors.clear();
+        const IRInstructionList& lines = block.instructions;
         const std::string_view last =
-            block.instructions.empty() ? std::string_view{} : block.instructions.back().getText();
+            lines.empty() ? std::string_view{} : lines.text(lines.size() - 1);
         if (leavesFunction(last)) {
             continue;
         }
@@ -84,16 +87,13 @@ IRFunction& IRProgram::addFunction(const std::string& name) {
 
 // Between two functions and after the last stands one empty line.
 void IRProgram::print(std::ostream& out) const {
-    std::string text;
     for (const IRFunction& function : functions) {
-        text.clear();
-        printFunction(text, function);
-        out.write(text.data(), static_cast<std::streamsize>(text.size()));
+        printFunction(out, function);
     }
 }
 
 std::string IRProgram::toString() const {
     std::ostringstream out;
     print(out);
-    return out.str();
+    return std::move(out).str();
 }

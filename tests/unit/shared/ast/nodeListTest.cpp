@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <stdexcept>
 #include <vector>
 
 #include "shared/ast/node.hpp"
@@ -105,6 +106,25 @@ TEST_F(NodeListTest, ClearForgetsTheEntries) {
     EXPECT_TRUE(list.empty());
     push(1);
     EXPECT_EQ(values(), (std::vector<int>{0}));
+}
+
+TEST_F(NodeListTest, AtChecksTheIndex) {
+    EXPECT_THROW(static_cast<void>(list.at(0)), std::out_of_range);
+    push(3);
+    EXPECT_EQ(list.at(2), nodes[2].get());
+    EXPECT_THROW(static_cast<void>(list.at(3)), std::out_of_range);
+}
+
+TEST_F(NodeListTest, EqualsAnySequenceOfTheSameNodes) {
+    push(2);
+    EXPECT_TRUE((list == std::vector<Node*>{nodes[0].get(), nodes[1].get()}));
+    EXPECT_FALSE((list == std::vector<Node*>{nodes[0].get()}));
+    EXPECT_TRUE((list != std::vector<Node*>{nodes[1].get(), nodes[0].get()}));
+    NodeList same;
+    same.push(nodes[0].get());
+    EXPECT_FALSE(list == same);
+    same.push(nodes[1].get());
+    EXPECT_TRUE(list == same);
 }
 
 }  // namespace

@@ -208,3 +208,95 @@ TEST(IRFunctionTest, RebuildingStartsAnew) {
     function.rebuildCFG();
     EXPECT_EQ(successorsOf(function, 1), Numbers{3});
 }
+
+TEST(IRInstructionTest, OwnsItsText) {
+    std::string text = "a text that is too long to lie in the string itself";
+    const IRInstruction instruction{text, true};
+    text.assign(text.size(), '-');
+    EXPECT_EQ(instruction.getText(), "a text that is too long to lie in the string itself");
+    EXPECT_TRUE(instruction.isSeparated());
+}
+
+constexpr const char* longLine = "first = a line that is too long to lie in the string itself";
+
+TEST(IRInstructionListTest, InstructionCopiedFromABlockOutlivesItsGrowth) {
+    IRBasicBlock block{1};
+    block.addInstruction(longLine, true);
+    const auto first = *block.getInstructions().begin();
+    const auto indexed = block.getInstructions()[0];
+    const auto last = block.getInstructions().back();
+    for (int count = 0; count < 1000; ++count) {
+        block.addInstruction("another", false);
+    }
+    for (const IRInstruction& copy : {first, indexed, last, block.getInstructions().front()}) {
+        EXPECT_EQ(copy.getText(), longLine);
+        EXPECT_TRUE(copy.isSeparated());
+    }
+}
+
+// Whether or not the block has to grow for it.
+TEST(IRInstructionListTest, LineOfABlockCanBeAddedToIt) {
+    IRBasicBlock block{1};
+    block.addInstruction(longLine, false);
+    const IRInstructionList& list = block.getInstructions();
+    for (std::size_t count = 1; count < 200; ++count) {
+        block.addInstruction(list.text(count - 1), true);
+        block.addInstructionOf(false, list.text(0), list.text(count));
+        EXPECT_EQ(list.text(list.size() - 1),
+                  std::string{longLine} + std::string{list.text(count)});
+        EXPECT_EQ(list.text(list.size() - 2), list.text(count - 1));
+    }
+}
+
+TEST(IRInstructionListTest, IsASequence) {
+    IRBasicBlock block{1};
+    const IRInstructionList& list = block.getInstructions();
+    EXPECT_TRUE(list.empty());
+    EXPECT_EQ(list.begin(), list.end());
+    EXPECT_THROW(static_cast<void>(list.at(0)), std::out_of_range);
+    block.addInstruction("one", false);
+    block.addInstruction("", true);
+    block.addInstruction("three", false);
+    EXPECT_EQ(list.size(), 3U);
+    EXPECT_EQ(list.front().getText(), "one");
+    EXPECT_EQ(list[1], (IRInstruction{"", true}));
+    EXPECT_EQ(list.at(2).getText(), "three");
+    EXPECT_THROW(static_cast<void>(list.at(3)), std::out_of_range);
+    EXPECT_EQ(list.back().getText(), "three");
+    EXPECT_TRUE((list == std::vector<IRInstruction>{{"one", false}, {"", true}, {"three", false}}));
+    EXPECT_FALSE(
+        (list == std::vector<IRInstruction>{{"one", false}, {"", false}, {"three", false}}));
+    std::string texts;
+    for (const IRInstruction& instruction : list) {
+        texts += instruction.getText() + (instruction.isSeparated() ? "!" : ".");
+    }
+    EXPECT_EQ(texts, "one.!three.");
+}
+
+TEST(IRInstructionListTest, MovesWithItsBlock) {
+    std::vector<IRBasicBlock> blocks;
+    for (int number = 0; number < 20; ++number) {
+        blocks.emplace_back(number).addInstruction(longLine, number % 2 != 0);
+    }
+    for (const IRBasicBlock& block : blocks) {
+        EXPECT_EQ(block.getInstructions().text(0), longLine);
+        EXPECT_EQ(block.getInstructions().isSeparated(0), block.getNumber() % 2 != 0);
+    }
+}
+
+TEST(IRSuccessorsTest, AreASequence) {
+    IRFunction function = functionOf({{5, {"if x goto B7"}}, {6, {"return"}}, {7, {}}});
+    function.rebuildCFG();
+    const IRSuccessors& successors = function.getBlocks()[0].getSuccessors();
+    EXPECT_EQ(successors.size(), 2U);
+    EXPECT_FALSE(successors.empty());
+    EXPECT_EQ(successors[0], 7);
+    EXPECT_EQ(successors.at(1), 6);
+    EXPECT_THROW(static_cast<void>(successors.at(2)), std::out_of_range);
+    EXPECT_EQ(successors.front(), 7);
+    EXPECT_EQ(successors.back(), 6);
+    EXPECT_TRUE((successors == std::vector<int>{7, 6}));
+    EXPECT_FALSE((successors == std::vector<int>{6, 7}));
+    EXPECT_FALSE(successors == function.getBlocks()[1].getSuccessors());
+    EXPECT_TRUE(function.getBlocks()[1].getSuccessors().empty());
+}

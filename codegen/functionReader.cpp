@@ -120,9 +120,9 @@ inline ValueTable::Entry takeWord(const char*& at, const char* end, ValueTable& 
     const char* const begin = at;
     std::uint64_t packed = 0;
     do {
-        packed = packNext(packed, *at++);
+        packed = KeyedText::packNext(packed, *at++);
     } while (at != end && isNameCharacter(*at));
-    return table.add(WordText{{begin, at}, packed});
+    return table.add(KeyedText{{begin, at}, packed});
 }
 
 /// Cuts a line into its parts, and adds the words that it meets to a table.

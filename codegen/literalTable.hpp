@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
+
+#include "shared/ast/textIndex.hpp"
 
 /// Literals of one type and the numbers of their labels, in order of first appearance. Each is kept
 /// once, as it is written; the texts stay the caller's.
@@ -12,23 +13,23 @@ class LiteralTable {
 public:
     bool empty() const { return texts.empty(); }
     void clear() {
-        numbers.clear();
+        index.shrink(0);
         texts.clear();
     }
 
     /// The number of a literal, which is added unless it is known.
     std::size_t add(std::string_view literal) {
-        const auto [entry, isNew] = numbers.try_emplace(literal, texts.size());
-        if (isNew) {
-            texts.push_back(literal);
+        const KeyedText text{literal};
+        if (const std::optional<std::size_t> number = find(text)) {
+            return *number;
         }
-        return entry->second;
+        texts.push_back(literal);
+        return index.add(text) - 1;
     }
 
     /// The number of a literal, if it is known.
     std::optional<std::size_t> find(std::string_view literal) const {
-        const auto entry = numbers.find(literal);
-        return entry == numbers.end() ? std::nullopt : std::optional{entry->second};
+        return find(KeyedText{literal});
     }
 
     /// Calls `use` with the number and the text of every literal, ordered by the digits of the
@@ -39,6 +40,12 @@ public:
     }
 
 private:
+    std::optional<std::size_t> find(const KeyedText& literal) const {
+        const std::uint32_t found = index.find(
+            literal, [&](std::uint32_t number) { return texts[number - 1] == literal.text(); });
+        return found == 0 ? std::nullopt : std::optional<std::size_t>{found - 1};
+    }
+
     /// The numbers that differ from `first` only in the last digit, and behind each the longer ones
     /// that begin with its digits.
     template <typename Use>
@@ -51,6 +58,6 @@ private:
         }
     }
 
-    std::unordered_map<std::string_view, std::size_t> numbers;
+    TextIndex index;  // its numbers are those of the labels and one more
     std::vector<std::string_view> texts;
 };

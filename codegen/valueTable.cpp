@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 #include "codegen/irText.hpp"
 
@@ -38,61 +37,43 @@ constexpr std::array<Keyword, 21> keywords = {{
     {"chartostring", WordClass::conversion},
 }};
 
+/// A number by which words are ordered as far as their first characters decide on it. The key of a
+/// short word is made of just these.
+std::uint64_t prefixOf(std::string_view word, std::uint64_t key) {
+    constexpr std::size_t bitsPerCharacter = 7;
+    return word.size() <= KeyedText::maxPackedSize
+               ? key << bitsPerCharacter * (KeyedText::maxPackedSize - word.size())
+               : KeyedText::pack(word.substr(0, KeyedText::maxPackedSize));
+}
+
 }  // namespace
 
-ValueTable::ValueTable() : keywordCount(keywords.size()) {
+ValueTable::ValueTable() {
     for (const Keyword& keyword : keywords) {
-        const WordText word{keyword.text};
-        const std::size_t slot = slotOf(word);
-        insert(word, slot);
-        slots[slot].wordClass = keyword.wordClass;
+        insert(KeyedText{keyword.text}, keyword.wordClass);
     }
 }
 
-ValueTable::Entry ValueTable::insert(const WordText& word, std::size_t slot) {
+ValueTable::Entry ValueTable::insert(const KeyedText& word, std::uint32_t wordClass) {
     values.emplace_back().name = word.text();
-    slotsOfWords.push_back(slot);
-    const Entry entry{word.key(), static_cast<std::uint32_t>(values.size()),
-                      isBlockName(word.text()) ? WordClass::blockName : WordClass::value};
-    slots[slot] = entry;
-    if (values.size() * 2 > slots.size()) {
-        grow();
-    }
-    return entry;
+    return {index.add(word, wordClass), wordClass};
 }
 
-// Only what is used: the table may be as large as the largest function needed it.
+ValueTable::Entry ValueTable::insert(const KeyedText& word) {
+    return insert(word, isBlockName(word.text()) ? WordClass::blockName : WordClass::value);
+}
+
 void ValueTable::clear() {
-    while (values.size() > keywordCount) {
-        slots[slotsOfWords.back()] = {};
-        slotsOfWords.pop_back();
-        values.pop_back();
-    }
-}
-
-// In the order of the old slots, which is nearly that of the new ones: a large table is gone
-// through from one end to the other, and not at random.
-void ValueTable::grow() {
-    const std::vector<Entry> old = std::exchange(slots, std::vector<Entry>(slots.size() * 2));
-    const std::size_t mask = slots.size() - 1;
-    for (const Entry& entry : old) {
-        if (entry.number != 0) {
-            std::size_t slot = hashOf(entry.key) & mask;
-            while (slots[slot].number != 0) {
-                slot = (slot + 1) & mask;
-            }
-            slots[slot] = entry;
-            slotsOfWords[entry.number - 1] = slot;
-        }
-    }
+    index.shrink(keywords.size());
+    values.resize(keywords.size());
 }
 
 const std::vector<Value*>& ValueTable::inOrder() {
     places.clear();
-    for (std::size_t word = 0; word < values.size(); ++word) {
-        const Entry& entry = slots[slotsOfWords[word]];
-        if (entry.wordClass == WordClass::value) {
-            places.push_back({WordText{values[word].name, entry.key}.prefix(), &values[word]});
+    for (std::uint32_t number = 1; number <= index.size(); ++number) {
+        if (index.tagOf(number) == WordClass::value) {
+            Value& value = (*this)[number];
+            places.push_back({prefixOf(value.name, index.keyOf(number)), &value});
         }
     }
     std::sort(places.begin(), places.end());

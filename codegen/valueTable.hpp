@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "codegen/shortText.hpp"
-#include "shared/ast/hashing.hpp"
 #include "shared/ast/name.hpp"
+#include "shared/ast/textIndex.hpp"
 
 /// A named value of a function.
 struct Value {
@@ -41,67 +41,40 @@ inline constexpr std::uint32_t doubleToString = 1U << 14;
 inline constexpr unsigned firstFree = 15;
 }  // namespace WordClass
 
-/// A word as it is looked up: its text, of letters, digits and '_', and a key made of it.
-class WordText {
-public:
-    explicit WordText(std::string_view word) : WordText(word, numberOf(word)) {}
-    /// For who has put `packed` together while finding the end of the word.
-    WordText(std::string_view word, std::uint64_t packed)
-        : text_(word), key_(word.size() <= maxPackedSize ? packed : numberOf(word) | longMark) {}
-
-    std::string_view text() const { return text_; }
-    std::uint64_t key() const { return key_; }
-    /// Whether no other word has the same key.
-    bool isUnique() const { return (key_ & longMark) == 0; }
-    /// A number by which words are ordered as far as their first characters decide on it.
-    std::uint64_t prefix() const {
-        constexpr std::size_t bitsPerCharacter = 7;
-        return isUnique() ? key_ << bitsPerCharacter * (maxPackedSize - text_.size())
-                          : numberOf(text_.substr(0, maxPackedSize));
-    }
-
-private:
-    static constexpr std::uint64_t longMark = std::uint64_t{1} << 63;
-
-    std::string_view text_;
-    std::uint64_t key_;
-};
-
 /// The words of one function, found by their texts, which stay the caller's. Every word stands for
-/// a value, but for keywords and block names. Looked up for every word of every line, so by open
-/// addressing.
+/// a value, but for keywords and block names.
 class ValueTable {
 public:
-    /// A word of the table.
+    /// What is known of a word.
     struct Entry {
-        std::uint64_t key = 0;
-        std::uint32_t number = 0;     // from 1 on; 0: none
+        std::uint32_t number = 0;     // from 1 on
         std::uint32_t wordClass = 0;  // one bit of WordClass
     };
 
     ValueTable();
 
     /// The entry of a word, which is added unless it is known.
-    Entry add(const WordText& word) {
-        const std::size_t slot = slotOf(word);
-        return slots[slot].number != 0 ? slots[slot] : insert(word, slot);
+    Entry add(const KeyedText& word) {
+        const std::uint32_t number = numberOf(word);
+        return number != 0 ? Entry{number, index.tagOf(number)} : insert(word);
     }
-    Entry add(std::string_view word) { return add(WordText{word}); }
+    Entry add(std::string_view word) { return add(KeyedText{word}); }
 
-    /// The value of the word of a number. Good until the next word is added.
+    /// The value of the word of a number. Valid until the next word is added.
     Value& operator[](std::uint32_t number) { return values[number - 1]; }
 
-    /// The value of a word, or null when the word is not known or has none. Good until the next
+    /// The value of a word, or null when the word is not known or has none. Valid until the next
     /// word is added.
     Value* find(std::string_view word) {
-        const Entry& entry = slots[slotOf(WordText{word})];
-        return entry.wordClass == WordClass::value ? &(*this)[entry.number] : nullptr;
+        const std::uint32_t number = numberOf(KeyedText{word});
+        const bool isValue = number != 0 && index.tagOf(number) == WordClass::value;
+        return isValue ? &(*this)[number] : nullptr;
     }
 
     /// Forgets the words that were added, for the next function.
     void clear();
 
-    /// All values, ordered by name byte by byte. Good until the next word is added.
+    /// All values, ordered by name byte by byte. Valid until the next word is added.
     const std::vector<Value*>& inOrder();
 
 private:
@@ -116,29 +89,18 @@ private:
         }
     };
 
-    /// The slot of a word, or the free one where it would go.
-    std::size_t slotOf(const WordText& word) const {
-        const std::size_t mask = slots.size() - 1;
-        std::size_t at = hashOf(word.key()) & mask;
-        while (slots[at].number != 0 && !isWord(slots[at], word)) {
-            at = (at + 1) & mask;
-        }
-        return at;
+    std::uint32_t numberOf(const KeyedText& word) const {
+        return index.find(word, [&](std::uint32_t number) {
+            return word.isUniqueWord() || values[number - 1].name == word.text();
+        });
     }
 
-    bool isWord(const Entry& entry, const WordText& word) const {
-        return entry.key == word.key() &&
-               (word.isUnique() || values[entry.number - 1].name == word.text());
-    }
+    Entry insert(const KeyedText& word, std::uint32_t wordClass);
+    Entry insert(const KeyedText& word);
 
-    Entry insert(const WordText& word, std::size_t slot);
-    void grow();
-
+    TextIndex index;  // the tag of a word is its class
     // By number, keywords first. A keyword or block name has only the name of its value.
     std::vector<Value> values;
-    std::vector<std::size_t> slotsOfWords;
-    std::size_t keywordCount;
-    std::vector<Entry> slots = std::vector<Entry>(128);
     std::vector<Place> places;
     std::vector<Value*> ordered;
 };

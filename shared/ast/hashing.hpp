@@ -3,31 +3,68 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <numeric>
 #include <string_view>
 
-/// Numbers made of texts, for tables that are searched by open addressing. Those of short texts are
-/// their characters side by side: cheaper than a hash, and different for different texts.
+/// Hashing of texts that an enemy may have chosen: names and literals come from the source. Which
+/// texts meet depends on random numbers that the process begins with, so that no list of names is
+/// slow to look up by more than bad luck. Nothing that the compiler writes depends on them.
 
-/// The longest ASCII text whose characters fit.
-inline constexpr std::size_t maxPackedSize = 9;
+/// What the hashes of a process depend on.
+struct HashSecret {
+    std::uint64_t first;
+    std::uint64_t second;
+    std::uint64_t multiplier;  // odd
+};
 
-/// The number of a short text one character longer than that of `packed`; no characters give 0. The
-/// topmost bit stays clear.
-inline std::uint64_t packNext(std::uint64_t packed, char next) {
-    return std::rotl(packed, 7) ^ static_cast<unsigned char>(next);
+/// The secret of this process, the same from its first use on.
+const HashSecret& hashSecret();
+
+/// Which of 2^bits chains a key belongs to under a multiplier of a secret, which is odd. This is
+/// universal hashing: of any two keys that are chosen without knowing the multiplier, the chance to
+/// meet is at most two in the number of chains.
+inline std::size_t chainOf(std::uint64_t key, std::uint64_t multiplier, unsigned bits) {
+    return static_cast<std::size_t>(key * multiplier >> (64 - bits));
 }
 
-/// The number of a text: its characters, or a hash when it is too long for them.
-inline std::uint64_t numberOf(std::string_view text) {
-    return text.size() <= maxPackedSize
-               ? std::accumulate(text.begin(), text.end(), std::uint64_t{0}, packNext)
-               : std::hash<std::string_view>{}(text);
-}
+/// The SipHash-1-3 of a text under two words of a secret.
+std::uint64_t sipHash(std::string_view text, std::uint64_t first, std::uint64_t second);
 
-/// A hash of a number, for use as an index: all bits depend on all bits below them, and the low
-/// ones are left out.
-inline std::uint32_t hashOf(std::uint64_t number) {
-    return static_cast<std::uint32_t>(number * 0x9E3779B97F4A7C15 >> 32);
-}
+/// A text as it is looked up: with a key, the same for the same text. The key of a short one is
+/// made of its characters side by side, which is cheaper than a hash; that of a longer one is a
+/// hash.
+class KeyedText {
+public:
+    /// The longest text whose characters fit into a key.
+    static constexpr std::size_t maxPackedSize = 9;
+
+    explicit KeyedText(std::string_view itsText)
+        : KeyedText(itsText, itsText.size() <= maxPackedSize ? pack(itsText) : 0) {}
+    /// For who has put `packed` together by packNext while finding the end of the text.
+    KeyedText(std::string_view itsText, std::uint64_t packed)
+        : characters(itsText), number(itsText.size() <= maxPackedSize ? packed : hash(itsText)) {}
+
+    /// What a text's characters make one by one, beginning with 0. The topmost bit stays clear.
+    static std::uint64_t packNext(std::uint64_t packed, char next) {
+        return std::rotl(packed, 7) ^ static_cast<unsigned char>(next);
+    }
+    static std::uint64_t pack(std::string_view text) {
+        return std::accumulate(text.begin(), text.end(), std::uint64_t{0}, packNext);
+    }
+
+    std::string_view text() const { return characters; }
+    std::uint64_t key() const { return number; }
+    /// Whether no other word - a text of letters, digits and '_' - has the same key.
+    bool isUniqueWord() const { return (number & longMark) == 0; }
+
+private:
+    static constexpr std::uint64_t longMark = std::uint64_t{1} << 63;
+
+    static std::uint64_t hash(std::string_view text) {
+        const HashSecret& secret = hashSecret();
+        return sipHash(text, secret.first, secret.second) | longMark;
+    }
+
+    std::string_view characters;
+    std::uint64_t number;
+};

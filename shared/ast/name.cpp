@@ -1,73 +1,38 @@
 #include "shared/ast/name.hpp"
 
 #include <deque>
+#include <ostream>
 
-#include "shared/ast/hashing.hpp"
+#include "shared/ast/textIndex.hpp"
 
-/// Owns every text. Found by open addressing over their hashes; the deque never moves a text.
+/// Owns every text. The deque never moves a text.
 class NamePool {
 public:
     NamePool() { publish({}); }
 
     /// The number of a text that is not empty, or 0 when it has none.
-    std::uint32_t find(std::string_view text, std::uint32_t hash) const {
-        return slots[slotOf(text, hash)].number;
+    std::uint32_t find(const KeyedText& text) const {
+        return index.find(text,
+                          [&](std::uint32_t number) { return *texts[number] == text.text(); });
     }
 
-    std::uint32_t findOrAdd(std::string_view text, std::uint32_t hash) {
-        const std::size_t at = slotOf(text, hash);
-        if (slots[at].number != 0) {
-            return slots[at].number;
+    std::uint32_t findOrAdd(const KeyedText& text) {
+        if (const std::uint32_t number = find(text); number != 0) {
+            return number;
         }
-        const auto number = static_cast<std::uint32_t>(texts.size());
-        publish(text);
-        slots[at] = {hash, number};
-        if (texts.size() * 2 > slots.size()) {
-            grow();
-        }
-        return number;
+        publish(text.text());
+        return index.add(text);
     }
 
 private:
-    struct Slot {
-        std::uint32_t hash = 0;
-        std::uint32_t number = 0;  // 0: free
-    };
-
-    /// The slot of a text, or the free one where it would go.
-    std::size_t slotOf(std::string_view text, std::uint32_t hash) const {
-        const std::size_t mask = slots.size() - 1;
-        std::size_t at = hash & mask;
-        while (slots[at].number != 0 &&
-               (slots[at].hash != hash || *texts[slots[at].number] != text)) {
-            at = (at + 1) & mask;
-        }
-        return at;
-    }
-
     void publish(std::string_view text) {
         texts.push_back(&storage.emplace_back(text));
         Name::texts = texts.data();
     }
 
-    void grow() {
-        std::vector<Slot> old(slots.size() * 2);
-        old.swap(slots);
-        const std::size_t mask = slots.size() - 1;
-        for (const Slot slot : old) {
-            if (slot.number != 0) {
-                std::size_t at = slot.hash & mask;
-                while (slots[at].number != 0) {
-                    at = (at + 1) & mask;
-                }
-                slots[at] = slot;
-            }
-        }
-    }
-
     std::deque<std::string> storage;
-    std::vector<const std::string*> texts;
-    std::vector<Slot> slots{std::size_t{1024}};  // a power of two, at least half of them free
+    std::vector<const std::string*> texts;  // by number
+    TextIndex index;
 };
 
 namespace {
@@ -85,9 +50,12 @@ NamePool& pool() {
 // Until the pool exists there is only the empty name.
 constinit const std::string* const* Name::texts = initialTexts;
 
-Name::Name(std::string_view text)
-    : number(text.empty() ? 0 : pool().findOrAdd(text, hashOf(numberOf(text)))) {}
+Name::Name(std::string_view text) : number(text.empty() ? 0 : pool().findOrAdd(KeyedText{text})) {}
 
 Name Name::known(std::string_view text) {
-    return fromIndex(text.empty() ? 0 : pool().find(text, hashOf(numberOf(text))));
+    return fromIndex(text.empty() ? 0 : pool().find(KeyedText{text}));
+}
+
+std::ostream& operator<<(std::ostream& out, Name name) {
+    return out << name.text();
 }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,7 +13,8 @@
 
 /// A text kept once per process: node kinds, type names, identifiers. Copying a Name copies an
 /// index, two are equal when their indexes are, and the text lives until the process ends.
-/// Converts from any string, so that a Name parameter takes kinds and names as plain text.
+/// Converts from and to strings, so that a Name parameter takes kinds and names as plain text, and
+/// a Name can be used as the text that it is.
 class Name {
 public:
     /// The empty name.
@@ -25,6 +29,7 @@ public:
     static Name known(std::string_view text);
 
     const std::string& text() const { return *texts[number]; }
+    operator const std::string&() const { return text(); }
     bool empty() const { return number == 0; }
     /// Names are numbered from 1 in the order in which they first appear; 0 is the empty name.
     std::uint32_t index() const { return number; }
@@ -36,6 +41,16 @@ public:
     }
 
     friend bool operator==(Name left, Name right) { return left.number == right.number; }
+    friend std::string operator+(Name left, Name right) { return left.text() + right.text(); }
+    template <std::convertible_to<std::string_view> Text>
+    friend std::string operator+(Name left, const Text& right) {
+        return std::string{left.text()}.append(right);
+    }
+    template <std::convertible_to<std::string_view> Text>
+    friend std::string operator+(const Text& left, Name right) {
+        return std::string{left}.append(right.text());
+    }
+    friend std::ostream& operator<<(std::ostream& out, Name name);
 
 private:
     friend class NamePool;
@@ -43,6 +58,12 @@ private:
     static const std::string* const* texts;  // by index; the pool's, which moves it as it grows
 
     std::uint32_t number = 0;
+};
+
+/// Names are numbered in a row: their numbers spread well by themselves.
+template <>
+struct std::hash<Name> {
+    std::size_t operator()(Name name) const noexcept { return name.index(); }
 };
 
 /// What to do for each of some names, found by index. Meant for names that exist from the start

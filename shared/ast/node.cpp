@@ -1,12 +1,12 @@
 #include "shared/ast/node.hpp"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <stdexcept>
 #include <utility>
 #include <vector>
-
-#include "shared/error/internalError.hpp"
 
 namespace {
 
@@ -116,14 +116,37 @@ double Node::getDoubleValue() const {
     return valueType == ValueType::Double ? doubles()[value.real] : 0.0;
 }
 
-void Node::failForeignName(Name name) {
-    internalError("Not a kind or type: " + name.text());
+namespace {
+
+/// The names of the words that are no indexes, in order. Few, and used in tests only.
+std::vector<Name>& otherNames() {
+    static std::vector<Name> names;
+    return names;
+}
+
+}  // namespace
+
+std::uint16_t Node::otherWordOf(Name name) {
+    std::vector<Name>& names = otherNames();
+    const auto known = std::find(names.begin(), names.end(), name);
+    const auto place = static_cast<std::size_t>(known - names.begin());
+    if (known == names.end()) {
+        if (place > lastWord - firstOtherWord) {
+            throw std::length_error("too many kinds and types of nodes");
+        }
+        names.push_back(name);
+    }
+    return static_cast<std::uint16_t>(firstOtherWord + place);
+}
+
+Name Node::otherName(std::uint16_t word) {
+    return otherNames()[word - std::size_t{firstOtherWord}];
 }
 
 Node::Node(Name itsKind, ValueType itsValueType, Value itsValue, int itsLine)
     : value(itsValue),
       line(itsLine),
-      kind(indexInVocabulary(itsKind)),
+      kind(wordOf(itsKind)),
       semanticType(0),
       valueType(itsValueType) {}
 

@@ -60,9 +60,9 @@ public:
     bool hasValue() const { return valueType != ValueType::None; }
     bool hasChildren() const { return !children.empty(); }
     bool hasSemanticType() const { return semanticType != 0; }
-    void setSemanticType(Name type) { semanticType = indexInVocabulary(type) & lastOfVocabulary; }
+    void setSemanticType(Name type) { semanticType = wordOf(type) & lastWord; }
     /// Turns the node into another kind in place.
-    void setKind(Name newKind) { kind = indexInVocabulary(newKind); }
+    void setKind(Name newKind) { kind = wordOf(newKind); }
 
     const std::string& getKind() const { return kindName().text(); }
     const std::string& getStringValue() const { return stringValue().text(); }
@@ -77,9 +77,9 @@ public:
     int getLine() const { return line; }
 
     /// The same texts as names, for passes that compare and look up by them.
-    Name kindName() const { return Name::fromIndex(kind); }
+    Name kindName() const { return nameOf(kind); }
     Name stringValue() const { return valueType == ValueType::String ? value.string : Name{}; }
-    Name semanticTypeName() const { return Name::fromIndex(semanticType); }
+    Name semanticTypeName() const { return nameOf(semanticType); }
 
     /// The value as the intermediate representation spells it; empty without a value.
     std::string valueAsString() const;
@@ -104,16 +104,20 @@ private:
         bool boolean;
     };
 
-    /// Kinds and types are names of the compiler's own, which exist from the start: their indexes
-    /// are small. Any other name is an internal error.
-    static std::uint16_t indexInVocabulary(Name name) {
-        if (name.index() > lastOfVocabulary) {
-            failForeignName(name);
-        }
-        return static_cast<std::uint16_t>(name.index());
+    /// Kinds and types are kept as words of 13 bits. The compiler's own names for them exist from
+    /// the start, and their words are their indexes; any later name is given the next of the other
+    /// words when it first becomes a kind or type. Throws std::length_error when there are no more.
+    static std::uint16_t wordOf(Name name) {
+        return name.index() < firstOtherWord ? static_cast<std::uint16_t>(name.index())
+                                             : otherWordOf(name);
     }
-    [[noreturn]] static void failForeignName(Name name);
-    static constexpr std::uint16_t lastOfVocabulary = 0x1FFF;
+    static Name nameOf(std::uint16_t word) {
+        return word < firstOtherWord ? Name::fromIndex(word) : otherName(word);
+    }
+    static std::uint16_t otherWordOf(Name name);
+    static Name otherName(std::uint16_t word);
+    static constexpr std::uint16_t firstOtherWord = 0x1000;
+    static constexpr std::uint16_t lastWord = 0x1FFF;
 
     static Value keep(double real);
 
@@ -123,8 +127,8 @@ private:
     [[no_unique_address]] NodeList children;
     Value value;
     int line;
-    std::uint16_t kind;               // the index of its name
-    std::uint16_t semanticType : 13;  // the index of its name
+    std::uint16_t kind;               // its word
+    std::uint16_t semanticType : 13;  // its word
     ValueType valueType : 3;
 };
 

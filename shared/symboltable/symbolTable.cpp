@@ -6,7 +6,7 @@
 #include "shared/error/error.hpp"
 
 bool SymbolTable::Scope::file(Symbol* symbol) {
-    if (!byName.insert(symbol->symbolName(), symbol)) {
+    if (!byName.try_emplace(symbol->symbolName(), symbol).second) {
         return false;
     }
     symbols.emplace_back(symbol);
@@ -14,55 +14,59 @@ bool SymbolTable::Scope::file(Symbol* symbol) {
 }
 
 bool SymbolTable::insertSymbol(Name scope, int line, Symbol* symbol) {
-    if (scopes.find(scope) != nullptr) {
-        Error::semantic("Function '" + scope.text() + "' already exists.", line);
+    const auto [entry, isNew] = scopes.try_emplace(scope);
+    if (!isNew) {
+        Error::semantic("Function '" + scope + "' already exists.", line);
         return false;
     }
     constexpr std::size_t usualSymbols = 8;
-    auto opened = std::make_unique<Scope>();
-    opened->symbols.reserve(usualSymbols);
-    opened->file(symbol);
-    scopes.insert(scope, std::move(opened));
+    entry->second.symbols.reserve(usualSymbols);
+    entry->second.file(symbol);
     return true;
 }
 
 bool SymbolTable::insertSymbol(Name scope, Symbol* symbol) {
-    const std::unique_ptr<Scope>* entry = scopes.find(scope);
-    if (entry == nullptr) {
-        Error::semantic("Function symbol '" + scope.text() + "' does not exist for variable '" +
-                            symbol->getName() + "'.",
+    const auto entry = scopes.find(scope);
+    if (entry == scopes.end()) {
+        Error::semantic("Function symbol '" + scope + "' does not exist for variable '" +
+                            symbol->symbolName() + "'.",
                         symbol->getLine());
         return false;
     }
-    if (!(*entry)->file(symbol)) {
+    if (!entry->second.file(symbol)) {
         Error::semantic(
-            "Symbol '" + symbol->getName() + "' already exists in scope '" + scope.text() + "'.",
+            "Symbol '" + symbol->symbolName() + "' already exists in scope '" + scope + "'.",
             symbol->getLine());
         return false;
     }
     return true;
 }
 
+const SymbolTable::Scope* SymbolTable::findScope(Name name) const {
+    const auto entry = scopes.find(name);
+    return entry == scopes.end() ? nullptr : &entry->second;
+}
+
 Symbol* SymbolTable::lookup(Name scope, Name name, int /*line*/) const {
-    const std::unique_ptr<Scope>* entry = scopes.find(scope);
-    if (entry == nullptr) {
+    const Scope* const found = findScope(scope);
+    if (found == nullptr) {
         return nullptr;
     }
-    Symbol* const* symbol = (*entry)->byName.find(name);
-    return symbol == nullptr ? nullptr : *symbol;
+    const auto symbol = found->byName.find(name);
+    return symbol == found->byName.end() ? nullptr : symbol->second;
 }
 
 const std::vector<std::unique_ptr<Symbol>>& SymbolTable::symbolsOf(Name scope) const {
     static const std::vector<std::unique_ptr<Symbol>> none;
-    const std::unique_ptr<Scope>* entry = scopes.find(scope);
-    return entry == nullptr ? none : (*entry)->symbols;
+    const Scope* const found = findScope(scope);
+    return found == nullptr ? none : found->symbols;
 }
 
 void SymbolTable::printSymbolTable() const {
     std::map<std::string, const Scope*> ordered;
-    scopes.forEach([&](Name name, const std::unique_ptr<Scope>& scope) {
-        ordered.emplace(name.text(), scope.get());
-    });
+    for (const auto& [name, scope] : scopes) {
+        ordered.emplace(name.text(), &scope);
+    }
     std::cout << std::endl << "Symbol Table:" << std::endl;
     for (const auto& [name, scope] : ordered) {
         std::cout << "Scope: " << name << std::endl;

@@ -2,9 +2,10 @@
 
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
-#include "shared/ast/nameMap.hpp"
+#include "shared/ast/name.hpp"
 #include "shared/symboltable/symbol.hpp"
 
 /// Every symbol of the program, grouped by scope. A scope has the name of the function that opens
@@ -36,11 +37,13 @@ public:
 private:
     struct Scope {
         std::vector<std::unique_ptr<Symbol>> symbols;  // in insertion order
-        NameMap<Symbol*> byName;
+        std::unordered_map<Name, Symbol*> byName;
 
         /// Takes the symbol, unless its name is taken already; returns whether it did.
         bool file(Symbol* symbol);
     };
 
-    NameMap<std::unique_ptr<Scope>> scopes;
+    const Scope* findScope(Name name) const;
+
+    std::unordered_map<Name, Scope> scopes;
 };

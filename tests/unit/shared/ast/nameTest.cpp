@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 
 namespace {
@@ -80,6 +81,29 @@ TEST(NameTest, KnownKeepsNothing) {
     EXPECT_TRUE(Name::known("still not seen").empty());
     const Name second{"seen 2"};
     EXPECT_EQ(second.index(), first.index() + 1);
+}
+
+TEST(NameTest, CanBeUsedAsTheTextThatItIs) {
+    const Name name{"usable"};
+    const std::string& text = name;
+    EXPECT_EQ(text, "usable");
+    EXPECT_EQ(&text, &name.text());
+    std::string copy = name;
+    copy = name;
+    EXPECT_EQ(copy, "usable");
+    std::ostringstream out;
+    out << "<" << name << ">";
+    EXPECT_EQ(out.str(), "<usable>");
+}
+
+TEST(NameTest, IsConcatenatedLikeAText) {
+    const Name name{"mid"};
+    EXPECT_EQ(name + "dle", "middle");
+    EXPECT_EQ("a" + name, "amid");
+    EXPECT_EQ(name + std::string{"way"}, "midway");
+    EXPECT_EQ(std::string{"a"} + name, "amid");
+    EXPECT_EQ(name + name, "midmid");
+    EXPECT_EQ("'" + name + "'.", "'mid'.");
 }
 
 TEST(NameTest, IsMadeFromItsIndex) {

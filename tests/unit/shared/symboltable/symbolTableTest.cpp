@@ -161,6 +161,28 @@ TEST_F(SymbolTableTest, FunctionMayBeFiledUnderAnotherScopeName) {
     EXPECT_EQ(table.lookup("f", "f", 0), nullptr);
 }
 
+TEST_F(SymbolTableTest, EmptyNameIsANameLikeAnyOther) {
+    EXPECT_EQ(table.lookup("", "", 0), nullptr);
+    EXPECT_FALSE(file("", "x", 3));
+    EXPECT_EQ(err.str(),
+              "Semantic error at line 3: "
+              "Function symbol '' does not exist for variable 'x'.\n");
+    err.clear();
+    EXPECT_TRUE(openScope("", 1));
+    EXPECT_EQ(lineOf("", ""), 1);
+    EXPECT_TRUE(file("", "x", 4));
+    EXPECT_EQ(lineOf("", "x"), 4);
+    EXPECT_EQ(table.symbolsOf("").size(), 2U);
+    EXPECT_FALSE(openScope("", 5));
+    EXPECT_FALSE(file("", "", 6));
+    EXPECT_EQ(err.str(),
+              "Semantic error at line 5: Function '' already exists.\n"
+              "Semantic error at line 6: Symbol '' already exists in scope ''.\n");
+    EXPECT_TRUE(openScope("f", 7));
+    EXPECT_TRUE(file("f", "", 8));
+    EXPECT_EQ(lineOf("f", ""), 8);
+}
+
 TEST_F(SymbolTableTest, ManySymbolsAreFound) {
     constexpr int many = 2000;
     ASSERT_TRUE(openScope("f"));

@@ -349,7 +349,7 @@ void FunctionReader::addWords(std::string_view text) {
 }
 
 // The tests exclude each other by what they ask of the first character.
-Operand FunctionReader::operandOf(std::string_view text) {
+Operand FunctionReader::operandOf(std::string_view text, LineBreaks lineBreaks) {
     using Kind = Operand::Kind;
     Operand read{trim(text), nullptr, Kind::Unknown};
     std::string_view array;
@@ -359,7 +359,7 @@ Operand FunctionReader::operandOf(std::string_view text) {
         const bool isBoolean =
             read.value == nullptr && (read.text == "true" || read.text == "false");
         read.kind = isBoolean ? Kind::Boolean : Kind::Named;
-    } else if (parseArrayAccess(read.text, array, index)) {
+    } else if (parseArrayAccess(read.text, array, index, lineBreaks)) {
         read.kind = Kind::Element;
         read.value = table.find(array);
     } else if (isStringLiteral(read.text)) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "codegen/irForms.hpp"
+#include "codegen/irText.hpp"
 #include "codegen/valueTable.hpp"
 
 class IRFunction;
@@ -78,7 +79,7 @@ public:
     ValueTable& words() { return table; }
 
     /// Finds out what the text of an operand stands for.
-    Operand operandOf(std::string_view text);
+    Operand operandOf(std::string_view text, LineBreaks lineBreaks = LineBreaks::Possible);
 
 private:
     struct Line {

@@ -51,7 +51,8 @@ bool isBlockName(std::string_view text) {
     return text.size() >= 2 && text.front() == 'B' && areDigits(text.substr(1));
 }
 
-bool parseArrayAccess(std::string_view text, std::string_view& name, std::string_view& index) {
+bool parseArrayAccess(std::string_view text, std::string_view& name, std::string_view& index,
+                      LineBreaks lineBreaks) {
     if (text.empty() || text.back() != ']' || !beginsName(text.front())) {
         return false;
     }
@@ -83,7 +84,9 @@ bool parseArrayAccess(std::string_view text, std::string_view& name, std::string
         --begin;  // one blank has to be the index
     }
     const std::string_view candidate = inside.substr(begin);
-    const auto lineBreak = std::find_if(candidate.begin(), candidate.end(), isLineBreak);
+    const auto lineBreak = lineBreaks == LineBreaks::Possible
+                               ? std::find_if(candidate.begin(), candidate.end(), isLineBreak)
+                               : candidate.end();
     if (!std::all_of(lineBreak, candidate.end(), isSpace)) {
         return false;
     }

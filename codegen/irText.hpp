@@ -85,9 +85,14 @@ bool isIdentifier(std::string_view text);
 /// "B" and one or more digits: a reference to a block.
 bool isBlockName(std::string_view text);
 
+/// Whether a text can hold line breaks. The index of an element cannot: it need not be searched for
+/// them, and so the elements in it are found without reading on to its end.
+enum class LineBreaks : bool { Impossible, Possible };
+
 /// An element, as `^([A-Za-z_]\w*)\s*\[\s*(.+)\s*\]$` matches it: sets the array's name and the
 /// trimmed index. False, and both unchanged, for any other text.
-bool parseArrayAccess(std::string_view text, std::string_view& name, std::string_view& index);
+bool parseArrayAccess(std::string_view text, std::string_view& name, std::string_view& index,
+                      LineBreaks lineBreaks = LineBreaks::Possible);
 
 /// The end of the string literal that begins at `begin`: one past its closing quote, where a
 /// backslash takes the character behind it along. npos when the text ends first.

@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "codegen/assemblyWriter.hpp"
 #include "codegen/codeGenerator.hpp"
@@ -41,6 +42,14 @@ Element elementOf(const Operand& operand) {
     Element element;
     parseArrayAccess(operand.text, element.array, element.index);
     return element;
+}
+
+/// The array that an element is of.
+const Value* arrayOf(const Operand& element, const Element& parts) {
+    if (element.value == nullptr || element.value->length == 0) {
+        fail("unknown array: ", parts.array);
+    }
+    return element.value;
 }
 
 }  // namespace
@@ -173,14 +182,24 @@ void CodeGenerator::storeDouble(const Operand& target, const ShortText& reg,
 }
 
 /// Loads an index into %r11 and the address of the array's element 0 into %r10. The index is not
-/// checked against the length.
+/// checked against the length. It may be an element itself, to any depth: not in a source, but in a
+/// line that comes from elsewhere. Then the innermost is loaded first.
 void CodeGenerator::loadElementAddress(const Operand& element, FunctionContext& context) {
-    const Element parts = elementOf(element);
-    if (element.value == nullptr || element.value->length == 0) {
-        fail("unknown array: ", parts.array);
+    Element parts = elementOf(element);
+    const Value* array = arrayOf(element, parts);
+    Operand index = lines.operandOf(parts.index, LineBreaks::Impossible);
+    std::vector<const Value*> outerArrays;
+    while (index.kind == Operand::Kind::Element) {
+        outerArrays.push_back(array);
+        parseArrayAccess(index.text, parts.array, parts.index, LineBreaks::Impossible);
+        array = arrayOf(index, parts);
+        index = lines.operandOf(parts.index, LineBreaks::Impossible);
     }
-    loadValue(lines.operandOf(parts.index), Register::r11, context);
-    out->write("\tleaq ", element.value->address, ", %r10\n");
+    loadValue(index, Register::r11, context);
+    out->write("\tleaq ", array->address, ", %r10\n");
+    for (; !outerArrays.empty(); outerArrays.pop_back()) {
+        out->write("\tmovq (%r10,%r11,8), %r11\n\tleaq ", outerArrays.back()->address, ", %r10\n");
+    }
 }
 
 void CodeGenerator::emitCall(std::string_view callee, FunctionContext& context) {

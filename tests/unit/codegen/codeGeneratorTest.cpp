@@ -262,6 +262,35 @@ TEST_F(CodeGeneratorTest, IndexesMayBeAnyIntegerValue) {
     EXPECT_EQ(errorOf({"x = a[ ]"}), "unknown IR value: ");
 }
 
+/// `core` as the index of an index of ... an element of a.
+std::string nested(const std::string& core, std::size_t depth) {
+    std::string text;
+    for (std::size_t level = 0; level < depth; ++level) {
+        text += level % 2 == 0 ? "a[" : "a [ ";
+    }
+    text += core;
+    for (std::size_t level = 0; level < depth; ++level) {
+        text += level % 2 == 0 ? "]" : " ]";
+    }
+    return text;
+}
+
+TEST_F(CodeGeneratorTest, IndexesMayBeNestedToAnyDepth) {
+    declareArray(table, "f", "int", "a", 1);
+    constexpr std::size_t depth = 50'000;
+    const std::string index = "\tmovq $7, %r11\n\tleaq -8(%rbp), %r10\n";
+    std::string inner = index;
+    for (std::size_t level = 1; level < depth; ++level) {
+        inner += "\tmovq (%r10,%r11,8), %r11\n\tleaq -8(%rbp), %r10\n";
+    }
+    EXPECT_EQ(bodyOf({("x = " + nested("7", depth)).c_str()}),
+              inner + "\tmovq (%r10,%r11,8), %rax\n\tmovq %rax, -16(%rbp)\n");
+    EXPECT_EQ(bodyOf({(nested("7", depth) + " = 1").c_str()}),
+              "\tmovq $1, %rax\n" + inner + "\tmovq %rax, (%r10,%r11,8)\n");
+    EXPECT_EQ(errorOf({("x = " + nested("b[7]", depth)).c_str()}), "unknown array: b");
+    EXPECT_EQ(errorOf({("x = " + nested("0.5", depth)).c_str()}), "unknown IR value: 0.5");
+}
+
 TEST_F(CodeGeneratorTest, ArraysOfNoSymbolAreUnknown) {
     EXPECT_EQ(errorOf({"x = a[0]"}), "unknown array: a");
     EXPECT_EQ(errorOf({"a[0] = 1"}), "unknown array: a");

@@ -13,6 +13,7 @@
 #include "KrelIR/KrelIR.hpp"
 #include "codegen/codeGenerator.hpp"
 #include "driver/nativeBuild.hpp"
+#include "driver/sourceFile.hpp"
 #include "lexer/scannerInput.hpp"
 #include "parser/parser.hpp"
 #include "semantic_analyzer/semanticAnalyzer.hpp"
@@ -42,8 +43,7 @@ bool openDumpFile(const fs::path& path, std::ofstream& stream) {
 }
 
 /// Writes a dump with `write` and says so on standard output, at once: the process may abort before
-/// it ends. False, after a message on standard
-/// error, when the file cannot be opened or written.
+/// it ends. False, after a message on standard error, when the file cannot be opened or written.
 template <typename Write>
 bool writeDump(const fs::path& path, const char* what, Write write) {
     std::ofstream stream;
@@ -51,7 +51,7 @@ bool writeDump(const fs::path& path, const char* what, Write write) {
         return false;
     }
     write(stream);
-    stream.flush();
+    stream.close();
     if (!stream) {
         std::cerr << "Could not write " << path << ".\n";
         return false;
@@ -74,25 +74,13 @@ bool dumpIrProgram(const IRProgram& program, const fs::path& path) {
 /// Parses the source into `ast` and `symbolTable`. False when it cannot be read (after a message)
 /// or has errors (which are reported).
 bool parse(const fs::path& source) {
-    std::FILE* file = std::fopen(source.c_str(), "r");
-    // A directory can be opened, but its first character cannot be read.
-    if (file != nullptr) {
-        const int first = std::getc(file);
-        if (std::ferror(file) == 0) {
-            std::ungetc(first, file);
-        } else {
-            std::perror(source.c_str());
-            std::fclose(file);
-            return false;
-        }
-    } else {
+    std::string text;
+    if (!readSource(source, text)) {
         std::perror(source.c_str());
         return false;
     }
-    yyin = file;
-    const int status = yyparse();
-    std::fclose(file);
-    return status == 0 && !Error::hasErrors() && ast != nullptr;
+    const ScannedText scanned{std::move(text)};
+    return yyparse() == 0 && !Error::hasErrors() && ast != nullptr;
 }
 
 /// Writes the assembly of the program, links it, and returns the exit code. Throws what the code
@@ -110,11 +98,10 @@ int build(const IRProgram& program, const Options& options, const std::string& c
         return failure;
     }
     CodeGenerator(symbolTable).generate(program, stream);
-    stream.flush();
+    stream.close();
     if (!stream) {
         throw std::runtime_error("could not write assembly file");
     }
-    stream.close();
     if (options.dumpAssembly) {
         std::cout << "Assembly written to " << assembly << "." << std::endl;
     }

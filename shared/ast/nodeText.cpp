@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <iostream>
+#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -69,11 +70,14 @@ bool isNamed(Name kind) {
     return named.find(kind);
 }
 
-/// Writes the JSON document of a tree into a string and hands the string on to `out`, if there is
-/// one, whenever it has grown to a block.
+/// Writes the JSON document of a tree to a stream. Keeps no more of it in memory than a block and
+/// the nodes around the one that it is at.
 class JsonWriter {
 public:
-    explicit JsonWriter(std::ostream* stream) : out(stream) {}
+    explicit JsonWriter(std::ostream& stream) : out(stream) { text.reserve(blockSize); }
+    JsonWriter(const JsonWriter&) = delete;
+    JsonWriter& operator=(const JsonWriter&) = delete;
+    ~JsonWriter() { flush(); }
 
     /// Works from an explicit stack, for trees of any depth.
     void write(const Node& root, int level) {
@@ -86,18 +90,14 @@ public:
                 open.pop_back();
                 if (!open.empty()) {
                     const Open& parent = open.back();
-                    text += parent.next < parent.node->getChildren().size() ? ",\n" : "\n";
+                    put(parent.next < parent.node->getChildren().size() ? ",\n" : "\n");
                 }
-                flush(blockSize);
                 continue;
             }
             const Node& child = *innermost.node->getChildren()[innermost.next++];
             begin(child, innermost.level + 2, open);
         }
-        flush(0);
     }
-
-    std::string take() { return std::move(text); }
 
 private:
     /// A node whose closing brace is still to be written.
@@ -111,30 +111,30 @@ private:
 
     void begin(const Node& node, int level, std::vector<Open>& open) {
         indent(level);
-        text += "{\n";
+        put("{\n");
         key(level, "\"kind\": ");
         quoted(node.getKind());
-        text += ",\n";
+        put(",\n");
         if (node.kindName() == NodeKind::Program) {
             key(level, "\"sourceFile\": ");
             quoted(Error::getSourceFile());
         } else {
             key(level, "\"sourceLine\": \"");
             number(node.getLine());
-            text += '"';
+            put("\"");
         }
         if (node.hasValue()) {
-            text += ",\n";
+            put(",\n");
             key(level, isNamed(node.kindName()) ? "\"name\": " : "\"value\": ");
             value(node);
         }
         if (node.hasSemanticType()) {
-            text += ",\n";
+            put(",\n");
             key(level, "\"type\": ");
             quoted(node.getSemanticType());
         }
         if (node.hasChildren()) {
-            text += ",\n";
+            put(",\n");
             key(level, "\"children\": [\n");
         }
         open.push_back({&node, level, 0});
@@ -144,9 +144,9 @@ private:
         if (done.node->hasChildren()) {
             key(done.level, "]");
         }
-        text += '\n';
+        put("\n");
         indent(done.level);
-        text += '}';
+        put("}");
     }
 
     void value(const Node& node) {
@@ -155,44 +155,64 @@ private:
         } else if (node.getValueType() == Node::ValueType::Char) {
             quoted(node.valueAsString());
         } else {
-            text += node.valueAsString();
+            put(node.valueAsString());
         }
     }
 
     void number(int value) {
         std::array<char, 12> digits;  // of any int, with its sign
         const auto end = std::to_chars(digits.begin(), digits.end(), value).ptr;
-        text += std::string_view{digits.begin(), end};
+        put({digits.begin(), end});
     }
 
-    void indent(int level) { text.append(static_cast<std::size_t>(level) * 2, ' '); }
+    void indent(int level) {
+        auto missing = static_cast<std::size_t>(level) * 2;
+        while (missing > blockSize - text.size()) {
+            const std::size_t room = blockSize - text.size();
+            text.append(room, ' ');
+            missing -= room;
+            flush();
+        }
+        text.append(missing, ' ');
+    }
 
     void key(int level, std::string_view name) {
         indent(level + 1);
-        text += name;
+        put(name);
     }
 
     void quoted(std::string_view raw) {
-        text += '"';
+        put("\"");
         std::size_t copied = 0;
         for (std::size_t at = 0; at < raw.size(); ++at) {
             if (hasJsonEscape(raw[at])) {
-                text.append(raw, copied, at - copied).append(jsonEscape(raw[at]));
+                put(raw.substr(copied, at - copied));
+                put(jsonEscape(raw[at]));
                 copied = at + 1;
             }
         }
-        text.append(raw, copied).append(1, '"');
+        put(raw.substr(copied));
+        put("\"");
     }
 
-    void flush(std::size_t limit) {
-        if (out != nullptr && text.size() > limit) {
-            out->write(text.data(), static_cast<std::streamsize>(text.size()));
-            text.clear();
+    void put(std::string_view part) {
+        if (part.size() > blockSize - text.size()) {
+            flush();
+        }
+        if (part.size() > blockSize) {
+            out.write(part.data(), static_cast<std::streamsize>(part.size()));
+        } else {
+            text += part;
         }
     }
 
-    std::ostream* out;
-    std::string text;
+    void flush() {
+        out.write(text.data(), static_cast<std::streamsize>(text.size()));
+        text.clear();
+    }
+
+    std::ostream& out;
+    std::string text;  // not yet handed on
 };
 
 /// The value fields as the debugging print shows them, each behind `margin`.
@@ -245,13 +265,13 @@ void Node::printNode() const {
 }
 
 std::string Node::toJSON(int level) const {
-    JsonWriter writer{nullptr};
-    writer.write(*this, level);
-    return writer.take();
+    std::ostringstream out;
+    JsonWriter{out}.write(*this, level);
+    return std::move(out).str();
 }
 
 void Node::printJSON(std::ostream& out, int level) const {
-    JsonWriter{&out}.write(*this, level);
+    JsonWriter{out}.write(*this, level);
     out << std::endl;
 }
 

@@ -3,6 +3,7 @@
 
 import os
 import pathlib
+import subprocess
 import unittest
 
 from harness import (ABORTED, CommandLineTest, GENERATOR_ERROR, GENERATOR_MESSAGE, PROGRAM,
@@ -124,6 +125,37 @@ class Checkpoints(CommandLineTest):
         self.assertEqual(self.files(), sorted([*FLAGS, "prog.krl"]))
 
 
+class ClosedStreams(CommandLineTest):
+    """Standard streams that are closed when krelcc begins: no file gets their number."""
+
+    def setUp(self):
+        super().setUp()
+        self.stub("gcc")
+
+    def test_dumps_are_the_same(self):
+        self.krelcc("prog.krl", *FLAGS.values())
+        expected = {name: self.read(name) for name in FLAGS}
+        for closed in ((0,), (1,), (2,), (0, 1), (0, 1, 2)):
+            with self.subTest(closed=closed):
+                for name in FLAGS:
+                    (self.directory / name).unlink()
+                process = self.start("prog.krl", *FLAGS.values(),
+                                     preexec_fn=lambda: [os.close(number) for number in closed])
+                stdout, stderr = process.communicate(timeout=TIMEOUT_SECONDS)
+                self.assertEqual(process.returncode, 0)
+                self.assertEqual(stdout, "" if 1 in closed else
+                                 "".join(WRITTEN.values()) + self.compiled())
+                self.assertEqual(stderr, "")
+                self.assertEqual({name: self.read(name) for name in FLAGS}, expected)
+
+    def test_native_compiler_finds_them_closed(self):
+        for number in range(3):
+            self.stub("gcc", f"if [ -e /proc/$$/fd/{number} ]; then exit 7; fi")
+            process = self.start("prog.krl", preexec_fn=lambda: os.close(number))
+            process.communicate(timeout=TIMEOUT_SECONDS)
+            self.assertEqual(process.returncode, 0, number)
+
+
 class Unwritable(CommandLineTest):
     def setUp(self):
         super().setUp()
@@ -157,6 +189,45 @@ class Unwritable(CommandLineTest):
                        else f'Could not write "{name}".\n')
             self.assertEqual(self.krelcc("prog.krl", flag), (1, "", message))
         self.assertEqual(self.called(), [])
+
+
+class Memory(CommandLineTest):
+    """Dumps are written as they are made: they need no memory that grows with their size."""
+
+    ROOM_KILOBYTES = 4096
+
+    def setUp(self):
+        super().setUp()
+        self.stub("gcc")
+        for name in FLAGS:
+            (self.directory / name).symlink_to("/dev/null")
+
+    def peak(self, *arguments):
+        """The most memory that a compilation needs, in kilobytes."""
+        process = self.start("prog.krl", *arguments, stderr=subprocess.DEVNULL)
+        process.stdout.read()
+        process.stdout.close()
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        self.assertEqual(process.returncode, 0)
+        return usage.ru_maxrss
+
+    def assert_dumps_need_no_memory(self, body):
+        self.write("prog.krl", "void main() {\n" + body + "}\n")
+        without = min(self.peak() for _ in range(3))
+        for flag in FLAGS.values():
+            if flag != "--asm-dump":  # it is written without being asked for, too
+                self.assertLess(self.peak(flag), without + self.ROOM_KILOBYTES, flag)
+
+    def test_deep_tree(self):
+        # 200 MB of text, most of it blanks
+        self.assert_dumps_need_no_memory("    int x = " + "+".join(["1"] * 4000) + ";\n")
+
+    def test_wide_tree(self):
+        self.assert_dumps_need_no_memory("    int x = 1;\n" + "    x = 2;\n" * 30000)
+
+    def test_long_text(self):
+        self.assert_dumps_need_no_memory('    print("' + "word\\n" * 2_000_000 + '");\n')
 
 
 class TemporaryAssembly(CommandLineTest):

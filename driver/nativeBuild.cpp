@@ -32,6 +32,13 @@ fs::path executableDirectory(const char* argv0) {
     return error ? fs::current_path() : absolute.parent_path();
 }
 
+/// The path in a spelling that the native compiler takes for a file, whatever it begins with: a
+/// leading '-' would make it an option, a leading '@' a file of options.
+std::string asOperand(const fs::path& path) {
+    const std::string& text = path.native();
+    return text.starts_with('-') || text.starts_with('@') ? "./" + text : text;
+}
+
 void reportSystemError(std::string_view what, std::string_view program) {
     std::string message{what};
     message.append(program).append(": ").append(std::strerror(errno)).append("\n");
@@ -76,6 +83,7 @@ fs::path CompilerDriver::findRuntime(const char* argv0) {
 
 CompilerDriver::TemporaryAssembly::TemporaryAssembly() {
     std::string name = (fs::temp_directory_path() / "krelcc-XXXXXX.s").string();
+    const SignalsHeld held;
     const int descriptor = mkstemps(name.data(), 2);
     if (descriptor < 0) {
         throw std::runtime_error("could not create temporary assembly file: " +
@@ -83,33 +91,44 @@ CompilerDriver::TemporaryAssembly::TemporaryAssembly() {
     }
     close(descriptor);
     path_ = name;
+    doomed.emplace(path_.c_str());
 }
 
 CompilerDriver::TemporaryAssembly::~TemporaryAssembly() {
+    const SignalsHeld held;
     std::error_code ignored;
     fs::remove(path_, ignored);
+    doomed.reset();
 }
 
 int CompilerDriver::runNativeCompiler(const std::string& compiler, const fs::path& assembly,
                                       const fs::path& runtime, const fs::path& output) {
+    const std::array<std::string, 3> paths = {asOperand(assembly), asOperand(runtime),
+                                              asOperand(output)};
     const std::array<const char*, 6> arguments = {
-        compiler.c_str(), assembly.c_str(), runtime.c_str(), "-o", output.c_str(), nullptr};
+        compiler.c_str(), paths[0].c_str(), paths[1].c_str(), "-o", paths[2].c_str(), nullptr};
+    std::optional<SignalsHeld> held{std::in_place};
     const pid_t child = vfork();
     if (child < 0) {
         reportSystemError("Could not start ", compiler);
         return 1;
     }
     if (child == 0) {
+        held->releaseInChild();
         execv(compiler.c_str(), const_cast<char* const*>(arguments.data()));
         reportSystemError("Could not run ", compiler);
         _exit(127);
     }
+    setChild(child);
+    held.reset();
     int status = 0;
-    while (waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR) {
-            reportSystemError("Could not wait for ", compiler);
-            return 1;
-        }
+    int waited = 0;
+    do {
+        waited = waitpid(child, &status, 0);
+    } while (waited < 0 && errno == EINTR);
+    if (waited < 0) {
+        reportSystemError("Could not wait for ", compiler);
+        return 1;
     }
     return WIFSIGNALED(status) ? 1 : WEXITSTATUS(status);
 }

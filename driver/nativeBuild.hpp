@@ -1,7 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
+
+#include "driver/interruption.hpp"
 
 /// The native side of a compilation: where its tools are, the file between, the child process.
 namespace CompilerDriver {
@@ -15,7 +18,7 @@ std::string findProgram(const std::string& name);
 std::filesystem::path findRuntime(const char* argv0);
 
 /// A new, empty file for the assembly text in the system's temporary directory; it is deleted
-/// together with the object.
+/// together with the object, or when a signal ends the process.
 class TemporaryAssembly {
 public:
     /// Throws std::runtime_error when the file cannot be created.
@@ -28,10 +31,12 @@ public:
 
 private:
     std::filesystem::path path_;
+    std::optional<DoomedFile> doomed;
 };
 
 /// Assembles and links: runs `compiler` on the two inputs and waits for it. Returns its exit
-/// status, or 1 when it was killed or could not be started (with a message on standard error).
+/// status, or 1 when it was killed or could not be started (with a message on standard error). A
+/// signal that ends this process ends that one, too.
 int runNativeCompiler(const std::string& compiler, const std::filesystem::path& assembly,
                       const std::filesystem::path& runtime, const std::filesystem::path& output);
 

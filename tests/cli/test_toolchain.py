@@ -8,7 +8,7 @@ import signal
 import subprocess
 import unittest
 
-from harness import CommandLineTest, RUNTIME
+from harness import CommandLineTest, PROGRAM, RUNTIME
 
 NOT_FOUND = "No native compiler found (install gcc or clang).\n"
 FAILED = "Native compilation failed.\n"
@@ -92,12 +92,49 @@ class Search(CommandLineTest):
 
 
 class Call(CommandLineTest):
+    def tools(self, name):
+        """Makes a folder with a real native compiler and what it has to find itself."""
+        tools = self.directory / name
+        tools.mkdir()
+        for tool in (name, "as", "ld"):
+            found = shutil.which(tool, path=SEARCH_PATH)
+            self.assertIsNotNone(found, f"these tests need {tool}")
+            (tools / tool).symlink_to(found)
+        return tools
+
     def test_arguments(self):
         gcc = self.stub("gcc")
         self.assertEqual(self.krelcc("prog.krl", "-o", "my out", "--asm-dump"),
                          (0, 'Assembly written to "prog.s".\n' + self.compiled(output="my out"),
                           ""))
         self.assertEqual(self.called(), [str(gcc), "prog.s", str(RUNTIME), "-o", "my out"])
+
+    def test_paths_that_look_like_options_are_handed_over_as_files(self):
+        gcc = self.stub("gcc")
+        for stem in ("@prog", "-prog"):
+            source = f"./{stem}.krl"
+            self.write(source, PROGRAM)
+            self.assertEqual(self.krelcc(source, "-o", stem, "--asm-dump"),
+                             (0, f'Assembly written to "{stem}.s".\n' +
+                              self.compiled(source, stem), ""))
+            self.assertEqual(self.called()[-5:],
+                             [str(gcc), f"./{stem}.s", str(RUNTIME), "-o", f"./{stem}"])
+
+    def test_files_of_options_are_not_read(self):
+        # With the real compilers, which would print their version and build nothing.
+        for name in ("gcc", "clang"):
+            with self.subTest(compiler=name):
+                tools = self.tools(name)
+                self.write("@r.krl", PROGRAM)
+                self.write("r.s", "--version")
+                self.write("r", "--version")
+                self.assertEqual(self.krelcc("@r.krl", "--asm-dump",
+                                             environment={"PATH": str(tools)}),
+                                 (0, 'Assembly written to "@r.s".\n' +
+                                  self.compiled("@r.krl", "@r"), ""))
+                ran = subprocess.run([self.directory / "@r"], capture_output=True, check=False)
+                self.assertEqual((ran.returncode, ran.stdout), (0, b"hello"))
+                (self.directory / "@r").unlink()
 
     def test_standard_streams_are_inherited(self):
         self.stub("gcc", 'read word; echo "out $word"; echo "err $word" >&2')
@@ -116,13 +153,7 @@ class Call(CommandLineTest):
     def test_both_compilers_build_the_program(self):
         for name in ("gcc", "clang"):
             with self.subTest(compiler=name):
-                found = shutil.which(name, path=SEARCH_PATH)
-                self.assertIsNotNone(found, f"these tests need {name}")
-                tools = self.directory / name
-                tools.mkdir()
-                # Whichever is found has to find its assembler and linker itself.
-                for tool in (name, "as", "ld"):
-                    (tools / tool).symlink_to(shutil.which(tool, path=SEARCH_PATH))
+                tools = self.tools(name)
                 self.assertEqual(self.krelcc("prog.krl", environment={"PATH": str(tools)}),
                                  (0, self.compiled(), ""))
                 ran = subprocess.run([self.directory / "prog"], capture_output=True, check=False)

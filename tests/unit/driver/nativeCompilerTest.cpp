@@ -53,6 +53,17 @@ TEST_F(NativeCompilerTest, PassesItsArgumentsInOrder) {
     EXPECT_EQ(result.err, "");
 }
 
+TEST_F(NativeCompilerTest, PassesNoPathThatItWouldTakeForAnOption) {
+    const std::string compiler = script("for argument; do echo \"<$argument>\"; done");
+    const ChildResult result =
+        runInChild([&] { return runNativeCompiler(compiler, "@in.s", "-runtime.o", "-out"); });
+    EXPECT_TRUE(result.hasExitedWith(0));
+    EXPECT_EQ(result.out, "<./@in.s>\n<./-runtime.o>\n<-o>\n<./-out>\n");
+    const ChildResult below = runInChild(
+        [&] { return runNativeCompiler(compiler, "dir/@in.s", "/-runtime.o", "./@out"); });
+    EXPECT_EQ(below.out, "<dir/@in.s>\n</-runtime.o>\n<-o>\n<./@out>\n");
+}
+
 TEST_F(NativeCompilerTest, InheritsTheStandardStreams) {
     const ChildResult result = runScript("echo to out; echo to err >&2");
     EXPECT_EQ(result.out, "to out\n");

@@ -1,0 +1,126 @@
+// Signals that end the compiler. The handler uses nothing but system calls and what is declared
+// here, and whoever changes that holds the signals back meanwhile: so the handler never meets it
+// half done, nor a file or a child that it does not know yet.
+
+#include "driver/interruption.hpp"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <ctime>
+
+namespace CompilerDriver {
+
+namespace {
+
+/// All that end a process unless it says otherwise, and that somebody sends or the system sends for
+/// what the process asked of it. Faults of the compiler itself are not among them.
+constexpr std::array watched = {SIGHUP,  SIGINT,  SIGQUIT,   SIGPIPE, SIGALRM, SIGTERM,
+                                SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGUSR1, SIGUSR2};
+
+std::atomic<DoomedFile*> doomedFiles = nullptr;
+std::atomic<pid_t> childProcess = 0;
+
+/// Passes the signal on and waits until the child is gone. A child that has been waited for already
+/// is left alone: its number may be another process's by now.
+void endChild(int signal) {
+    const pid_t child = childProcess;
+    if (child == 0 || waitpid(child, nullptr, WNOHANG) != 0) {
+        return;
+    }
+    kill(child, signal);
+    constexpr timespec pause = {0, 10'000'000};
+    for (int pauses = 0; pauses < 100; ++pauses) {
+        if (waitpid(child, nullptr, WNOHANG) != 0) {
+            return;
+        }
+        nanosleep(&pause, nullptr);
+    }
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+}
+
+sigset_t watchedSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : watched) {
+        sigaddset(&signals, signal);
+    }
+    return signals;
+}
+
+}  // namespace
+
+/// The handler. The signal that it raises comes when it returns, and ends the process.
+void undoAndEnd(int signal) {
+    endChild(signal);
+    for (const DoomedFile* file = doomedFiles; file != nullptr; file = file->next) {
+        unlink(file->path);
+    }
+    std::signal(signal, SIG_DFL);
+    raise(signal);
+}
+
+namespace {
+
+/// Sets the handler for the watched signals that nobody has decided on yet.
+void watchSignals() {
+    struct sigaction action = {};
+    action.sa_handler = undoAndEnd;
+    action.sa_mask = watchedSignals();
+    for (const int signal : watched) {
+        struct sigaction present = {};
+        sigaction(signal, nullptr, &present);
+        if (present.sa_handler == SIG_DFL) {
+            sigaction(signal, &action, nullptr);
+        }
+    }
+}
+
+}  // namespace
+
+SignalsHeld::SignalsHeld() {
+    const sigset_t signals = watchedSignals();
+    sigprocmask(SIG_BLOCK, &signals, &before);
+}
+
+SignalsHeld::~SignalsHeld() {
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
+void SignalsHeld::releaseInChild() const {
+    for (const int signal : watched) {
+        struct sigaction present = {};
+        sigaction(signal, nullptr, &present);
+        if (present.sa_handler == undoAndEnd) {
+            std::signal(signal, SIG_DFL);
+        }
+    }
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
+DoomedFile::DoomedFile(const char* itsPath) : path(itsPath), next(doomedFiles) {
+    watchSignals();
+    doomedFiles = this;
+}
+
+DoomedFile::~DoomedFile() {
+    if (doomedFiles == this) {
+        doomedFiles = next;
+        return;
+    }
+    DoomedFile* newer = doomedFiles;
+    while (newer->next != this) {
+        newer = newer->next;
+    }
+    newer->next = next;
+}
+
+void setChild(pid_t child) {
+    watchSignals();
+    childProcess = child;
+}
+
+}  // namespace CompilerDriver

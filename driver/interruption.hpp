@@ -1,0 +1,50 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <csignal>
+
+/// What a signal that ends the compiler has to undo: the native compiler that it has started, and
+/// the temporary files that it has made. Signals that are ignored, or that somebody else handles,
+/// when the first of these appears stay as they are. Process-wide, since signals are.
+namespace CompilerDriver {
+
+/// As long as it lives, signals that would end the process wait. Not for long stretches: a user who
+/// presses Ctrl-C waits, too.
+class SignalsHeld {
+public:
+    SignalsHeld();
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+    ~SignalsHeld();
+
+    /// For a new child, before it becomes another program: signals act as they did before the
+    /// compiler watched them. Changes no memory, so it may run in a child of vfork.
+    void releaseInChild() const;
+
+private:
+    sigset_t before;
+};
+
+/// A file that is deleted when a signal ends the process. Has to be made and destroyed while
+/// signals are held, together with the file.
+class DoomedFile {
+public:
+    /// The path stays the caller's and must outlive this object.
+    explicit DoomedFile(const char* itsPath);
+    DoomedFile(const DoomedFile&) = delete;
+    DoomedFile& operator=(const DoomedFile&) = delete;
+    ~DoomedFile();
+
+private:
+    friend void undoAndEnd(int signal);
+
+    const char* path;
+    DoomedFile* next;
+};
+
+/// Names the child process that a signal is passed on to. The compiler then waits for its end, and
+/// kills it after a second. To be called while signals are held.
+void setChild(pid_t child);
+
+}  // namespace CompilerDriver

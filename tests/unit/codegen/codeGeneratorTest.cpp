@@ -291,6 +291,16 @@ TEST_F(CodeGeneratorTest, IndexesMayBeNestedToAnyDepth) {
     EXPECT_EQ(errorOf({("x = " + nested("0.5", depth)).c_str()}), "unknown IR value: 0.5");
 }
 
+TEST_F(CodeGeneratorTest, InnermostOfNestedElementsIsLoadedFirst) {
+    declareArray(table, "f", "int", "a", 1);
+    declareArray(table, "f", "int", "b", 1);
+    declareArray(table, "f", "int", "c", 1);
+    EXPECT_EQ(bodyOf({"x = a[b[c[7]]]"}),
+              "\tmovq $7, %r11\n\tleaq -24(%rbp), %r10\n\tmovq (%r10,%r11,8), %r11\n"
+              "\tleaq -16(%rbp), %r10\n\tmovq (%r10,%r11,8), %r11\n"
+              "\tleaq -8(%rbp), %r10\n\tmovq (%r10,%r11,8), %rax\n\tmovq %rax, -32(%rbp)\n");
+}
+
 TEST_F(CodeGeneratorTest, ArraysOfNoSymbolAreUnknown) {
     EXPECT_EQ(errorOf({"x = a[0]"}), "unknown array: a");
     EXPECT_EQ(errorOf({"a[0] = 1"}), "unknown array: a");

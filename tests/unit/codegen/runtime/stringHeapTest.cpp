@@ -382,6 +382,28 @@ TEST(StringHeapTest, MemoryOfLargeStringsGoesBackToTheSystem) {
     EXPECT_EQ(make(*heap, text), text);
 }
 
+// A region that has kept some of its memory is joined with one that has all of it, and the memory
+// of both is given back then.
+TEST(StringHeapTest, MemoryOfJoinedLargeStringsGoesBackToTheSystem) {
+    auto heap = openHeap();
+    const std::size_t length = 32 * megabyte;
+    const char* first = make(*heap, std::string(length, 'x'));
+    const char* second = make(*heap, std::string(length, 'y'));
+    const char* third = make(*heap, std::string(length, 'z'));
+    collect(*heap, {addressOf(second), addressOf(third)});
+    collect(*heap, {addressOf(third)});
+    collect(*heap, {});
+    EXPECT_LT(residentBytes(first, length), 8 * megabyte);
+    EXPECT_LT(residentBytes(second, length), megabyte);
+    EXPECT_LT(residentBytes(third, length), megabyte);
+    // The same for two that die at once.
+    first = make(*heap, std::string(length, 'x'));
+    second = make(*heap, std::string(length / 2, 'y'));
+    collect(*heap, {});
+    EXPECT_LT(residentBytes(first, length), 8 * megabyte);
+    EXPECT_LT(residentBytes(second, length / 2), megabyte);
+}
+
 TEST(StringHeapTest, ExhaustedMemoryIsNoRoom) {
     auto heap = openHeap(64);
     EXPECT_EQ(heap->allocate(64 * krel::blockSize), nullptr);

@@ -9,6 +9,9 @@ namespace {
 constexpr std::size_t fewestBlocks = 16;
 
 // Sizes of the parts of a reservation: whole pages.
+constexpr std::size_t heapSize(std::size_t count) {
+    return (count + BlockTable::margin) * blockSize;
+}
 constexpr std::size_t tableSize(std::size_t count) {
     return (count * sizeof(Block) + pageSize - 1) / pageSize * pageSize;
 }
@@ -16,7 +19,7 @@ constexpr std::size_t marksSize(std::size_t count) {
     return (count * sizeof(BlockMarks) + pageSize - 1) / pageSize * pageSize;
 }
 constexpr std::size_t reservationSize(std::size_t count) {
-    return count * blockSize + tableSize(count) + marksSize(count);
+    return heapSize(count) + tableSize(count) + marksSize(count);
 }
 
 bool canReserve(std::size_t length) {
@@ -54,8 +57,8 @@ bool BlockTable::reserve(std::size_t count) {
     }
     constexpr std::size_t heapPiece = std::size_t{1} << 20;
     constexpr std::size_t recordPiece = std::size_t{1} << 16;
-    heap = AddressRange(address, count * blockSize, heapPiece);
-    table = AddressRange(address + count * blockSize, tableSize(count), recordPiece);
+    heap = AddressRange(address, heapSize(count), heapPiece);
+    table = AddressRange(heap.begin() + heap.size(), tableSize(count), recordPiece);
     marks = AddressRange(table.begin() + table.size(), marksSize(count), recordPiece);
     return true;
 }
@@ -75,7 +78,7 @@ BlockNumber BlockTable::take(std::uint32_t span, BlockUse use) {
             const std::uint32_t resident = head.resident > span ? head.resident - span : 0;
             entries()[first + span] = {BlockUse::free, 0, false, rest, noBlock, resident};
         }
-        entries()[first] = {use, 0, false, span, noBlock, 0};
+        beginRegion(first, span, use);
         cursor += span;
         return first;
     }
@@ -85,11 +88,12 @@ BlockNumber BlockTable::take(std::uint32_t span, BlockUse use) {
 
 BlockNumber BlockTable::extend(BlockNumber first, std::uint32_t span, BlockUse use) {
     const std::size_t newEnd = std::size_t{first} + span;
-    if (!heap.makeUsable(newEnd * blockSize) || !table.makeUsable(newEnd * sizeof(Block)) ||
+    if (!heap.makeUsable((newEnd + margin) * blockSize) ||
+        !table.makeUsable(newEnd * sizeof(Block)) ||
         !marks.makeUsable(newEnd * sizeof(BlockMarks))) {
         return noBlock;
     }
-    entries()[first] = {use, 0, false, span, noBlock, 0};
+    beginRegion(first, span, use);
     // The old end may now lie within the region.
     for (BlockNumber* cursor : {&cursorForOne, &cursorForMany}) {
         if (*cursor == blockCount) {
@@ -98,6 +102,13 @@ BlockNumber BlockTable::extend(BlockNumber first, std::uint32_t span, BlockUse u
     }
     blockCount = static_cast<BlockNumber>(newEnd);
     return first;
+}
+
+void BlockTable::beginRegion(BlockNumber first, std::uint32_t span, BlockUse use) {
+    entries()[first] = {use, 0, false, span, noBlock, 0};
+    for (std::uint32_t before = 1; before < span; ++before) {
+        entries()[first + before] = {BlockUse::inner, 0, false, before, noBlock, 0};
+    }
 }
 
 }  // namespace krel

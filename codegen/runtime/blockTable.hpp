@@ -1,8 +1,10 @@
 // The blocks that string memory consists of, and what each one is used for.
 //
-// Blocks are numbered from 0. They form regions, runs of blocks with one use; only a region's first
-// block, its head, has a valid entry in the table. The entries of the others are left over from
-// earlier uses. Regions cover the blocks up to end() without gaps.
+// Blocks are numbered from 0. They form regions, runs of blocks with one use, which cover the
+// blocks up to end() without gaps. The entry of a region's first block, its head, describes it. The
+// other entries of a large string say how far back the head is; those of a free region are left
+// over from earlier uses, but none of them is that of a region in use. So every block leads to its
+// region: see findHead.
 #pragma once
 
 #include <cstddef>
@@ -17,16 +19,17 @@ using BlockNumber = std::uint32_t;
 inline constexpr BlockNumber noBlock = ~BlockNumber{0};
 
 enum class BlockUse : std::uint8_t {
-    free,   // nothing lives here
-    cells,  // one block, cut into the cells of a size class
-    single  // one large string
+    free,    // nothing lives here
+    cells,   // one block, cut into the cells of a size class
+    single,  // one large string
+    inner    // a later block of a large string; or left over in a free region
 };
 
 struct Block {
     BlockUse use;
     std::uint8_t sizeClass;   // of cells
     bool marked;              // of a single string: it is alive
-    std::uint32_t span;       // how many blocks the region has
+    std::uint32_t span;       // how many blocks the region has, or has before an inner block
     BlockNumber nextPartial;  // of cells: the next block on the list of its size class
     std::uint32_t resident;   // of a free region: only so many blocks have memory behind them
 };
@@ -43,11 +46,14 @@ public:
     // when it does not allow enough to be of use; then there are none.
     bool open(std::size_t limit);
 
-    // Whether a string could lie there.
+    // The memory of so many blocks behind the last region can be read as well.
+    static constexpr std::size_t margin = 2;
+
+    // Whether a string, or the margin, could lie there.
     bool contains(std::uintptr_t address) const { return heap.contains(address); }
 
     // The address of a block's first byte.
-    std::uintptr_t addressOf(BlockNumber number) const { return heap.begin() + number * blockSize; }
+    std::uintptr_t addressOf(std::size_t number) const { return heap.begin() + number * blockSize; }
 
     // The number of the block that holds the address; not less than end() for any address that
     // lies outside the regions.
@@ -55,7 +61,20 @@ public:
         return (address - heap.begin()) / blockSize;
     }
 
-    // Valid for heads of regions only, and leftovers for other blocks below end().
+    // Goes from a block below end() to the head of its region. Returns false for a free block, and
+    // may then go anywhere.
+    bool findHead(std::size_t& number) {
+        const Block* block = entries() + number;
+        if (block->use == BlockUse::inner) [[unlikely]] {
+            const std::uint32_t before = block->span;
+            number -= before;
+            block = entries() + number;
+            return block->use == BlockUse::single && before < block->span;
+        }
+        return block->use != BlockUse::free;
+    }
+
+    // Describes a region where the block is the head of one.
     Block& operator[](std::size_t number) { return entries()[number]; }
 
     // The marks of a block that is in use for cells.
@@ -77,6 +96,7 @@ public:
 private:
     Block* entries() { return reinterpret_cast<Block*>(table.begin()); }
     bool reserve(std::size_t count);
+    void beginRegion(BlockNumber first, std::uint32_t span, BlockUse use);
     BlockNumber extend(BlockNumber first, std::uint32_t span, BlockUse use);
 
     AddressRange heap;

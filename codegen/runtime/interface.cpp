@@ -23,6 +23,9 @@ const char* doubleToTextThoroughly(double value);
 struct QuickWay {
     static constexpr bool isQuick = true;
 
+    // The length of a text of the runtime; too large for this way if it is the end of another one.
+    static std::size_t lengthFrom(const char* text) { return StringHeap::lengthOf(text); }
+
     // Sets `text` to room for so many bytes; returns false when there is none.
     static bool getRoom(std::size_t length, const char*, const char*, char*& text) {
         return stringHeap.allocateShort(length, text);
@@ -35,6 +38,8 @@ struct QuickWay {
 
 struct ThoroughWay {
     static constexpr bool isQuick = false;
+
+    static std::size_t lengthFrom(const char* text) { return stringHeap.lengthFrom(text); }
 
     static bool getRoom(std::size_t length, const char* left, const char* right, char*& text) {
         text = stringHeap.allocate(length, left, right);
@@ -51,11 +56,12 @@ struct ThoroughWay {
 constexpr char lineFeed[chunkSize] = {'\n'};
 
 // An operand of a concatenation.
+template <typename Way>
 class Operand {
 public:
     explicit Operand(const char* bytes) : text(bytes) {
         if (stringHeap.owns(bytes)) {
-            space = StringHeap::lengthOf(bytes);
+            space = Way::lengthFrom(bytes);
         } else if (isLineFeed(bytes)) {
             text = lineFeed;
             space = 1;
@@ -69,8 +75,10 @@ public:
     // Takes at most so many bytes when it is written.
     std::size_t spaceNeeded() const { return space; }
 
+    // Whether the way may go on with it.
+    bool isFit() const { return !Way::isQuick || space <= SizeClasses::smallLimit; }
+
     // Writes what the text stands for and returns the byte after it.
-    template <typename Way>
     char* write(char* to) const {
         if (!isPlain) {
             return decode(text, to);
@@ -101,17 +109,20 @@ constexpr CharacterTexts characterTexts;
 
 template <typename Way>
 const char* concatenate(const char* left, const char* right) {
-    const Operand first(left);
-    if (Way::isQuick && first.spaceNeeded() > SizeClasses::smallLimit) [[unlikely]] {
+    const Operand<Way> first(left);
+    if (!first.isFit()) [[unlikely]] {
         return concatenateThoroughly(left, right);
     }
-    const Operand second(right);
+    const Operand<Way> second(right);
+    if (!second.isFit()) [[unlikely]] {
+        return concatenateThoroughly(left, right);
+    }
     char* text;
     if (!Way::getRoom(first.spaceNeeded() + second.spaceNeeded(), left, right, text)) [[unlikely]] {
         return concatenateThoroughly(left, right);
     }
-    char* middle = first.write<Way>(text);
-    return StringHeap::setEnd(text, second.write<Way>(middle));
+    char* middle = first.write(text);
+    return StringHeap::setEnd(text, second.write(middle));
 }
 
 template <typename Way>
@@ -151,13 +162,24 @@ const char* doubleToText(double value) {
     return doubleToText<ThoroughWay>(value);
 }
 
+[[gnu::noinline]] void printThoroughly(const char* text) {
+    standardOutput.print(text, stringHeap.lengthFrom(text));
+}
+
 }  // namespace
 
 }  // namespace krel
 
+// Where an address lies in no text, what seems to be its length may be any number: what the buffer
+// has room for can be read.
+static_assert(krel::Output::capacity < krel::StringHeap::readableLength);
+
 void krel_print(const char* text) {
     if (krel::stringHeap.owns(text)) {
-        krel::standardOutput.print(text, krel::StringHeap::lengthOf(text));
+        const std::size_t length = krel::StringHeap::lengthOf(text);
+        if (!krel::standardOutput.printToBuffer(text, length)) [[unlikely]] {
+            krel::printThoroughly(text);
+        }
     } else {
         krel::standardOutput.printLiteral(text);
     }

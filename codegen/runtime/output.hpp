@@ -22,12 +22,19 @@ public:
 
     // Prints `length` bytes as they are. Up to 16 bytes after them are read.
     void print(const char* text, std::size_t length) {
-        if (length <= static_cast<std::size_t>(limit - next)) [[likely]] {
-            copyChunks(next, text, length);
-            next += length;
-        } else {
+        if (!printToBuffer(text, length)) [[unlikely]] {
             printSlowly(text, length);
         }
+    }
+
+    // The same where the buffer has room for so many bytes; or else does nothing and returns false.
+    [[nodiscard]] bool printToBuffer(const char* text, std::size_t length) {
+        if (length > static_cast<std::size_t>(limit - next)) [[unlikely]] {
+            return false;
+        }
+        copyChunks(next, text, length);
+        next += length;
+        return true;
     }
 
     // Prints the text that a literal stands for.

@@ -8,6 +8,7 @@ namespace {
 constexpr std::size_t singleTextOffset = 64;
 
 constexpr std::size_t longestText = StringHeap::mostBlocks * blockSize / 2;
+static_assert(longestText >> 56 == 0, "the byte before a text is 0");
 
 // The callee-saved registers, written to memory where the scan of the stack sees them.
 struct SavedRegisters {
@@ -65,6 +66,43 @@ void StringHeap::open(std::uintptr_t endOfStack, std::size_t blockLimit) {
     budget = bytesBeforeFirstCollection;
     activeClasses = (std::uint64_t{1} << sizeClassCount) - 1;
     resetRuns();
+}
+
+// ---- Addresses ----
+
+// Finds the place of the string that an address points into: at the text, its NUL or the unused
+// rest behind it. Returns false when it points elsewhere. Whether there is a string is not said.
+[[gnu::always_inline]] inline bool StringHeap::findPlace(std::uintptr_t address, Place& place) {
+    std::size_t head = blocks.numberAt(address);
+    if (head >= blocks.end() || !blocks.findHead(head)) {
+        return false;
+    }
+    const Block& block = blocks[head];
+    const std::size_t offset = address - blocks.addressOf(head);
+    std::size_t textOffset = singleTextOffset;
+    place.head = head;
+    if (block.use == BlockUse::single) {
+        place.capacity = block.span * blockSize - singleTextOffset - chunkSize;
+    } else {
+        const SizeClass& sizeClass = sizeClasses[block.sizeClass];
+        place.cell = static_cast<std::uint32_t>(offset * sizeClass.reciprocal >> 32);
+        if (place.cell >= sizeClass.cellCount) {
+            return false;
+        }
+        place.capacity = sizeClass.cellSize - lengthFieldSize;
+        textOffset = std::size_t{place.cell} * sizeClass.cellSize + lengthFieldSize;
+    }
+    place.before = offset - textOffset;
+    return place.before < place.capacity;
+}
+
+[[gnu::noinline]] std::size_t StringHeap::measure(const char* text) {
+    Place place;
+    if (!findPlace(reinterpret_cast<std::uintptr_t>(text), place)) {
+        return 0;
+    }
+    const std::size_t length = lengthOf(text - place.before);
+    return length < place.capacity && place.before <= length ? length - place.before : 0;
 }
 
 // ---- Allocation ----
@@ -252,25 +290,17 @@ void StringHeap::clearMarks(BlockNumber number) {
     }
 }
 
-// Marks the string whose text begins at the address, if there is one. A block inside a region has
-// a leftover entry; what is marked there by mistake is never read.
+// Marks the string that the address points into, if there is one.
 void StringHeap::mark(std::uintptr_t word) {
-    const std::size_t number = blocks.numberAt(word);
-    if (number >= blocks.end()) {
+    Place place;
+    if (!findPlace(word, place)) {
         return;
     }
-    Block& block = blocks[number];
-    const std::size_t offset = word - blocks.addressOf(static_cast<BlockNumber>(number));
-    if (block.use == BlockUse::single) {
-        block.marked |= offset == singleTextOffset;
-    } else if (block.use == BlockUse::cells && offset >= lengthFieldSize) {
-        const SizeClass& sizeClass = sizeClasses[block.sizeClass];
-        const std::size_t cellOffset = offset - lengthFieldSize;
-        const auto cell = static_cast<std::uint32_t>(cellOffset * sizeClass.reciprocal >> 32);
-        if (std::size_t{cell} * sizeClass.cellSize == cellOffset && cell < sizeClass.cellCount) {
-            blocks.marksOf(number).words[cell / markWordBits] |= std::uint64_t{1}
-                                                                 << cell % markWordBits;
-        }
+    if (blocks[place.head].use == BlockUse::single) {
+        blocks[place.head].marked = true;
+    } else {
+        blocks.marksOf(place.head).words[place.cell / markWordBits] |= std::uint64_t{1}
+                                                                       << place.cell % markWordBits;
     }
 }
 

@@ -2,9 +2,10 @@
 //
 // All strings lie in one reserved address range, so that a pointer's value tells whether a text
 // was made here or is a literal. A string is its length in eight bytes, the text and a NUL. The
-// program holds strings by the address of their first byte, in stack slots and nowhere else; and
-// a string holds no addresses. So the strings that are alive are those whose address stands
-// somewhere on the stack, and one look at each word of the stack finds them all.
+// program holds strings by the address of their first byte or of a later one up to the NUL, which
+// stands for the rest of the text, in stack slots and nowhere else; and a string holds no
+// addresses. So the strings that are alive are those into which an address on the stack points, and
+// one look at each word of the stack finds them all.
 #pragma once
 
 #include <cstddef>
@@ -44,8 +45,8 @@ public:
 
     // Returns room for a text of up to `length` bytes, or nullptr when memory is exhausted. It is
     // no string before setEnd; up to 15 bytes beyond the room for the NUL may be written with
-    // anything. Every string whose address is not on the stack may be taken back before,
-    // except `left` and `right`, which may also be addresses of anything else.
+    // anything. Every string into which no address on the stack points may be taken back before,
+    // except those of `left` and `right`, which may also be addresses of anything else.
     [[nodiscard]] char* allocate(std::size_t length, const char* left = nullptr,
                                  const char* right = nullptr) {
         const std::size_t bytes = lengthFieldSize + length + 1;
@@ -70,14 +71,34 @@ public:
         return takeCell(runs[sizeClass], smallestCell + sizeClass * 8, text);
     }
 
-    // Whether the text is one that this heap handed out.
+    // Whether the text is one that this heap handed out, or the end of one. The first bytes of the
+    // heap are no text, and what is before them cannot be read.
     bool owns(const char* text) const {
-        return blocks.contains(reinterpret_cast<std::uintptr_t>(text));
+        return blocks.contains(reinterpret_cast<std::uintptr_t>(text) - lengthFieldSize);
     }
 
-    // The length of a text of this heap.
+    // The length of the string of this heap that begins at `text`. At a later byte of a string's
+    // text, and at its NUL, the result is 2^56 or more: the byte before is one of the text then,
+    // and none of those is 0, as the highest byte of a length is.
     static std::size_t lengthOf(const char* text) {
-        return *reinterpret_cast<const std::size_t*>(text - lengthFieldSize);
+        struct [[gnu::packed, gnu::may_alias]] Unaligned {
+            std::size_t value;
+        };
+        return reinterpret_cast<const Unaligned*>(text - lengthFieldSize)->value;
+    }
+
+    // Fewer bytes than that, and 15 more, can be read from every address in a block.
+    static constexpr std::size_t readableLength = (BlockTable::margin - 1) * blockSize + 1;
+
+    // The length of the text from an address of this heap on, which need not be where the string
+    // begins. For an address that lies in no string the result is any: so many bytes can be read,
+    // and up to 15 beyond them.
+    std::size_t lengthFrom(const char* text) {
+        const std::size_t length = lengthOf(text);
+        if (length < readableLength) [[likely]] {
+            return length;
+        }
+        return measure(text);
     }
 
     // Makes what was written to the room at `text` a string that ends before `end`.
@@ -87,7 +108,7 @@ public:
         return text;
     }
 
-    // Takes back every string whose address is not among the words from `first` up to `last`.
+    // Takes back every string into which none of the words from `first` up to `last` points.
     void collect(const std::uintptr_t* first, const std::uintptr_t* last);
 
     // How many collections there have been.
@@ -121,6 +142,14 @@ private:
         std::size_t residentFreeBlocks;  // free blocks with memory behind them
     };
 
+    // What an address points into: room for one string.
+    struct Place {
+        std::size_t head;      // of the region
+        std::uint32_t cell;    // of a block of cells
+        std::size_t capacity;  // for the text and its NUL
+        std::size_t before;    // how many bytes of that lie before the address
+    };
+
     static bool takeCell(Run& run, std::size_t cellSize, char*& text) {
         const std::uintptr_t cell = run.next;
         if (cell == run.end || KREL_COLLECT_ALWAYS) [[unlikely]] {
@@ -131,6 +160,8 @@ private:
         return true;
     }
 
+    std::size_t measure(const char* text);
+    bool findPlace(std::uintptr_t address, Place& place);
     char* allocateSlowly(std::size_t length, const char* left, const char* right);
     char* allocateCell(std::size_t bytes);
     char* allocateBlocks(std::size_t length);

@@ -23,6 +23,19 @@ void setFree(BlockTable& table, BlockNumber number) {
     table[number].resident = table[number].span;
 }
 
+using Heads = std::vector<std::size_t>;
+constexpr std::size_t none = noBlock;
+
+// For each block the head of the region in use that it is part of.
+Heads headsOf(BlockTable& table) {
+    Heads heads;
+    for (std::size_t number = 0; number < table.end(); ++number) {
+        std::size_t head = number;
+        heads.push_back(table.findHead(head) ? head : none);
+    }
+    return heads;
+}
+
 void fill(BlockTable& table, BlockNumber number, char byte) {
     auto* bytes = reinterpret_cast<char*>(table.addressOf(number));
     for (std::size_t i = 0; i < table[number].span * krel::blockSize; i += 4096) {
@@ -53,12 +66,48 @@ TEST(BlockTableTest, KnowsWhereBlocksLie) {
     EXPECT_EQ(table.addressOf(2), first + 2 * krel::blockSize);
     EXPECT_EQ(table.numberAt(first + 2 * krel::blockSize - 1), 1U);
     EXPECT_TRUE(table.contains(first));
-    EXPECT_TRUE(table.contains(first + 64 * krel::blockSize - 1));
-    EXPECT_FALSE(table.contains(first + 64 * krel::blockSize));
+    const std::uintptr_t end = first + (64 + BlockTable::margin) * krel::blockSize;
+    EXPECT_TRUE(table.contains(end - 1));
+    EXPECT_FALSE(table.contains(end));
     EXPECT_FALSE(table.contains(first - 1));
     table.take(1, BlockUse::cells);
     EXPECT_GE(table.numberAt(first - 1), table.end());
     EXPECT_GE(table.numberAt(0), table.end());
+}
+
+TEST(BlockTableTest, EveryBlockLeadsToItsRegion) {
+    BlockTable table;
+    ASSERT_TRUE(table.open(64));
+    table.take(2, BlockUse::single);
+    table.take(6, BlockUse::single);
+    table.take(1, BlockUse::cells);
+    EXPECT_EQ(headsOf(table), (Heads{0, 0, 2, 2, 2, 2, 2, 2, 8}));
+    setFree(table, 2);
+    EXPECT_EQ(headsOf(table), (Heads{0, 0, none, none, none, none, none, none, 8}));
+    // The later blocks of the free region still say what they were.
+    table.restartSearch();
+    table.take(3, BlockUse::single);
+    EXPECT_EQ(headsOf(table), (Heads{0, 0, 2, 2, 2, none, none, none, 8}));
+    table.take(1, BlockUse::cells);
+    table.take(2, BlockUse::single);
+    EXPECT_EQ(headsOf(table), (Heads{0, 0, 2, 2, 2, 5, 6, 6, 8}));
+    setFree(table, 2);
+    EXPECT_EQ(headsOf(table), (Heads{0, 0, none, none, none, 5, 6, 6, 8}));
+    // And a region that begins among them may reach further than its predecessor.
+    table.restartSearch();
+    table.take(1, BlockUse::cells);
+    table.take(2, BlockUse::single);
+    EXPECT_EQ(headsOf(table), (Heads{0, 0, 2, 3, 3, 5, 6, 6, 8}));
+}
+
+TEST(BlockTableTest, MemoryBehindTheLastRegionCanBeRead) {
+    BlockTable table;
+    ASSERT_TRUE(table.open(64));
+    for (BlockNumber taken = 0; taken < 64; ++taken) {
+        ASSERT_EQ(table.take(1, BlockUse::cells), taken);
+        const std::uintptr_t end = table.addressOf(table.end() + BlockTable::margin);
+        EXPECT_EQ(*reinterpret_cast<const volatile char*>(end - 1), '\0');
+    }
 }
 
 TEST(BlockTableTest, ReusesFreeRegionsAndSplitsThem) {
@@ -142,6 +191,7 @@ TEST(BlockTableTest, RegionsNeverOverlap) {
             return dies;
         });
         std::size_t inUse = 0;
+        Heads expectedHeads;
         BlockNumber number = 0;
         while (number < table.end()) {
             krel::Block& block = table[number];
@@ -153,10 +203,12 @@ TEST(BlockTableTest, RegionsNeverOverlap) {
                 next = number + block.span;
             }
             inUse += block.use == BlockUse::free ? 0 : 1;
+            expectedHeads.resize(next, block.use == BlockUse::free ? none : number);
             number = next;
         }
         ASSERT_EQ(number, table.end());
         ASSERT_EQ(inUse, taken.size());
+        ASSERT_EQ(headsOf(table), expectedHeads);
         table.restartSearch();
     }
 }

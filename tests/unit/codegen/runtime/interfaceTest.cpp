@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <fstream>
 #include <limits>
@@ -141,6 +142,88 @@ TEST_F(InterfaceTest, ConcatenatesOperandsOfEveryLength) {
             ASSERT_EQ(krel_concat(first.c_str(), madeSecond), first + second);
             ASSERT_EQ(krel_concat(madeFirst, second.c_str()), first + second);
         }
+    }
+}
+
+TEST_F(InterfaceTest, ConcatenatesTheEndsOfStrings) {
+    // The bytes before an end are never taken for its length, whatever they are.
+    for (const char byte : {'a', '\x01', '\xFF'}) {
+        for (const std::size_t length : {1UL, 7UL, 8UL, 30UL, 111UL, 119UL, 120UL, 300UL}) {
+            const std::string text(length, byte);
+            const char* made = krel_concat(text.c_str(), "");
+            for (std::size_t offset = 0; offset <= length; ++offset) {
+                const std::string rest = text.substr(offset);
+                ASSERT_EQ(krel_concat(made + offset, ""), rest);
+                ASSERT_EQ(krel_concat("", made + offset), rest);
+                ASSERT_EQ(krel_concat(made + offset, "right"), rest + "right");
+                ASSERT_EQ(krel_concat("left", made + offset), "left" + rest);
+                ASSERT_EQ(krel_concat(made + offset, made + offset), rest + rest);
+                ASSERT_EQ(krel_concat(made, made + offset), text + rest);
+                ASSERT_EQ(krel_concat(made + offset, made), rest + text);
+            }
+        }
+    }
+}
+
+TEST_F(InterfaceTest, ConcatenatesTheEndsOfLargeStrings) {
+    std::string text;
+    for (int i = 0; text.size() < 300'000; ++i) {
+        text += std::to_string(i);
+    }
+    const char* made = krel_concat(text.c_str(), "");
+    for (const std::size_t offset : {1UL, 65'471UL, 65'472UL, 65'473UL, 131'008UL, 250'000UL,
+                                     299'990UL, text.size() - 1, text.size()}) {
+        EXPECT_EQ(krel_concat(made + offset, "."), text.substr(offset) + ".");
+        EXPECT_EQ(krel_concat(made + offset, made + 5), text.substr(offset) + text.substr(5));
+    }
+}
+
+TEST_F(InterfaceTest, PrintsTheEndsOfStringsAsTheyAre) {
+    const char* made = krel_concat(R"(a\\nb\\)", krel_inttostring(123));
+    const std::string text = R"(a\nb\123)";
+    ASSERT_EQ(made, text);
+    for (std::size_t offset = 0; offset <= text.size(); ++offset) {
+        EXPECT_EQ(printed(made + offset), text.substr(offset));
+        EXPECT_EQ(krel_concat(made + offset, ""), text.substr(offset));
+    }
+}
+
+TEST_F(InterfaceTest, PrintsTheEndsOfLargeStrings) {
+    std::string text = R"(a\n)";
+    for (int i = 0; text.size() < 200'000; ++i) {
+        text += std::to_string(i);
+    }
+    const char* made = krel_concat(R"(a\\n)", krel_concat(text.c_str() + 3, ""));
+    for (const std::size_t offset : {0UL, 1UL, 70'000UL, 190'000UL, text.size()}) {
+        EXPECT_TRUE(printed(made + offset) == text.substr(offset)) << offset;
+    }
+}
+
+// Only the address that walks through the text says that it is in use.
+TEST_F(InterfaceTest, AStringLivesWhileAnAddressWalksThroughIt) {
+    for (const std::size_t length : {50UL, 3000UL, 200'000UL}) {
+        const std::string text(length, 'w');
+        const std::size_t stride = 1 + length / 100;
+        const std::size_t before = krel::stringHeap.collections();
+        const char* volatile place = krel_concat(text.c_str(), "");
+        for (std::size_t offset = 0; krel::stringHeap.collections() < before + 20;) {
+            ASSERT_EQ(krel_concat("", place), text.substr(offset));
+            const std::size_t next = offset < length ? std::min(offset + stride, length) : 0;
+            place = place + (next - offset);
+            offset = next;
+        }
+    }
+}
+
+TEST_F(InterfaceTest, AddressesBehindAStringDoNoHarm) {
+    for (const std::size_t length : {0UL, 1UL, 8UL, 20UL, 1000UL, 100'000UL}) {
+        const char* made = krel_concat(std::string(length, 'x').c_str(), "");
+        for (const std::size_t behind : {1UL, 2UL, 3UL, 7UL, 8UL, 9UL, 16UL, 33UL}) {
+            const char* text = krel_concat(made + length + behind, made + length + behind);
+            EXPECT_LE(krel::stringHeap.lengthFrom(text), 2 * krel::blockSize);
+            EXPECT_LE(printed(made + length + behind).size(), krel::blockSize);
+        }
+        EXPECT_EQ(made, std::string(length, 'x'));
     }
 }
 

@@ -77,6 +77,17 @@ std::vector<std::size_t> interestingLengths() {
     return lengths;
 }
 
+// The places in a text of that length, its NUL among them; only some of those in a long one.
+std::vector<std::size_t> offsetsIn(std::size_t length) {
+    std::vector<std::size_t> offsets;
+    for (std::size_t offset = 0; offset <= length; ++offset) {
+        if (offset < 50 || offset + 50 > length || offset % 499 == 0) {
+            offsets.push_back(offset);
+        }
+    }
+    return offsets;
+}
+
 // How many bytes of the pages that the text lies on are in memory.
 std::size_t residentBytes(const char* text, std::size_t length) {
     constexpr std::uintptr_t pageSize = 4096;
@@ -154,7 +165,6 @@ TEST(StringHeapTest, ReachableStringsAreKept) {
     }
 }
 
-// Only the address of the first byte keeps a string: the program never holds another one.
 TEST(StringHeapTest, NegatedAddressesKeepStringsToo) {
     auto heap = openHeap();
     for (const std::size_t length : {7UL, 5000UL, 200'000UL}) {
@@ -166,19 +176,114 @@ TEST(StringHeapTest, NegatedAddressesKeepStringsToo) {
     }
 }
 
-TEST(StringHeapTest, OtherAddressesInAStringDoNotKeepIt) {
+TEST(StringHeapTest, AddressesInAStringStandForTheRestOfIt) {
     auto heap = openHeap();
-    for (const std::size_t length : {3UL, 20UL, 100UL, 3000UL, 40'000UL, 200'000UL}) {
+    for (const std::size_t length : interestingLengths()) {
+        // Three neighbours; the bytes of the others are as close to a length's as a text's can be.
+        for (const std::string& text :
+             {patternOf(length, 1), std::string(length, '\x01'), std::string(length, '\xFF')}) {
+            const char* string = make(*heap, text);
+            for (const std::size_t offset : offsetsIn(length)) {
+                ASSERT_EQ(heap->lengthFrom(string + offset), length - offset) << length;
+                ASSERT_TRUE(heap->owns(string + offset));
+                ASSERT_EQ(StringHeap::lengthOf(string + offset) >> 56 == 0, offset == 0);
+            }
+        }
+    }
+}
+
+TEST(StringHeapTest, AnyAddressInAStringKeepsIt) {
+    auto heap = openHeap();
+    for (const std::size_t length : interestingLengths()) {
+        for (const std::size_t offset : {length, length / 2, std::size_t{1}}) {
+            if (offset > length) {
+                continue;
+            }
+            collect(*heap, {});
+            const std::string text = patternOf(length, 5);
+            make(*heap, text);
+            const char* string = make(*heap, text);
+            collect(*heap, {addressOf(string) + offset});
+            ASSERT_NE(make(*heap, patternOf(length, 6)), string) << length;
+            collect(*heap, {-(addressOf(string) + offset)});
+            for (unsigned i = 0; i < 3; ++i) {
+                ASSERT_NE(make(*heap, patternOf(length, i)), string) << length;
+            }
+            ASSERT_EQ(std::string_view(string, length), text);
+            ASSERT_EQ(heap->lengthFrom(string + offset), length - offset);
+        }
+    }
+}
+
+TEST(StringHeapTest, AddressesBesideAStringDoNotKeepIt) {
+    auto heap = openHeap();
+    for (const std::uint32_t size : krel::cellSizes) {
         collect(*heap, {});
-        const char* string = make(*heap, patternOf(length, 0));
-        Roots roots = {addressOf(string) + krel::blockSize};
-        for (std::size_t offset = 1; offset < krel::smallestCell; ++offset) {
-            roots.push_back(addressOf(string) + offset);
-            roots.push_back(addressOf(string) - offset);
+        const std::size_t length = size - krel::lengthFieldSize - 1;
+        const char* neighbour = make(*heap, patternOf(length, 0));
+        const char* string = make(*heap, patternOf(length, 1));
+        const auto cellSize = static_cast<std::size_t>(string - neighbour);
+        Roots roots;
+        for (std::size_t before = 1; before <= krel::lengthFieldSize; ++before) {
+            roots.push_back(addressOf(string) - before);
+            roots.push_back(-(addressOf(string) + cellSize - before));
         }
         collect(*heap, roots);
+        make(*heap, patternOf(length, 2));
+        EXPECT_EQ(make(*heap, patternOf(length, 3)), string) << length;
+    }
+    for (const std::size_t length : {40'000UL, 200'000UL}) {
+        collect(*heap, {});
+        const char* string = make(*heap, patternOf(length, 0));
+        const std::uintptr_t end = (addressOf(string) + length) / krel::blockSize * krel::blockSize;
+        collect(*heap, {addressOf(string) - 1, addressOf(string) - 64, end + 2 * krel::blockSize,
+                        end + 9 * krel::blockSize});
         EXPECT_EQ(make(*heap, patternOf(length, 1)), string) << length;
     }
+}
+
+// Wherever an address lies, what it stands for can be read. Each word in the strings, and behind
+// them, could be the length of another string.
+TEST(StringHeapTest, AddressesInNoStringCanBeRead) {
+    for (const std::size_t plausible : {0UL, 1UL, 100UL, 65'535UL, 65'536UL, 65'537UL, 1UL << 55}) {
+        constexpr std::size_t blockCount = 16;
+        auto heap = openHeap(blockCount);
+        const char* first = nullptr;
+        for (const std::size_t length : {300'000UL, 10UL, 32'000UL, 500'000UL, 1000UL}) {
+            char* room = heap->allocate(length);
+            ASSERT_NE(room, nullptr);
+            first = first == nullptr ? room : first;
+            for (std::size_t i = 0; i + sizeof plausible <= length + 1; i += sizeof plausible) {
+                std::memcpy(room + i, &plausible, sizeof plausible);
+            }
+            StringHeap::setEnd(room, room + length);
+        }
+        collect(*heap, {addressOf(first)});
+        ASSERT_EQ(heap->footprint(), blockCount * krel::blockSize);
+        const char* begin = first - 64;
+        std::size_t read = 0;
+        for (std::size_t offset = 0; offset < blockCount * krel::blockSize; ++offset) {
+            const char* text = begin + offset;
+            // What is before the heap cannot be read.
+            ASSERT_EQ(heap->owns(text), offset >= krel::lengthFieldSize);
+            if (!heap->owns(text)) {
+                continue;
+            }
+            const std::size_t length = heap->lengthFrom(text);
+            ASSERT_LE(length, 500'000U);
+            read += static_cast<unsigned char>(const_cast<const volatile char*>(text)[length + 15]);
+        }
+        EXPECT_LT(read, std::size_t{256} * blockCount * krel::blockSize);
+    }
+}
+
+TEST(StringHeapTest, FreeBlocksHoldTheEmptyText) {
+    auto heap = openHeap();
+    const char* string = make(*heap, patternOf(300'000, 0));
+    collect(*heap, {});
+    EXPECT_EQ(heap->lengthFrom(string), 0U);
+    EXPECT_EQ(heap->lengthFrom(string + 1), 0U);
+    EXPECT_EQ(heap->lengthFrom(string + 200'000), 0U);
 }
 
 TEST(StringHeapTest, RootsOutsideTheHeapAreIgnored) {
@@ -224,12 +329,16 @@ TEST(StringHeapTest, RandomStringsSurviveCollections) {
                 heldBytes -= entry.second.size();
                 return true;
             }
-            roots.push_back(addressOf(entry.first));
+            const std::uintptr_t address =
+                addressOf(entry.first) + random() % (entry.second.size() + 1);
+            roots.push_back(random() % 2 == 0 ? address : -address);
             return false;
         });
         collect(*heap, roots);
         for (const auto& [string, text] : held) {
             ASSERT_EQ(std::string_view(string, StringHeap::lengthOf(string)), text);
+            const std::size_t offset = random() % (text.size() + 1);
+            ASSERT_EQ(heap->lengthFrom(string + offset), text.size() - offset);
         }
     }
     EXPECT_LT(heap->footprint(), 3 * mostHeldBytes + 4 * megabyte);
@@ -293,7 +402,9 @@ TEST(StringHeapTest, OperandsSurviveWithoutBeingOnTheStack) {
     const char* left = make(heap, text);
     const char* right = make(heap, other);
     while (heap.collections() < 3) {
-        char* room = heap.allocate(1000, left, right);
+        // Any address in an operand will do.
+        const std::size_t offset = heap.collections() * 500;
+        char* room = heap.allocate(1000, left + offset, right + 1000 - offset);
         std::memset(room, '?', 1000);
         StringHeap::setEnd(room, room + 1000);
         ASSERT_EQ(left, text);

@@ -55,6 +55,19 @@ void writeTree(std::ostream& out, const Node& node) {
     out << ')';
 }
 
+void writeScopes(std::ostream& out, const Node& node) {
+    if (node.getKind() == "FunctionDeclaration") {
+        out << node.getStringValue() << ':';
+        for (const auto& symbol : symbolTable.symbolsOf(node.stringValue())) {
+            out << ' ' << symbol->getName() << '@' << symbol->getScope();
+        }
+        out << '\n';
+    }
+    for (const Node* child : node.getChildren()) {
+        writeScopes(out, *child);
+    }
+}
+
 /// Fields are told apart by this byte, which no text of a test contains.
 constexpr char fieldEnd = '\x1f';
 
@@ -68,6 +81,10 @@ int parseAndDescribe(const std::string& text) {
     }
     std::cout << fieldEnd;
     symbolTable.printSymbolTable();
+    std::cout << fieldEnd;
+    if (ast != nullptr) {
+        writeScopes(std::cout, *ast);
+    }
     return 0;
 }
 
@@ -83,7 +100,7 @@ Parsed parse(const std::string& text) {
         std::getline(fields, field, fieldEnd);
         return field;
     };
-    Parsed parsed{-1, false, 0, "", "", child.err};
+    Parsed parsed{-1, false, 0, "", "", "", child.err};
     if (!child.hasExitedWith(0)) {
         return parsed;
     }
@@ -92,6 +109,7 @@ Parsed parse(const std::string& text) {
     parsed.queued = std::stoul(next());
     parsed.tree = next();
     parsed.table = next();
+    parsed.scopes = next();
     return parsed;
 }
 

@@ -10,13 +10,16 @@ struct Parsed {
     std::size_t queued;  // symbols left without a scope
     std::string tree;    // see below
     std::string table;   // as printSymbolTable writes it
+    std::string scopes;  // a line for each function of the tree, see below
     std::string errors;  // standard error
 };
 
 /// Parses a text in a process of its own. The tree is given as
 ///     Kind<value>@line(child child ...)
 /// where the value is 'text', 12, 2.5d, %65 (the code of a character), true, or left out, and the
-/// parentheses are left out without children.
+/// parentheses are left out without children. The scopes are given as
+///     function: name@scope name@scope ...
+/// with the symbols that are filed below the function's name, in their order.
 Parsed parse(const std::string& text);
 
 /// The tree's text without the lines.

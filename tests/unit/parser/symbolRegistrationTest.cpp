@@ -59,6 +59,32 @@ TEST(SymbolRegistrationTest, EachFunctionHasItsScope) {
                                 "Scope: g\n" + function("g", "", 1) + integer("x", 1, 1));
 }
 
+TEST(SymbolRegistrationTest, EverySymbolHasTheScopeOfItsFunction) {
+    const Parsed parsed = parse(
+        "void f(int a, double b) { int x = 1, y = 2; int list[3]; int sized[x]; }\n"
+        "int g() { }\n"
+        "void h(string a) { string x = \"\"; double list[2] = {1.5, 2.5}; }");
+    EXPECT_EQ(parsed.errors, "");
+    EXPECT_EQ(parsed.scopes,
+              "f: f@f a@f b@f x@f y@f list@f sized@f\n"
+              "g: g@g\n"
+              "h: h@h a@h x@h list@h\n");
+}
+
+TEST(SymbolRegistrationTest, InnerDeclarationsHaveTheScopeOfTheFunction) {
+    const Parsed parsed = parse(
+        "void f() { { int a = 1; { int b[2]; } } while (a) { int c = 3; }\n"
+        "for (int d = 4; ; ) { int e = 5; } for (int g[2]; ; ) { }\n"
+        "if (a) { int h = 6; } elseif (a) { int i = 7; } else { int j = 8; } }");
+    EXPECT_EQ(parsed.errors, "");
+    EXPECT_EQ(parsed.scopes, "f: f@f a@f b@f c@f d@f e@f g@f h@f i@f j@f\n");
+}
+
+TEST(SymbolRegistrationTest, DeclarationsOutsideOfFunctionsHaveTheScopeOfTheNextOne) {
+    const Parsed parsed = parse("int early = 1; int row[2]; void f() { } void g() { }");
+    EXPECT_EQ(parsed.scopes, "f: f@f early@f row@f\ng: g@g\n");
+}
+
 TEST(SymbolRegistrationTest, DuplicatesAreReportedInOrderAndDropped) {
     const Parsed parsed =
         parse("void f(int p,\nint p,\nint f) {\nint x = 1;\nint x = 2;\nint p = 3;\nint f = 4; }");

@@ -226,6 +226,22 @@ TEST(LexerTest, BlockCommentsAreFoundAfterAnUnclosedString) {
               "2 T_STRING_LITERAL \"y\"\n");
 }
 
+TEST(LexerTest, UnclosedBlockCommentBehindAnUnclosedString) {
+    const std::string errors = "Lexer error at line 1: illegal character '\"'\n";
+    EXPECT_EQ(scan("\" #{\n\"a\" b"), errors + "2 T_STRING_LITERAL \"a\"\n2 T_ID b\n");
+    EXPECT_EQ(scan("\" a #{ b\n\n \"c\""), errors + "1 T_ID a\n3 T_STRING_LITERAL \"c\"\n");
+    EXPECT_EQ(scan("\" #{\n\"a\" \"b\n\"c\" #{\n\"d\""),
+              errors + "2 T_STRING_LITERAL \"a\"\n" +
+                  "Lexer error at line 2: illegal character '\"'\n2 T_ID b\n" +
+                  "3 T_STRING_LITERAL \"c\"\n4 T_STRING_LITERAL \"d\"\n");
+}
+
+TEST(LexerTest, UnclosedStringBehindAnUnclosedBlockComment) {
+    EXPECT_EQ(scan("#{\na \" b #{\n\"c\" #{ \"d\"\n\"e\""),
+              "2 T_ID a\nLexer error at line 2: illegal character '\"'\n2 T_ID b\n"
+              "3 T_STRING_LITERAL \"c\"\n4 T_STRING_LITERAL \"e\"\n");
+}
+
 TEST(LexerTest, LinesCountLineFeedsOnly) {
     EXPECT_EQ(scan("a\nb\n\n\nc"), "1 T_ID a\n2 T_ID b\n5 T_ID c\n");
     EXPECT_EQ(scan(" \n \n a"), "3 T_ID a\n");

@@ -194,6 +194,30 @@ TEST_F(SymbolTableTest, ManySymbolsAreFound) {
     }
 }
 
+TEST_F(SymbolTableTest, ScopesOfEverySizeEndTheSearchForAMissingName) {
+    constexpr int most = 130;
+    ASSERT_TRUE(openScope("f", 1));
+    for (int size = 1; size <= most; ++size) {
+        // The scope holds the function and size - 1 variables.
+        for (int missing = size; missing <= size + most; ++missing) {
+            const std::string name = "v" + std::to_string(missing);
+            ASSERT_EQ(table.lookup("f", Name{name}, 0), nullptr) << size << ' ' << name;
+        }
+        ASSERT_TRUE(file("f", ("v" + std::to_string(size)).c_str(), size));
+    }
+}
+
+TEST_F(SymbolTableTest, AnyNumberOfScopesEndsTheSearchForAMissingOne) {
+    constexpr int most = 130;
+    for (int count = 0; count <= most; ++count) {
+        for (int missing = count; missing <= count + most; ++missing) {
+            const std::string scope = "scope" + std::to_string(missing);
+            ASSERT_EQ(table.lookup(Name{scope}, "x", 0), nullptr) << count << ' ' << scope;
+        }
+        ASSERT_TRUE(openScope(("scope" + std::to_string(count)).c_str()));
+    }
+}
+
 std::string printed(const SymbolTable& table) {
     const StreamCapture out{std::cout};
     table.printSymbolTable();

@@ -123,6 +123,23 @@ TEST_F(KrelIRDeathTest, MalformedExpressions) {
                  "^Internal error: Unsupported lvalue node: IntLiteral\n$");
 }
 
+TEST_F(KrelIRDeathTest, NodesWithoutAnOperand) {
+    EXPECT_DEATH(linesOf({assignment(name("x"), named("BinaryOp", "+", {number(1)}))}),
+                 "^Internal error: BinaryOp node has fewer than 2 children.\n$");
+    EXPECT_DEATH(linesOf({assignment(name("x"), named("BinaryOp", "+"))}),
+                 "^Internal error: BinaryOp node has fewer than 1 children.\n$");
+    EXPECT_DEATH(linesOf({assignment(name("x"), named("UnaryOp", "-"))}),
+                 "^Internal error: UnaryOp node has fewer than 1 children.\n$");
+    EXPECT_DEATH(linesOf({assignment(name("x"), element(name("a"), nullptr))}),
+                 "^Internal error: ArrayAccess node has fewer than 2 children.\n$");
+    EXPECT_DEATH(linesOf({node("Assignment", {name("x")})}),
+                 "^Internal error: Assignment node has fewer than 2 children.\n$");
+    EXPECT_DEATH(linesOf({node("WhileStatement", {number(1)})}),
+                 "^Internal error: WhileStatement node has fewer than 2 children.\n$");
+    EXPECT_DEATH(linesOf({node("IfStatement", {named("BinaryOp", "<", {number(1)}), block({})})}),
+                 "^Internal error: BinaryOp node has fewer than 2 children.\n$");
+}
+
 TEST_F(KrelIRTest, OnlyTheStatementListsOfABlockAreLowered) {
     EXPECT_EQ(lower(named("FunctionDeclaration", "f",
                           {named("Type", "void"), node("ParameterList"),

@@ -1,0 +1,12 @@
+int value() {
+    exit(1);
+}
+
+void quit() {
+    exit();
+}
+
+void main() {
+    quit();
+    exit(2);
+}

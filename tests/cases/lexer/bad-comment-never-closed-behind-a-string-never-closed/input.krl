@@ -1,0 +1,6 @@
+" #{
+void main() {
+    print("a", "b\n");
+    " #{ x
+    print("c");
+}

@@ -23,6 +23,14 @@ SEMANTIC_ERROR = "void main() {\n    int x = true;\n}\n"
 GENERATOR_ERROR = "void main() {\n    int a[n];\n    int n = 3;\n    a[0] = 1;\n}\n"
 GENERATOR_MESSAGE = "Compilation error: array has no positive compile-time size: a\n"
 
+# The dumps of prog.krl, in the order in which they are written: options and messages.
+FLAGS = {"prog.ast.json": "--ast-dump", "prog.semantic.json": "--ast-semantic-dump",
+         "prog.ir": "--ir-dump", "prog.s": "--asm-dump"}
+WRITTEN = {"prog.ast.json": 'AST written to "prog.ast.json".\n',
+           "prog.semantic.json": 'AST written to "prog.semantic.json".\n',
+           "prog.ir": 'KrelIR written to "prog.ir".\n',
+           "prog.s": 'Assembly written to "prog.s".\n'}
+
 
 class CommandLineTest(unittest.TestCase):
     """A test with a fresh working directory, `self.directory`, that holds prog.krl.
@@ -89,7 +97,7 @@ class CommandLineTest(unittest.TestCase):
         return subprocess.Popen([name or str(program), *map(str, arguments)],
                                 executable=str(program), cwd=cwd or self.directory, env=environment,
                                 stdin=options.pop("stdin", subprocess.DEVNULL),
-                                stdout=subprocess.PIPE,
+                                stdout=options.pop("stdout", subprocess.PIPE),
                                 stderr=options.pop("stderr", subprocess.PIPE), text=True,
                                 errors="surrogateescape", **options)
 

@@ -6,15 +6,9 @@ import pathlib
 import subprocess
 import unittest
 
-from harness import (ABORTED, CommandLineTest, GENERATOR_ERROR, GENERATOR_MESSAGE, PROGRAM,
-                     SEMANTIC_ERROR, SYNTAX_ERROR, TIMEOUT_SECONDS)
+from harness import (ABORTED, CommandLineTest, FLAGS, GENERATOR_ERROR, GENERATOR_MESSAGE, PROGRAM,
+                     SEMANTIC_ERROR, SYNTAX_ERROR, TIMEOUT_SECONDS, WRITTEN)
 
-FLAGS = {"prog.ast.json": "--ast-dump", "prog.semantic.json": "--ast-semantic-dump",
-         "prog.ir": "--ir-dump", "prog.s": "--asm-dump"}
-WRITTEN = {"prog.ast.json": 'AST written to "prog.ast.json".\n',
-           "prog.semantic.json": 'AST written to "prog.semantic.json".\n',
-           "prog.ir": 'KrelIR written to "prog.ir".\n',
-           "prog.s": 'Assembly written to "prog.s".\n'}
 FAILED = "Native compilation failed.\n"
 
 
@@ -66,6 +60,17 @@ class Dumps(CommandLineTest):
             self.krelcc("prog.krl", FLAGS[name])
             self.assertEqual(self.read(name), expected)
 
+    def test_each_dump_is_announced_before_the_native_compiler_runs(self):
+        self.stub("gcc", "echo compiling")
+        for names in ([], *([name] for name in FLAGS), list(FLAGS)):
+            flags = [FLAGS[name] for name in names]
+            expected = "".join(WRITTEN[name] for name in names) + "compiling\n" + self.compiled()
+            with self.subTest(dumps=names):
+                self.assertEqual(self.krelcc("prog.krl", *flags), (0, expected, ""))
+                with open(self.directory / "out", "wb") as out:
+                    self.assertEqual(self.krelcc("prog.krl", *flags, stdout=out), (0, None, ""))
+                self.assertEqual(self.read("out"), expected)
+
     def test_dumps_stay_when_the_native_compiler_fails(self):
         self.stub("gcc", "exit 2")
         self.assertEqual(self.krelcc("prog.krl", *FLAGS.values()),
@@ -104,7 +109,7 @@ class Checkpoints(CommandLineTest):
         self.assertEqual(self.files(), ["prog.ast.json", "prog.krl"])
 
     def test_internal_error(self):
-        # What was printed before an abort may be lost, so standard output is not looked at.
+        # Each dump is announced at once, so an abort loses no announcement.
         for text, message, dumps in (
                 ("void main() {\n    double x = (double) y;\n}\n",
                  "Semantic error in prog.krl at line 2: Undeclared identifier: 'y'.\n"
@@ -113,8 +118,8 @@ class Checkpoints(CommandLineTest):
                 ("void main() {\n    break;\n}\n", "Internal error: break outside loop\n",
                  ["prog.ast.json", "prog.semantic.json"])):
             self.write("prog.krl", text)
-            status, _, stderr = self.krelcc("prog.krl", *FLAGS.values())
-            self.assertEqual((status, stderr), (ABORTED, message))
+            self.assertEqual(self.krelcc("prog.krl", *FLAGS.values()),
+                             (ABORTED, "".join(WRITTEN[name] for name in dumps), message))
             self.assertEqual(self.files(), [*dumps[:1], "prog.krl", *dumps[1:]])
             self.assertEqual(self.called(), [])
 

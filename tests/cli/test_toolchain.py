@@ -8,12 +8,35 @@ import signal
 import subprocess
 import unittest
 
-from harness import CommandLineTest, PROGRAM, RUNTIME
+from harness import CommandLineTest, FLAGS, PROGRAM, RUNTIME, WRITTEN
 
 NOT_FOUND = "No native compiler found (install gcc or clang).\n"
 FAILED = "Native compilation failed.\n"
 SEARCH_PATH = "/usr/bin:/bin"
 UNUSED_USER = 54321
+
+# A native compiler that prints its open descriptors, and what those above 2 are. It is no script,
+# as a shell would open that.
+DESCRIPTORS = r"""
+#include <fcntl.h>
+#include <stdio.h>
+#include <unistd.h>
+
+int main(void) {
+    for (int number = 0; number < 1024; ++number) {
+        if (fcntl(number, F_GETFD) >= 0) {
+            char link[64];
+            char target[4096] = "";
+            snprintf(link, sizeof link, "/proc/self/fd/%d", number);
+            if (number > 2 && readlink(link, target, sizeof target - 1) < 0) {
+                return 3;
+            }
+            printf("%d %s\n", number, target);
+        }
+    }
+    return 0;
+}
+"""
 
 
 class Search(CommandLineTest):
@@ -145,10 +168,16 @@ class Call(CommandLineTest):
             result = self.krelcc("prog.krl", stdin=stdin)
         self.assertEqual(result, (0, "out word\n" + self.compiled(), "err word\n"))
 
-    def test_assembly_line_is_printed_before_the_compiler_runs(self):
-        self.stub("gcc", "echo compiling")
-        self.assertEqual(self.krelcc("prog.krl", "--asm-dump"),
-                         (0, 'Assembly written to "prog.s".\ncompiling\n' + self.compiled(), ""))
+    def test_no_other_descriptor_is_inherited(self):
+        source = self.write("descriptors.c", DESCRIPTORS)
+        built = subprocess.run([shutil.which("gcc", path=SEARCH_PATH), source, "-o",
+                                self.bin / "gcc"], check=False)
+        self.assertEqual(built.returncode, 0)
+        for dumps in ([], *([name] for name in FLAGS), list(FLAGS)):
+            with self.subTest(dumps=dumps):
+                self.assertEqual(self.krelcc("prog.krl", *(FLAGS[name] for name in dumps)),
+                                 (0, "".join(WRITTEN[name] for name in dumps) +
+                                  "0 \n1 \n2 \n" + self.compiled(), ""))
 
     def test_both_compilers_build_the_program(self):
         for name in ("gcc", "clang"):

@@ -1,15 +1,18 @@
 #!/usr/bin/env python3
 """A Krel function may be called like one of the C library: the runtime does not come to need it.
 
-Not free are `exit`, a word of the language; what the C start-up files define in every program and
-the linker then finds twice (`_start`, `_init`, `_fini`, `__data_start`, `__dso_handle`,
-`_IO_stdin_used`); what the linker defines (`_edata`, `_end`, `__bss_start`); and what runs before the runtime has started or after it has ended
-(`__libc_start_main`, `__gmon_start__`, `__cxa_finalize` and two functions of the dynamic linker).
+Not free are `exit`, a word of the language; what the C start-up files and the linker define in every
+program, so that it is found twice (`TAKEN` below); what the linker defines only where nothing else
+does, and then is not what the system takes it for (`_edata`, `_end`, `__bss_start`); and what runs
+before the runtime has started or after it has ended (`__libc_start_main`, `__gmon_start__`,
+`__cxa_finalize` and two functions of the dynamic linker).
 """
 
+import os
+import subprocess
 import unittest
 
-from harness import DIVIDED_BY_ZERO, RuntimeTest, error_line
+from harness import DIVIDED_BY_ZERO, KRELCC, RuntimeTest, TIMEOUT_SECONDS, error_line
 
 NAMES = """
     write read open close lseek ioctl poll fsync dup dup2 pipe fork execve kill wait getpid
@@ -22,6 +25,11 @@ NAMES = """
     setjmp longjmp syscall time clock sleep getenv setlocale rand qsort
     log pow exp sqrt sin floor round div abs
     __cxa_atexit __errno_location __stack_chk_fail data_start
+""".split()
+
+TAKEN = """
+    _start _init _fini __data_start __dso_handle _IO_stdin_used
+    _DYNAMIC _GLOBAL_OFFSET_TABLE_ __TMC_END__ __GNU_EH_FRAME_HDR
 """.split()
 
 # Every function prints what it is given, so each call exercises the runtime in a function that
@@ -64,6 +72,20 @@ def output(names):
 class Names(RuntimeTest):
     def assert_runs(self, ending, status, stderr):
         self.assertEqual(self.run_source(program(NAMES, ending)), (status, output(NAMES), stderr))
+
+    def test_names_that_every_program_has_are_refused_by_the_linker(self):
+        for name in TAKEN:
+            with self.subTest(name=name):
+                source = self.directory / "taken.krl"
+                source.write_text(program([name], ""))
+                compiled = subprocess.run(
+                    [KRELCC, source], cwd=self.directory, stdin=subprocess.DEVNULL,
+                    capture_output=True,
+                    env={**os.environ, "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"},
+                    timeout=TIMEOUT_SECONDS, check=False)
+                self.assertNotEqual(compiled.returncode, 0)
+                self.assertIn(f"multiple definition of `{name}'".encode(), compiled.stderr)
+                self.assertTrue(compiled.stderr.endswith(b"Native compilation failed.\n"))
 
     def test_there_are_more_than_a_hundred(self):
         self.assertGreater(len(set(NAMES)), 100)

@@ -3,17 +3,21 @@
 
 Usage: mutants.py [NAME]...   (see script/mutants)
 
-A mutant is killed when a test fails (or does not end). The tests run in an order in which most
-mutants live for a few seconds only: the unit tests of the folder that the fault is in, the tests
-that the list names, the other quick ones, and last the slow ones.
+A mutant is killed when a test fails (or does not end) that passes without the fault: the killer is
+run again when the fault has been taken out, and a test that fails then as well is reported as
+unreliable. The tests run in an order in which most mutants live for a few seconds only: the unit
+tests of the folder that the fault is in, the tests that the list names, the other quick ones, and
+last the slow ones. What the killer printed is kept in a file for each mutant.
 """
 
+import collections.abc
 import dataclasses
 import fnmatch
 import hashlib
 import json
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -26,11 +30,14 @@ SCRATCH = ROOT / "build" / "mutants"
 TREE = SCRATCH / "tree"
 BUILD = SCRATCH / "build"
 RESULTS = SCRATCH / "results.json"
+OUTPUT = SCRATCH / "output"
 
 JOBS = str(os.cpu_count())
 TEST_SECONDS = 300  # a test or a program of unit tests that takes longer does not end
 SLOW = "^(soak|limits)/"
-OF_THE_PROGRAM = "^(case|cli)/"  # they need krelcc and the runtime object, nothing else
+OF_THE_PROGRAM = "^(case|cli)/"  # they need PROGRAM, nothing else
+PROGRAM = ["krelcc", "krel_runtime"]
+PASSED = re.compile(r"^ *(Start +\d+: |\d+/\d+ Test .* Passed )")  # CTest's lines on other tests
 
 
 @dataclasses.dataclass(frozen=True)
@@ -44,6 +51,14 @@ class Mutant:
 
     def mutated(self, text):
         return text.replace(self.find, self.replace)
+
+
+@dataclasses.dataclass(frozen=True)
+class Failure:
+    """A test that failed, what it printed, and how to run it again: gives a Failure or None."""
+    test: str
+    output: str
+    again: collections.abc.Callable
 
 
 class Invalid(Exception):
@@ -97,19 +112,25 @@ def unit_tests_of(file):
     return [str(path.relative_to(BUILD)) for path in sorted(folder.glob("*_test"))]
 
 
-def failing_unit_test(program):
-    """The first test of a unit test program that fails, or None."""
+def failing_unit_test(program, tests="*"):
+    """The first of a program's unit tests that fails, or None. A program that crashes or does not
+    end counts as a whole."""
+    def failure(what, output, again="*"):
+        return Failure(what, output, lambda: failing_unit_test(program, again))
     try:
-        result = subprocess.run([str(BUILD / program), "--gtest_brief=1"], cwd=BUILD,
-                                stdin=subprocess.DEVNULL, capture_output=True, text=True,
-                                errors="replace", timeout=TEST_SECONDS, check=False)
-    except subprocess.TimeoutExpired:
-        return f"{program} (does not end)"
+        result = subprocess.run([str(BUILD / program), "--gtest_brief=1", f"--gtest_filter={tests}"],
+                                cwd=BUILD, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                stderr=subprocess.STDOUT, timeout=TEST_SECONDS, check=False)
+    except subprocess.TimeoutExpired as expired:
+        return failure(f"{program} (does not end)", (expired.stdout or b"").decode(errors="replace"))
     if result.returncode == 0:
         return None
-    failed = [line.split("]", 1)[1].split()[0] for line in result.stdout.splitlines()
+    output = result.stdout.decode(errors="replace")
+    failed = [line.split("]", 1)[1].split()[0].rstrip(",") for line in output.splitlines()
               if line.startswith("[  FAILED  ]") and "." in line]
-    return failed[0] if failed else f"{program} (crashed)"
+    if not failed:
+        return failure(f"{program} (crashed)", output)
+    return failure(failed[0], output, failed[0])
 
 
 def failing_unit_test_of_all():
@@ -123,45 +144,55 @@ def failing_unit_test_of_all():
 def failing_test(*selection):
     """The first test of a selection of CTest's that fails, or None."""
     result = run(["ctest", "--test-dir", str(BUILD), "-j", JOBS, "--stop-on-failure",
-                  "--timeout", str(TEST_SECONDS), *selection])
+                  "--output-on-failure", "--no-tests=error", "--timeout", str(TEST_SECONDS), *selection])
     if result.returncode == 0:
         return None
-    lines = result.stdout.partition("The following tests FAILED:")[2].splitlines()
+    lines = result.stdout.rpartition("The following tests FAILED:")[2].splitlines()
     names = [line.split(" - ", 1)[1].split(" (")[0] for line in lines if " - " in line]
     if not names:
         raise Invalid("ctest failed:\n" + result.stdout[-2000:])
-    return names[0]
+    output = "\n".join(line for line in result.stdout.splitlines() if not PASSED.match(line))
+    return Failure(names[0], output + "\n",
+                   lambda: failing_test("-R", f"^{re.escape(names[0])}$"))
 
 
 def first_failure(mutant):
-    """The test that notices the fault, or None. The tree holds the fault."""
+    """The first test that fails on what is in the tree, and the targets that it needs; or None, and
+    all targets."""
     programs = unit_tests_of(mutant.file)
     build_or_raise(programs)
     for program in programs:
-        if (test := failing_unit_test(program)) is not None:
-            return test
-    build_or_raise(["krelcc", "krel_runtime"])
-    return ((mutant.first and failing_test("-R", f"^({mutant.first})")) or
-            failing_test("-R", OF_THE_PROGRAM) or first_failure_of_all())
-
-
-def first_failure_of_all():
-    """The same for the tests that the whole build is needed for, and the slow ones."""
+        if (failure := failing_unit_test(program)) is not None:
+            return failure, [program]
+    build_or_raise(PROGRAM)
+    if failure := ((mutant.first and failing_test("-R", f"^({mutant.first})")) or
+                   failing_test("-R", OF_THE_PROGRAM)):
+        return failure, PROGRAM
     build_or_raise(["all"])
-    return failing_test("-E", f"{OF_THE_PROGRAM}|{SLOW}") or failing_test("-R", SLOW)
+    return (failing_test("-E", f"{OF_THE_PROGRAM}|{SLOW}") or failing_test("-R", SLOW)), ["all"]
 
 
 def result_of(mutant):
     """Plants the fault, tests it and takes it out again. Gives what is kept as its result."""
     path = TREE / mutant.file
     original = path.read_text()
+    output = OUTPUT / f"{mutant.name}.txt"
+    output.unlink(missing_ok=True)
     began = time.monotonic()
     try:
         path.write_text(mutant.mutated(original))
-        killer = first_failure(mutant)
-        return {"killed_by": killer, "seconds": round(time.monotonic() - began)}
+        failure, targets = first_failure(mutant)
     finally:
-        path.write_text(original)
+        path.write_text(original)  # newer than all that was built with the fault
+    result = {"killed_by": None, "unreliable": None}
+    if failure is not None:
+        build_or_raise(targets)
+        repeated = failure.again()
+        result["unreliable" if repeated else "killed_by"] = failure.test
+        result["output"] = str(output.relative_to(ROOT))
+        output.write_text(failure.output +
+                          (f"\nWithout the fault:\n{repeated.output}" if repeated else ""))
+    return {**result, "seconds": round(time.monotonic() - began)}
 
 
 def read_mutants():
@@ -231,11 +262,17 @@ class Results:
         RESULTS.write_text(json.dumps(self.kept, indent=1))
 
 
+def verdict_on(result):
+    if result["unreliable"]:
+        return f"UNRELIABLE TEST {result['unreliable']}"
+    return f"killed by {result['killed_by']}" if result["killed_by"] else "SURVIVED"
+
+
 def test_mutants(mutants, results, names):
     prepare(names)
     if not results.is_sound():
-        if (test := failing_unit_test_of_all() or failing_test("-E", SLOW)) is not None:
-            raise Invalid(f"{test} fails without any fault")
+        if (failure := failing_unit_test_of_all() or failing_test("-E", SLOW)) is not None:
+            raise Invalid(f"{failure.test} fails without any fault:\n{failure.output}")
         results.set_sound()
     for mutant in mutants:
         try:
@@ -243,27 +280,28 @@ def test_mutants(mutants, results, names):
         except Invalid as error:
             raise Invalid(f"{mutant.name}: {error}") from error
         results.add(mutant, result)
-        verdict = f"killed by {result['killed_by']}" if result["killed_by"] else "SURVIVED"
-        print(f"{mutant.name:44} {result['seconds']:4} s  {verdict}", flush=True)
+        print(f"{mutant.name:44} {result['seconds']:4} s  {verdict_on(result)}", flush=True)
 
 
 def main(patterns):
-    SCRATCH.mkdir(parents=True, exist_ok=True)
+    OUTPUT.mkdir(parents=True, exist_ok=True)
     try:
         selected = select(read_mutants(), patterns or ["*"])
         names = tracked_files()
         results = Results(digest_of(names))
-        waiting = [mutant for mutant in selected if patterns or results.of(mutant) is None]
+        waiting = [mutant for mutant in selected
+                   if patterns or (results.of(mutant) or {"unreliable": True})["unreliable"]]
         if waiting:
             test_mutants(waiting, results, names)
     except Invalid as error:
         print(error, file=sys.stderr)
         return 2
-    survivors = [mutant for mutant in selected if results.of(mutant)["killed_by"] is None]
-    print(f"{len(selected) - len(survivors)} of {len(selected)} mutants were killed.")
-    for mutant in survivors:
-        print(f"SURVIVED {mutant.name}: {mutant.breaks} ({mutant.file})")
-    return 1 if survivors else 0
+    others = [mutant for mutant in selected if results.of(mutant)["killed_by"] is None]
+    print(f"{len(selected) - len(others)} of {len(selected)} mutants were killed.")
+    for mutant in others:
+        verdict = verdict_on(results.of(mutant))
+        print(f"{verdict} {mutant.name}: {mutant.breaks} ({mutant.file})")
+    return 1 if others else 0
 
 
 if __name__ == "__main__":

@@ -118,11 +118,13 @@ def failing_unit_test(program, tests="*"):
     def failure(what, output, again="*"):
         return Failure(what, output, lambda: failing_unit_test(program, again))
     try:
-        result = subprocess.run([str(BUILD / program), "--gtest_brief=1", f"--gtest_filter={tests}"],
-                                cwd=BUILD, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                stderr=subprocess.STDOUT, timeout=TEST_SECONDS, check=False)
+        command = [str(BUILD / program), "--gtest_brief=1", f"--gtest_filter={tests}"]
+        result = subprocess.run(command, cwd=BUILD, stdin=subprocess.DEVNULL,
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                timeout=TEST_SECONDS, check=False)
     except subprocess.TimeoutExpired as expired:
-        return failure(f"{program} (does not end)", (expired.stdout or b"").decode(errors="replace"))
+        output = (expired.stdout or b"").decode(errors="replace")
+        return failure(f"{program} (does not end)", output)
     if result.returncode == 0:
         return None
     output = result.stdout.decode(errors="replace")
@@ -144,7 +146,8 @@ def failing_unit_test_of_all():
 def failing_test(*selection):
     """The first test of a selection of CTest's that fails, or None."""
     result = run(["ctest", "--test-dir", str(BUILD), "-j", JOBS, "--stop-on-failure",
-                  "--output-on-failure", "--no-tests=error", "--timeout", str(TEST_SECONDS), *selection])
+                  "--output-on-failure", "--no-tests=error", "--timeout", str(TEST_SECONDS),
+                  *selection])
     if result.returncode == 0:
         return None
     lines = result.stdout.rpartition("The following tests FAILED:")[2].splitlines()

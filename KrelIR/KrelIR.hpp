@@ -16,7 +16,7 @@ class Node;
 
 /// Lowers the analysed tree into textual three-address code, one instruction a line, in numbered
 /// basic blocks. Types do not matter here, and nothing is checked: the analyser has done that. A
-/// tree shape that it lets through and that has no lowering is an internal error and aborts. One
+/// tree shape that it lets through and that has no lowering is an InternalError. One
 /// generator serves one compilation and owns its program.
 class KrelIR {
 public:

@@ -19,6 +19,7 @@
 #include "semantic_analyzer/semanticAnalyzer.hpp"
 #include "shared/ast/node.hpp"
 #include "shared/error/error.hpp"
+#include "shared/error/internalError.hpp"
 
 namespace fs = std::filesystem;
 
@@ -125,6 +126,8 @@ int generate(const Options& options, const std::string& compiler, const fs::path
         if (status != 0) {
             return status;
         }
+    } catch (const InternalError&) {
+        throw;
     } catch (const std::exception& exception) {
         std::cerr << "Compilation error: " << exception.what() << "\n";
         return failure;

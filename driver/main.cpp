@@ -2,6 +2,7 @@
 
 #include "driver/compilerDriver.hpp"
 #include "driver/standardStreams.hpp"
+#include "shared/error/internalError.hpp"
 
 int main(int argc, char** argv) {
     CompilerDriver::occupyClosedStandardStreams();
@@ -10,5 +11,9 @@ int main(int argc, char** argv) {
         CompilerDriver::printUsage(argv[0], std::cerr);
         return 1;
     }
-    return CompilerDriver::compile(options, argv[0]);
+    try {
+        return CompilerDriver::compile(options, argv[0]);
+    } catch (const InternalError& error) {
+        abortBecauseOf(error);
+    }
 }

@@ -4,8 +4,6 @@
 
 #include "semantic_analyzer/semanticAnalyzer.hpp"
 
-#include <cstdlib>
-
 #include "shared/ast/node.hpp"
 #include "shared/error/error.hpp"
 #include "shared/error/internalError.hpp"
@@ -117,9 +115,7 @@ void SemanticAnalyzer::visitDeclaration(Node* node) {
 
 void SemanticAnalyzer::visitDeclarator(Node* node, Name declaredType) {
     if (!node->hasChildren()) {
-        writeInternalError("Declarator node has no children.");
-        node->printNode();
-        std::abort();
+        throw InternalError{"Declarator node has no children.", node->description()};
     }
     Node* initializer = node->getChildren().back();
     if (initializer->kindName() != NodeKind::Initializer || !initializer->hasChildren()) {

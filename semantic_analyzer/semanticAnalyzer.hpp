@@ -11,7 +11,7 @@ class SymbolTable;
 /// statements against the symbol table, gives expressions their semantic type, and rewrites the
 /// tree in two places: casts become conversion nodes, and so do print arguments that are not
 /// strings. Faults of the program are reported through Error and the walk goes on; a tree of an
-/// impossible shape is an internal error and aborts. One analyser serves one compilation.
+/// impossible shape is an InternalError. One analyser serves one compilation.
 ///
 /// What the walk does not check (conditions, compound assignments, increments, the argument of
 /// exit) gets no types; a call met there is checked as if it were a statement (kept).

@@ -85,7 +85,9 @@ public:
     std::string valueAsString() const;
     /// The name of the value's type, for display; empty without a value.
     std::string typeAsString() const;
-    /// Writes all fields of the node and of its children to standard output, for debugging.
+    /// All fields of the node and of its children, one a line, for debugging.
+    std::string description() const;
+    /// Writes the description to standard output.
     void printNode() const;
     /// The JSON document of the subtree, without a line feed at its end. `level` counts indents of
     /// two spaces.

@@ -215,13 +215,13 @@ private:
     std::string text;  // not yet handed on
 };
 
-/// The value fields as the debugging print shows them, each behind `margin`.
-void printValues(const Node& node, std::string_view margin) {
-    std::cout << margin << "string value: " << node.getStringValue() << std::endl
-              << margin << "integer value: " << node.getIntValue() << std::endl
-              << margin << "double value: " << node.getDoubleValue() << std::endl
-              << margin << "character value: " << node.getCharValue() << std::endl
-              << margin << "boolean value: " << node.getBoolValue() << std::endl;
+/// The value fields as the description shows them, each behind `margin`.
+void describeValues(std::ostream& out, const Node& node, std::string_view margin) {
+    out << margin << "string value: " << node.getStringValue() << '\n'
+        << margin << "integer value: " << node.getIntValue() << '\n'
+        << margin << "double value: " << node.getDoubleValue() << '\n'
+        << margin << "character value: " << node.getCharValue() << '\n'
+        << margin << "boolean value: " << node.getBoolValue() << '\n';
 }
 
 }  // namespace
@@ -250,18 +250,24 @@ std::string Node::typeAsString() const {
     return names[static_cast<std::size_t>(valueType)];
 }
 
-void Node::printNode() const {
-    std::cout << "kind: " << getKind() << std::endl
-              << "type: " << typeAsString() << std::endl
-              << "semantic type: " << getSemanticType() << std::endl;
-    printValues(*this, "");
-    std::cout << "children:" << std::endl;
+std::string Node::description() const {
+    std::ostringstream out;
+    out << "kind: " << getKind() << '\n'
+        << "type: " << typeAsString() << '\n'
+        << "semantic type: " << getSemanticType() << '\n';
+    describeValues(out, *this, "");
+    out << "children:\n";
     constexpr std::string_view margin = "      ";
     for (std::size_t index = 0; index < children.size(); ++index) {
-        std::cout << "  child " << index << std::endl
-                  << margin << "kind: " << children[index]->getKind() << std::endl;
-        printValues(*children[index], margin);
+        out << "  child " << index << '\n'
+            << margin << "kind: " << children[index]->getKind() << '\n';
+        describeValues(out, *children[index], margin);
     }
+    return std::move(out).str();
+}
+
+void Node::printNode() const {
+    std::cout << description() << std::flush;
 }
 
 std::string Node::toJSON(int level) const {

@@ -2,12 +2,17 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <utility>
 
-void writeInternalError(const std::string& message) {
-    std::cerr << "Internal error: " + message + "\n";
-}
+InternalError::InternalError(const std::string& message, std::string itsDetails)
+    : std::logic_error(message), shown(std::move(itsDetails)) {}
 
 void internalError(const std::string& message) {
-    writeInternalError(message);
+    throw InternalError{message};
+}
+
+void abortBecauseOf(const InternalError& error) {
+    std::cerr << "Internal error: " + std::string{error.what()} + "\n";
+    std::cout << error.details() << std::flush;
     std::abort();
 }

@@ -1,12 +1,25 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
-/// Faults of the compiler itself: a tree or a symbol of a shape that no source can give, or one
-/// that an earlier pass should have refused. They are not counted and nothing goes on after them.
+/// A fault of the compiler itself: a tree or a symbol of a shape that no source can give, or one
+/// that an earlier pass should have refused. Not counted among the faults of the program, and not
+/// meant to be handled but by who can do without the compilation: the program's `main` aborts.
+class InternalError : public std::logic_error {
+public:
+    /// `itsDetails` is shown besides the message, if there is something to show.
+    explicit InternalError(const std::string& message, std::string itsDetails = {});
 
-/// Writes "Internal error: " and `message` as a line on standard error.
-void writeInternalError(const std::string& message);
+    const std::string& details() const { return shown; }
 
-/// Writes the message as `writeInternalError` does and aborts the process.
+private:
+    std::string shown;
+};
+
+/// Throws an InternalError.
 [[noreturn]] void internalError(const std::string& message);
+
+/// Writes "Internal error: " and the message as a line on standard error, the details on standard
+/// output, and aborts the process.
+[[noreturn]] void abortBecauseOf(const InternalError& error);

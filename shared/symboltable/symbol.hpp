@@ -14,7 +14,7 @@ public:
     /// Builds the symbol of `declaration`, a "FunctionDeclaration", "Declarator",
     /// "ArrayDeclarator" or "Parameter", declared with the "Type" node `type`. A function gets a
     /// new symbol for each parameter, to be filed or freed by the caller. Reads both nodes, owns
-    /// neither. Any other shape is an internal error and aborts.
+    /// neither. Any other shape is an InternalError.
     Symbol(Node* type, Node* declaration);
     Symbol(const Symbol&) = delete;
     Symbol& operator=(const Symbol&) = delete;

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "tests/unit/support/internalErrors.hpp"
 #include "tests/unit/trees.hpp"
 
 namespace {
@@ -35,8 +36,6 @@ protected:
     KrelIR generator;
     std::unique_ptr<Node> root;
 };
-
-using KrelIRDeathTest = KrelIRTest;
 
 Node* assignment(Node* target, Node* value) {
     return node("Assignment", {target, value});
@@ -88,56 +87,68 @@ TEST_F(KrelIRTest, SuccessorsAreKnownAfterwards) {
     }
 }
 
-TEST_F(KrelIRDeathTest, MalformedFunctions) {
-    EXPECT_DEATH(
-        lower(named("FunctionDeclaration", "f", {named("Type", "int"), node("ParameterList")})),
-        "^Internal error: FunctionDeclaration node has fewer than 3 children.\n$");
-    EXPECT_DEATH(lower(named("FunctionDeclaration", "f",
-                             {named("Type", "int"),
-                              node("ParameterList", {named("Parameter", "p")}), block({})})),
-                 "^Internal error: FunctionDeclaration node has malformed parameter.\n$");
+TEST_F(KrelIRTest, MalformedFunctions) {
+    EXPECT_EQ(
+        internalErrorOf([&] {
+            lower(named("FunctionDeclaration", "f", {named("Type", "int"), node("ParameterList")}));
+        }),
+        "FunctionDeclaration node has fewer than 3 children.");
+    EXPECT_EQ(internalErrorOf([&] {
+                  lower(named("FunctionDeclaration", "f",
+                              {named("Type", "int"),
+                               node("ParameterList", {named("Parameter", "p")}), block({})}));
+              }),
+              "FunctionDeclaration node has malformed parameter.");
 }
 
-TEST_F(KrelIRDeathTest, MalformedStatements) {
-    EXPECT_DEATH(linesOf({node("Declaration", {named("Type", "int")})}),
-                 "^Internal error: Declaration node has fewer than 2 children.\n$");
-    EXPECT_DEATH(
-        linesOf({node("ForStatement", {node("ForInit"), node("ForCondition"), node("ForUpdate")})}),
-        "^Internal error: ForStatement node has fewer than 4 children.\n$");
-    EXPECT_DEATH(linesOf({node("Program")}),
-                 "^Internal error: Unsupported statement node: Program\n$");
+TEST_F(KrelIRTest, MalformedStatements) {
+    EXPECT_EQ(internalErrorOf([&] { linesOf({node("Declaration", {named("Type", "int")})}); }),
+              "Declaration node has fewer than 2 children.");
+    EXPECT_EQ(internalErrorOf([&] {
+                  linesOf({node("ForStatement",
+                                {node("ForInit"), node("ForCondition"), node("ForUpdate")})});
+              }),
+              "ForStatement node has fewer than 4 children.");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({node("Program")}); }),
+              "Unsupported statement node: Program");
 }
 
-TEST_F(KrelIRDeathTest, MalformedExpressions) {
-    EXPECT_DEATH(
-        linesOf({assignment(name("x"), node("CastExpression", {named("Type", "int"), number(1)}))}),
-        "^Internal error: CastExpression should have been resolved during semantic "
-        "analysis.\n$");
-    EXPECT_DEATH(linesOf({assignment(name("x"), node("Block"))}),
-                 "^Internal error: Unsupported expression node: Block\n$");
-    EXPECT_DEATH(linesOf({assignment(number(1), number(2))}),
-                 "^Internal error: Unsupported lvalue node: IntLiteral\n$");
-    EXPECT_DEATH(linesOf({node("CallStatement")}),
-                 "^Internal error: CallStatement node has no callee.\n$");
-    EXPECT_DEATH(linesOf({node("CallStatement", {number(1)})}),
-                 "^Internal error: Unsupported lvalue node: IntLiteral\n$");
+TEST_F(KrelIRTest, MalformedExpressions) {
+    EXPECT_EQ(internalErrorOf([&] {
+                  linesOf({assignment(name("x"),
+                                      node("CastExpression", {named("Type", "int"), number(1)}))});
+              }),
+              "CastExpression should have been resolved during semantic "
+              "analysis.");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({assignment(name("x"), node("Block"))}); }),
+              "Unsupported expression node: Block");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({assignment(number(1), number(2))}); }),
+              "Unsupported lvalue node: IntLiteral");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({node("CallStatement")}); }),
+              "CallStatement node has no callee.");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({node("CallStatement", {number(1)})}); }),
+              "Unsupported lvalue node: IntLiteral");
 }
 
-TEST_F(KrelIRDeathTest, NodesWithoutAnOperand) {
-    EXPECT_DEATH(linesOf({assignment(name("x"), named("BinaryOp", "+", {number(1)}))}),
-                 "^Internal error: BinaryOp node has fewer than 2 children.\n$");
-    EXPECT_DEATH(linesOf({assignment(name("x"), named("BinaryOp", "+"))}),
-                 "^Internal error: BinaryOp node has fewer than 1 children.\n$");
-    EXPECT_DEATH(linesOf({assignment(name("x"), named("UnaryOp", "-"))}),
-                 "^Internal error: UnaryOp node has fewer than 1 children.\n$");
-    EXPECT_DEATH(linesOf({assignment(name("x"), element(name("a"), nullptr))}),
-                 "^Internal error: ArrayAccess node has fewer than 2 children.\n$");
-    EXPECT_DEATH(linesOf({node("Assignment", {name("x")})}),
-                 "^Internal error: Assignment node has fewer than 2 children.\n$");
-    EXPECT_DEATH(linesOf({node("WhileStatement", {number(1)})}),
-                 "^Internal error: WhileStatement node has fewer than 2 children.\n$");
-    EXPECT_DEATH(linesOf({node("IfStatement", {named("BinaryOp", "<", {number(1)}), block({})})}),
-                 "^Internal error: BinaryOp node has fewer than 2 children.\n$");
+TEST_F(KrelIRTest, NodesWithoutAnOperand) {
+    EXPECT_EQ(internalErrorOf(
+                  [&] { linesOf({assignment(name("x"), named("BinaryOp", "+", {number(1)}))}); }),
+              "BinaryOp node has fewer than 2 children.");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({assignment(name("x"), named("BinaryOp", "+"))}); }),
+              "BinaryOp node has fewer than 1 children.");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({assignment(name("x"), named("UnaryOp", "-"))}); }),
+              "UnaryOp node has fewer than 1 children.");
+    EXPECT_EQ(
+        internalErrorOf([&] { linesOf({assignment(name("x"), element(name("a"), nullptr))}); }),
+        "ArrayAccess node has fewer than 2 children.");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({node("Assignment", {name("x")})}); }),
+              "Assignment node has fewer than 2 children.");
+    EXPECT_EQ(internalErrorOf([&] { linesOf({node("WhileStatement", {number(1)})}); }),
+              "WhileStatement node has fewer than 2 children.");
+    EXPECT_EQ(internalErrorOf([&] {
+                  linesOf({node("IfStatement", {named("BinaryOp", "<", {number(1)}), block({})})});
+              }),
+              "BinaryOp node has fewer than 2 children.");
 }
 
 TEST_F(KrelIRTest, OnlyTheStatementListsOfABlockAreLowered) {

@@ -4,12 +4,12 @@
 #include "semantic_analyzer/semanticAnalyzer.hpp"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <memory>
 #include <string>
 
 #include "shared/error/error.hpp"
+#include "tests/unit/support/internalErrors.hpp"
 #include "tests/unit/symbols.hpp"
 
 namespace {
@@ -45,8 +45,6 @@ protected:
     std::unique_ptr<Node> root;
 };
 
-using SemanticAnalyzerDeathTest = SemanticAnalyzerTest;
-
 std::string error(const std::string& message, int line = 1) {
     return "Semantic error at line " + std::to_string(line) + ": " + message + "\n";
 }
@@ -58,11 +56,11 @@ TEST_F(SemanticAnalyzerTest, NullRootIsIgnored) {
     EXPECT_FALSE(Error::hasErrors());
 }
 
-TEST_F(SemanticAnalyzerDeathTest, FunctionWithoutType) {
-    EXPECT_DEATH(analyze(named("FunctionDeclaration", "f")),
-                 "^Internal error: FunctionDeclaration node has no type child.\n$");
-    EXPECT_DEATH(analyze(named("FunctionDeclaration", "f", {node("Block")})),
-                 "^Internal error: FunctionDeclaration node has no type child.\n$");
+TEST_F(SemanticAnalyzerTest, FunctionWithoutType) {
+    EXPECT_EQ(internalErrorOf([&] { analyze(named("FunctionDeclaration", "f")); }),
+              "FunctionDeclaration node has no type child.");
+    EXPECT_EQ(internalErrorOf([&] { analyze(named("FunctionDeclaration", "f", {node("Block")})); }),
+              "FunctionDeclaration node has no type child.");
 }
 
 TEST_F(SemanticAnalyzerTest, ScopeAndReturnTypeAreRestoredAfterAFunction) {
@@ -97,31 +95,37 @@ TEST_F(SemanticAnalyzerTest, DeclaratorsOfNoneAreFine) {
     EXPECT_EQ(messagesInF(node("Declaration", {named("Type", "int"), node("DeclaratorList")})), "");
 }
 
-TEST_F(SemanticAnalyzerDeathTest, MalformedDeclarators) {
+TEST_F(SemanticAnalyzerTest, MalformedDeclarators) {
     const auto declaration = [](Node* declarator) {
         return node("Declaration", {named("Type", "int"), node("DeclaratorList", {declarator})});
     };
-    EXPECT_DEATH(analyzeInF(declaration(named("Declarator", "x"))),
-                 "^Internal error: Declarator node has no children.\n$");
-    const std::string malformed = "^Internal error: Initializer node is malformed.\n$";
-    EXPECT_DEATH(analyzeInF(declaration(named("Declarator", "x", {node("Initializer")}))),
-                 malformed);
-    EXPECT_DEATH(analyzeInF(declaration(named("Declarator", "x", {number(1)}))), malformed);
-    EXPECT_DEATH(analyzeInF(declaration(
-                     named("Declarator", "x", {node("Initializer", {number(1)}), number(1)}))),
-                 malformed);
+    EXPECT_EQ(internalErrorOf([&] { analyzeInF(declaration(named("Declarator", "x"))); }),
+              "Declarator node has no children.");
+    const std::string malformed = "Initializer node is malformed.";
+    EXPECT_EQ(internalErrorOf([&] {
+                  analyzeInF(declaration(named("Declarator", "x", {node("Initializer")})));
+              }),
+              malformed);
+    EXPECT_EQ(
+        internalErrorOf([&] { analyzeInF(declaration(named("Declarator", "x", {number(1)}))); }),
+        malformed);
+    EXPECT_EQ(internalErrorOf([&] {
+                  analyzeInF(declaration(
+                      named("Declarator", "x", {node("Initializer", {number(1)}), number(1)})));
+              }),
+              malformed);
 }
 
-TEST_F(SemanticAnalyzerDeathTest, MalformedDeclaratorIsShown) {
-    // Standard output goes where EXPECT_DEATH looks; the node is printed right after the message.
-    EXPECT_DEATH(
-        {
-            dup2(STDERR_FILENO, STDOUT_FILENO);
-            analyzeInF(node("Declaration", {named("Type", "int"),
-                                            node("DeclaratorList", {named("Declarator", "xyz")})}));
-        },
-        "^Internal error: Declarator node has no children.\nkind: Declarator\ntype: string\n"
-        "semantic type: \nstring value: xyz\n");
+TEST_F(SemanticAnalyzerTest, MalformedDeclaratorIsShown) {
+    try {
+        analyzeInF(node("Declaration", {named("Type", "int"),
+                                        node("DeclaratorList", {named("Declarator", "xyz")})}));
+        FAIL() << "nothing was thrown";
+    } catch (const InternalError& error) {
+        EXPECT_TRUE(error.details().starts_with(
+            "kind: Declarator\ntype: string\nsemantic type: \nstring value: xyz\n"))
+            << error.details();
+    }
 }
 
 TEST_F(SemanticAnalyzerTest, InitializerIsTheLastChildOfADeclarator) {
@@ -134,10 +138,12 @@ TEST_F(SemanticAnalyzerTest, InitializerIsTheLastChildOfADeclarator) {
         "");
 }
 
-TEST_F(SemanticAnalyzerDeathTest, ArrayDeclaratorWithoutSize) {
-    EXPECT_DEATH(
-        analyzeInF(node("Declaration", {named("Type", "int"), named("ArrayDeclarator", "a")})),
-        "^Internal error: ArrayDeclarator node has no children.\n$");
+TEST_F(SemanticAnalyzerTest, ArrayDeclaratorWithoutSize) {
+    EXPECT_EQ(
+        internalErrorOf([&] {
+            analyzeInF(node("Declaration", {named("Type", "int"), named("ArrayDeclarator", "a")}));
+        }),
+        "ArrayDeclarator node has no children.");
 }
 
 TEST_F(SemanticAnalyzerTest, ArraySizeThatIsNoIntIsCalledAnIdentifier) {

@@ -3,31 +3,29 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <iostream>
 
 #include "shared/error/error.hpp"
 #include "tests/unit/support/childProcess.hpp"
-#include "tests/unit/support/streamCapture.hpp"
+#include "tests/unit/support/internalErrors.hpp"
 
 namespace {
 
-TEST(InternalErrorTest, WritesThePrefixedLineAndGoesOn) {
-    const StreamCapture err{std::cerr};
-    writeInternalError("Declarator node has no children.");
-    EXPECT_EQ(err.str(), "Internal error: Declarator node has no children.\n");
+TEST(InternalErrorTest, IsThrownWithItsMessage) {
+    EXPECT_EQ(internalErrorOf([] { internalError("break outside loop"); }), "break outside loop");
+    EXPECT_FALSE(Error::hasErrors());
 }
 
-TEST(InternalErrorTest, AbortsAfterTheMessage) {
-    EXPECT_EXIT(internalError("break outside loop"), testing::KilledBySignal(SIGABRT),
-                testing::Eq("Internal error: break outside loop\n"));
-}
-
-TEST(InternalErrorTest, IsNotCountedAmongTheProgramsErrors) {
-    const ChildResult child = runInChild([] {
-        writeInternalError("m");
-        return Error::hasErrors() ? 1 : 0;
+TEST(InternalErrorTest, AbortsAfterTheMessageAndTheDetails) {
+    const ChildResult result = runInChild([]() -> int {
+        abortBecauseOf(InternalError{"bad node", "kind: Node\n"});
     });
-    EXPECT_TRUE(child.hasExitedWith(0));
+    EXPECT_TRUE(result.wasKilledBy(SIGABRT));
+    EXPECT_EQ(result.err, "Internal error: bad node\n");
+    EXPECT_EQ(result.out, "kind: Node\n");
+}
+
+TEST(InternalErrorTest, NeedsNoDetails) {
+    EXPECT_EQ(InternalError{"bad node"}.details(), "");
 }
 
 }  // namespace

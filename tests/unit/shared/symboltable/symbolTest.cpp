@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "shared/ast/node.hpp"
+#include "tests/unit/support/internalErrors.hpp"
 #include "tests/unit/support/streamCapture.hpp"
 
 namespace {
@@ -252,29 +253,26 @@ TEST(SymbolTest, IsNotCopied) {
 }
 
 /// That making a symbol writes exactly `message` and aborts.
-void expectAbort(const char* type, const NodePointer& declaration, const std::string& message) {
-    EXPECT_EXIT(symbolOf(type, declaration), testing::KilledBySignal(SIGABRT),
-                testing::Eq(message));
+std::string errorOf(const char* type, const NodePointer& declaration) {
+    return internalErrorOf([&] { symbolOf(type, declaration); });
 }
 
-TEST(SymbolDeathTest, AbortsOnAnotherKindOfDeclaration) {
+TEST(SymbolTest, RefusesAnotherKindOfDeclaration) {
     for (const char* kind : {"Assignment", "DeclaratorList", "Identifier", ""}) {
-        expectAbort("int", std::make_unique<Node>(kind, 1),
-                    "Internal error: Symbol constructed from invalid node kind: " +
-                        std::string{kind} + "\n");
+        EXPECT_EQ(errorOf("int", std::make_unique<Node>(kind, 1)),
+                  "Symbol constructed from invalid node kind: " + std::string{kind});
     }
 }
 
-TEST(SymbolDeathTest, AbortsOnANullDeclaration) {
-    expectAbort("int", nullptr,
-                "Internal error: Symbol constructed from invalid node kind: <null>\n");
+TEST(SymbolTest, RefusesANullDeclaration) {
+    EXPECT_EQ(errorOf("int", nullptr), "Symbol constructed from invalid node kind: <null>");
 }
 
-TEST(SymbolDeathTest, KindIsCheckedBeforeTheType) {
+TEST(SymbolTest, KindIsCheckedBeforeTheType) {
     const NodePointer type = std::make_unique<Node>("Block", 1);
     const NodePointer declaration = std::make_unique<Node>("Block", 1);
-    EXPECT_EXIT(Symbol(type.get(), declaration.get()), testing::KilledBySignal(SIGABRT),
-                testing::Eq("Internal error: Symbol constructed from invalid node kind: Block\n"));
+    EXPECT_EQ(internalErrorOf([&] { Symbol(type.get(), declaration.get()); }),
+              "Symbol constructed from invalid node kind: Block");
 }
 
 TEST(SymbolDeathTest, AssertsThatTheTypeIsOne) {
@@ -287,12 +285,11 @@ TEST(SymbolDeathTest, AssertsThatTheTypeIsOne) {
                               "Assertion `type->getKind\\(\\) == \"Type\"' failed\\.\n"));
 }
 
-TEST(SymbolDeathTest, AbortsOnAFunctionWithoutParameterList) {
-    const std::string message =
-        "Internal error: FunctionDeclaration node has no ParameterList child.\n";
-    expectAbort("int", std::make_unique<Node>("FunctionDeclaration", "f", 1), message);
-    expectAbort("int", function("f", nullptr), message);
-    expectAbort("int", function("f", new Node("Block", 1)), message);
+TEST(SymbolTest, RefusesAFunctionWithoutParameterList) {
+    const std::string message = "FunctionDeclaration node has no ParameterList child.";
+    EXPECT_EQ(errorOf("int", std::make_unique<Node>("FunctionDeclaration", "f", 1)), message);
+    EXPECT_EQ(errorOf("int", function("f", nullptr)), message);
+    EXPECT_EQ(errorOf("int", function("f", new Node("Block", 1))), message);
 }
 
 }  // namespace

@@ -18,8 +18,7 @@
 
 #include "KrelIR/KrelIR.hpp"
 #include "codegen/codeGenerator.hpp"
-#include "lexer/scannerInput.hpp"
-#include "parser/parser.hpp"
+#include "parser/facade.hpp"
 #include "semantic_analyzer/semanticAnalyzer.hpp"
 #include "shared/ast/node.hpp"
 #include "shared/error/error.hpp"

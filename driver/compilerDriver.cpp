@@ -13,9 +13,7 @@
 #include "KrelIR/KrelIR.hpp"
 #include "codegen/codeGenerator.hpp"
 #include "driver/nativeBuild.hpp"
-#include "driver/sourceFile.hpp"
-#include "lexer/scannerInput.hpp"
-#include "parser/parser.hpp"
+#include "parser/facade.hpp"
 #include "semantic_analyzer/semanticAnalyzer.hpp"
 #include "shared/ast/node.hpp"
 #include "shared/error/error.hpp"
@@ -74,14 +72,19 @@ bool dumpIrProgram(const IRProgram& program, const fs::path& path) {
 
 /// Parses the source into `ast` and `symbolTable`. False when it cannot be read (after a message)
 /// or has errors (which are reported).
-bool parse(const fs::path& source) {
-    std::string text;
-    if (!readSource(source, text)) {
+bool parseSource(const fs::path& source) {
+    std::FILE* const file = std::fopen(source.c_str(), "r");
+    if (file == nullptr) {
         std::perror(source.c_str());
         return false;
     }
-    const ScannedText scanned{std::move(text)};
-    return yyparse() == 0 && !Error::hasErrors() && ast != nullptr;
+    yyin = file;
+    const int status = yyparse();
+    if (status == unreadableSource) {
+        std::perror(source.c_str());
+    }
+    std::fclose(file);
+    return status == 0 && !Error::hasErrors() && ast != nullptr;
 }
 
 /// Writes the assembly of the program, links it, and returns the exit code. Throws what the code
@@ -206,7 +209,7 @@ int compile(const Options& options, const char* argv0) {
         return failure;
     }
     Error::setSourceFile(options.source.string());
-    if (!parse(options.source)) {
+    if (!parseSource(options.source)) {
         return failure;
     }
     if (options.dumpParserAst && !dumpAst(dumpPath(options.source, ".ast.json"))) {

@@ -20,6 +20,7 @@ namespace {
 constexpr std::array watched = {SIGHUP,  SIGINT,  SIGQUIT,   SIGPIPE, SIGALRM, SIGTERM,
                                 SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGUSR1, SIGUSR2};
 
+std::atomic<pid_t> compiler = 0;  // the process that has something to undo
 std::atomic<DoomedFile*> doomedFiles = nullptr;
 std::atomic<pid_t> childProcess = 0;
 
@@ -53,11 +54,14 @@ sigset_t watchedSignals() {
 
 }  // namespace
 
-/// The handler. The signal that it raises comes when it returns, and ends the process.
+/// The handler. The signal that it raises comes when it returns, and ends the process. It may be a
+/// child's that is about to become the native compiler: that has its handlers until then.
 void undoAndEnd(int signal) {
-    endChild(signal);
-    for (const DoomedFile* file = doomedFiles; file != nullptr; file = file->next) {
-        unlink(file->path);
+    if (getpid() == compiler) {
+        endChild(signal);
+        for (const DoomedFile* file = doomedFiles; file != nullptr; file = file->next) {
+            unlink(file->path);
+        }
     }
     std::signal(signal, SIG_DFL);
     raise(signal);
@@ -67,14 +71,18 @@ namespace {
 
 /// Sets the handler for the watched signals that nobody has decided on yet.
 void watchSignals() {
+    if (compiler == getpid()) {
+        return;
+    }
+    compiler = getpid();
     struct sigaction action = {};
     action.sa_handler = undoAndEnd;
     action.sa_mask = watchedSignals();
     for (const int signal : watched) {
-        struct sigaction present = {};
-        sigaction(signal, nullptr, &present);
-        if (present.sa_handler == SIG_DFL) {
-            sigaction(signal, &action, nullptr);
+        struct sigaction before = {};
+        sigaction(signal, &action, &before);
+        if (before.sa_handler != SIG_DFL) {
+            sigaction(signal, &before, nullptr);
         }
     }
 }
@@ -91,13 +99,6 @@ SignalsHeld::~SignalsHeld() {
 }
 
 void SignalsHeld::releaseInChild() const {
-    for (const int signal : watched) {
-        struct sigaction present = {};
-        sigaction(signal, nullptr, &present);
-        if (present.sa_handler == undoAndEnd) {
-            std::signal(signal, SIG_DFL);
-        }
-    }
     sigprocmask(SIG_SETMASK, &before, nullptr);
 }
 

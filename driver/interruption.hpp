@@ -18,8 +18,8 @@ public:
     SignalsHeld& operator=(const SignalsHeld&) = delete;
     ~SignalsHeld();
 
-    /// For a new child, before it becomes another program: signals act as they did before the
-    /// compiler watched them. Changes no memory, so it may run in a child of vfork.
+    /// Lets signals through again in a new child, before it becomes another program; they end it
+    /// then, and undo nothing. Changes no memory, so it may run in a child of vfork.
     void releaseInChild() const;
 
 private:

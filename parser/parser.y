@@ -10,28 +10,29 @@
  */
 
 %define parse.error detailed
+%define api.pure full
+%define api.prefix {krel_}
+%define api.location.type {TokenLocation}
 %locations
 %expect 0
 
+%parse-param {ParseContext& context} {void* scanner}
+%lex-param {void* scanner}
+
 %code requires {
-#include <queue>
+#include "parser/tokenLocation.hpp"
 
 class Node;
-class Symbol;
-class SymbolTable;
+class ParseContext;
 
-/// The root of the tree; null until a whole file has been parsed. Lives until the process ends.
-extern Node* ast;
-/// All declarations of the program, filed while it is parsed. Like the tree, it is never freed.
-extern SymbolTable& symbolTable;
-/// Symbols of declarations that wait for the end of the function around them, to get its scope. At
-/// the end of the file it may still hold those declared outside of any function.
-extern std::queue<Symbol*> symbols;
+/* Lets the generated stacks grow: a location is copied like any other number of bytes. */
+#define KREL_LTYPE_IS_TRIVIAL 1
 }
 
 %code provides {
-/// Returns the next token, 0 at the end of the file; sets yylval and yylloc (see the scanner).
-int yylex();
+/// Returns the next token, 0 at the end of the text; sets its value and location. The scanner is
+/// the handle of one (lexer/scanner.hpp).
+int krel_lex(KREL_STYPE* value, TokenLocation* location, void* scanner);
 }
 
 %code {
@@ -39,35 +40,40 @@ int yylex();
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+#include "parser/parseContext.hpp"
 #include "shared/ast/node.hpp"
 #include "shared/error/error.hpp"
-#include "shared/symboltable/symbolTable.hpp"
 
-Node* ast = nullptr;
-SymbolTable& symbolTable = *new SymbolTable;
-std::queue<Symbol*> symbols;
-
-/* Columns are not counted. An empty rule stands where the token before it ends. */
-#define YYLLOC_DEFAULT(current, rhs, count)                                      \
-    do {                                                                         \
-        (current).last_line = YYRHSLOC(rhs, count).last_line;                    \
-        (current).first_line =                                                   \
-            (count) == 0 ? (current).last_line : YYRHSLOC(rhs, 1).first_line;    \
-        (current).first_column = (current).last_column = 0;                      \
+/* A phrase reaches from its first symbol to its last one. An empty one stands where the token before
+ * it ends. */
+#define YYLLOC_DEFAULT(current, rhs, count)                                 \
+    do {                                                                    \
+        (current) = YYRHSLOC(rhs, count);                                   \
+        if ((count) == 0) {                                                 \
+            (current).first_line = (current).last_line;                     \
+            (current).begin = (current).end;                                \
+        } else if ((count) > 1) {                                           \
+            (current).first_line = YYRHSLOC(rhs, 1).first_line;             \
+            (current).begin = YYRHSLOC(rhs, 1).begin;                       \
+        }                                                                   \
     } while (false)
 
-static void yyerror(const char* message);
+static void yyerror(const TokenLocation* location, ParseContext& context, void* scanner,
+                    const char* message);
 static std::string decodeQuotedLiteral(const char* text);
 static char decodeCharacterLiteral(const char* text);
-static Node* stringLiteral(char* text, int line);
-static Node* characterLiteral(char* text, int line);
-static Node* exitStatement(Node* arguments, int line);
-static Node* binary(Name op, Node* left, Node* right, int line);
-static Node* update(Name kind, Node* target, int line);
-static Node* checkedUpdate(Name kind, Node* target, int line);
-static void declareVariables(Node* declaration);
-static void declareFunction(Node* function);
+static Node* stringLiteral(char* text, Place place);
+static Node* characterLiteral(char* text, Place place);
+static Node* exitStatement(Node* arguments, Place place);
+static Node* append(Node* list, Node* entry, const TokenLocation& location);
+static Node* binary(Name op, Node* left, Node* right, Place place);
+static Node* update(Name kind, Node* target, Place place);
+static Node* checkedUpdate(Name kind, Node* target, Place place);
+static void declareVariables(Node* declaration, ParseContext& context);
+static void declareFunction(Node* function, ParseContext& context);
 }
 
 %union {
@@ -114,60 +120,60 @@ static void declareFunction(Node* function);
 %%
 
 program:
-    external_list { ast = $$ = new Node(NodeKind::Program, $1, @1.first_line); }
+    external_list { context.root = $$ = new Node(NodeKind::Program, $1, @$); }
 ;
 
 external_list:
-    external_list external_decl { $$ = $1->addChild($2); }
-  | empty { $$ = new Node(NodeKind::ExternalList, 0, @1.first_line); }
+    external_list external_decl { $$ = append($1, $2, @2); }
+  | empty { $$ = new Node(NodeKind::ExternalList, 0, @$); }
 ;
 
 external_decl:
     function_decl
   | statement {
-        Error::semantic("all statements must be inside a function", @1.first_line);
+        Error::semantic("all statements must be inside a function", @$);
         $$ = $1;
     }
 ;
 
 function_decl:
     type T_ID T_LPAREN param_list_opt T_RPAREN block {
-        $$ = new Node(NodeKind::FunctionDeclaration, Name::fromIndex($2), $1, @1.first_line);
+        $$ = new Node(NodeKind::FunctionDeclaration, Name::fromIndex($2), $1, @$);
         $$->addChild($4)->addChild($6);
-        declareFunction($$);
+        declareFunction($$, context);
     }
 ;
 
 type:
-    T_INT { $$ = new Node(NodeKind::Type, TypeName::Int, @1.first_line); }
-  | T_DOUBLE { $$ = new Node(NodeKind::Type, TypeName::Double, @1.first_line); }
-  | T_BOOLEAN { $$ = new Node(NodeKind::Type, TypeName::Boolean, @1.first_line); }
-  | T_CHARACTER { $$ = new Node(NodeKind::Type, TypeName::Character, @1.first_line); }
-  | T_VOID { $$ = new Node(NodeKind::Type, TypeName::Void, @1.first_line); }
-  | T_STRING { $$ = new Node(NodeKind::Type, TypeName::String, @1.first_line); }
+    T_INT { $$ = new Node(NodeKind::Type, TypeName::Int, @$); }
+  | T_DOUBLE { $$ = new Node(NodeKind::Type, TypeName::Double, @$); }
+  | T_BOOLEAN { $$ = new Node(NodeKind::Type, TypeName::Boolean, @$); }
+  | T_CHARACTER { $$ = new Node(NodeKind::Type, TypeName::Character, @$); }
+  | T_VOID { $$ = new Node(NodeKind::Type, TypeName::Void, @$); }
+  | T_STRING { $$ = new Node(NodeKind::Type, TypeName::String, @$); }
 ;
 
 param_list_opt:
     param_list
-  | empty { $$ = new Node(NodeKind::ParameterList, @1.first_line); }
+  | empty { $$ = new Node(NodeKind::ParameterList, @$); }
 ;
 
 param_list:
-    param { $$ = new Node(NodeKind::ParameterList, $1, @1.first_line); }
-  | param_list T_COMMA param { $$ = $1->addChild($3); }
+    param { $$ = new Node(NodeKind::ParameterList, $1, @$); }
+  | param_list T_COMMA param { $$ = append($1, $3, @3); }
 ;
 
 param:
-    type T_ID { $$ = new Node(NodeKind::Parameter, Name::fromIndex($2), $1, @1.first_line); }
+    type T_ID { $$ = new Node(NodeKind::Parameter, Name::fromIndex($2), $1, @$); }
 ;
 
 block:
-    T_LBRACE statement_list T_RBRACE { $$ = new Node(NodeKind::Block, $2, @1.first_line); }
+    T_LBRACE statement_list T_RBRACE { $$ = new Node(NodeKind::Block, $2, @$); }
 ;
 
 statement_list:
-    statement_list statement { $$ = $1->addChild($2); }
-  | empty { $$ = new Node(NodeKind::StatementList, @1.first_line); }
+    statement_list statement { $$ = append($1, $2, @2); }
+  | empty { $$ = new Node(NodeKind::StatementList, @$); }
 ;
 
 statement:
@@ -179,7 +185,7 @@ statement:
   | paren_expression T_SEMICOLON
   | return_stmt T_SEMICOLON
   | opvalue T_SEMICOLON {
-        Error::parser("Standalone variable or array access.", @1.first_line);
+        Error::parser("Standalone variable or array access.", @1);
         $$ = $1;
     }
   | if_stmt
@@ -187,36 +193,36 @@ statement:
   | for_stmt
   | print_stmt T_SEMICOLON
   | exit_stmt T_SEMICOLON
-  | T_CONTINUE T_SEMICOLON { $$ = new Node(NodeKind::ContinueStatement, @1.first_line); }
-  | T_BREAK T_SEMICOLON { $$ = new Node(NodeKind::BreakStatement, @1.first_line); }
+  | T_CONTINUE T_SEMICOLON { $$ = new Node(NodeKind::ContinueStatement, @$); }
+  | T_BREAK T_SEMICOLON { $$ = new Node(NodeKind::BreakStatement, @$); }
   | block
 ;
 
 declaration:
     type declarator_list {
-        $$ = new Node(NodeKind::Declaration, $1, $2, @1.first_line);
-        declareVariables($$);
+        $$ = new Node(NodeKind::Declaration, $1, $2, @$);
+        declareVariables($$, context);
     }
 ;
 
 /* An array declarator stands for the whole list: declarators behind it become its children and
  * get no symbols (kept). */
 declarator_list:
-    declarator { $$ = new Node(NodeKind::DeclaratorList, $1, @1.first_line); }
-  | declarator_list T_COMMA declarator { $$ = $1->addChild($3); }
+    declarator { $$ = new Node(NodeKind::DeclaratorList, $1, @$); }
+  | declarator_list T_COMMA declarator { $$ = append($1, $3, @3); }
   | T_ID T_LBRACKET bracket_value T_RBRACKET init_array {
-        $$ = new Node(NodeKind::ArrayDeclarator, Name::fromIndex($1), $3, @1.first_line);
+        $$ = new Node(NodeKind::ArrayDeclarator, Name::fromIndex($1), $3, @$);
         $$->addChild($5);
     }
 ;
 
 declarator:
-    T_ID init_var { $$ = new Node(NodeKind::Declarator, Name::fromIndex($1), $2, @1.first_line); }
+    T_ID init_var { $$ = new Node(NodeKind::Declarator, Name::fromIndex($1), $2, @$); }
 ;
 
 init_var:
-    T_ASSIGN expression { $$ = new Node(NodeKind::Initializer, $2, @1.first_line); }
-  | T_ASSIGN cast_expression { $$ = new Node(NodeKind::Initializer, $2, @1.first_line); }
+    T_ASSIGN expression { $$ = new Node(NodeKind::Initializer, $2, @$); }
+  | T_ASSIGN cast_expression { $$ = new Node(NodeKind::Initializer, $2, @$); }
 ;
 
 init_array:
@@ -225,216 +231,217 @@ init_array:
 ;
 
 expression_list:
-    expression { $$ = new Node(NodeKind::InitializationList, $1, @1.first_line); }
-  | expression_list T_COMMA expression { $$ = $1->addChild($3); }
+    expression { $$ = new Node(NodeKind::InitializationList, $1, @$); }
+  | expression_list T_COMMA expression { $$ = append($1, $3, @3); }
 ;
 
 assignment:
     opvalue T_ASSIGN expression {
-        $$ = new Node(NodeKind::Assignment, $1, $3, @1.first_line);
+        $$ = new Node(NodeKind::Assignment, $1, $3, @$);
     }
   | opvalue T_PLUS_ASSIGN expression {
-        $$ = new Node(NodeKind::CompoundAssignment, Operator::PlusAssign, $1, @1.first_line);
+        $$ = new Node(NodeKind::CompoundAssignment, Operator::PlusAssign, $1, @$);
         $$->addChild($3);
     }
   | opvalue T_MINUS_ASSIGN expression {
-        $$ = new Node(NodeKind::CompoundAssignment, Operator::MinusAssign, $1, @1.first_line);
+        $$ = new Node(NodeKind::CompoundAssignment, Operator::MinusAssign, $1, @$);
         $$->addChild($3);
     }
 ;
 
 return_stmt:
-    T_RETURN expression { $$ = new Node(NodeKind::ReturnStatement, $2, @1.first_line); }
-  | T_RETURN { $$ = new Node(NodeKind::ReturnStatement, @1.first_line); }
+    T_RETURN expression { $$ = new Node(NodeKind::ReturnStatement, $2, @$); }
+  | T_RETURN { $$ = new Node(NodeKind::ReturnStatement, @$); }
 ;
 
 print_stmt:
     T_PRINT T_LPAREN argument_list_opt T_RPAREN {
-        $$ = new Node(NodeKind::PrintStatement, $3, @1.first_line);
+        $$ = new Node(NodeKind::PrintStatement, $3, @$);
     }
 ;
 
 exit_stmt:
-    T_EXIT T_LPAREN argument_list_opt T_RPAREN { $$ = exitStatement($3, @1.first_line); }
+    T_EXIT T_LPAREN argument_list_opt T_RPAREN { $$ = exitStatement($3, @$); }
 ;
 
 if_stmt:
     T_IF T_LPAREN expression T_RPAREN block elseif_list else_opt {
-        $$ = new Node(NodeKind::IfStatement, $3, $5, $6, @1.first_line);
+        $$ = new Node(NodeKind::IfStatement, $3, $5, $6, @$);
         $$->addChild($7);
     }
 ;
 
 elseif_list:
     elseif_list elseif_clause {
-        $$ = $1 == nullptr ? new Node(NodeKind::ElseIfList, $2, @1.first_line) : $1->addChild($2);
+        Node* list = $1 == nullptr ? new Node(NodeKind::ElseIfList, @1.first_line) : $1;
+        $$ = append(list, $2, @2);
     }
   | empty { $$ = nullptr; }
 ;
 
 elseif_clause:
     T_ELSEIF T_LPAREN expression T_RPAREN block {
-        $$ = new Node(NodeKind::ElseIfClause, $3, $5, @1.first_line);
+        $$ = new Node(NodeKind::ElseIfClause, $3, $5, @$);
     }
 ;
 
 else_opt:
-    T_ELSE block { $$ = new Node(NodeKind::ElseClause, $2, @1.first_line); }
+    T_ELSE block { $$ = new Node(NodeKind::ElseClause, $2, @$); }
   | empty { $$ = nullptr; }
 ;
 
 while_stmt:
     T_WHILE T_LPAREN expression T_RPAREN block {
-        $$ = new Node(NodeKind::WhileStatement, $3, $5, @1.first_line);
+        $$ = new Node(NodeKind::WhileStatement, $3, $5, @$);
     }
 ;
 
 for_stmt:
     T_FOR T_LPAREN for_init_opt T_SEMICOLON for_cond_opt T_SEMICOLON for_update_opt T_RPAREN block {
-        $$ = new Node(NodeKind::ForStatement, $3, $5, $7, @1.first_line);
+        $$ = new Node(NodeKind::ForStatement, $3, $5, $7, @$);
         $$->addChild($9);
     }
 ;
 
 for_init_opt:
-    declaration { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
-  | assignment { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
-  | increment_stmt { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
-  | decrement_stmt { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
-  | expression { $$ = new Node(NodeKind::ForInit, $1, @1.first_line); }
-  | empty { $$ = new Node(NodeKind::ForInit, @1.first_line); }
+    declaration { $$ = new Node(NodeKind::ForInit, $1, @$); }
+  | assignment { $$ = new Node(NodeKind::ForInit, $1, @$); }
+  | increment_stmt { $$ = new Node(NodeKind::ForInit, $1, @$); }
+  | decrement_stmt { $$ = new Node(NodeKind::ForInit, $1, @$); }
+  | expression { $$ = new Node(NodeKind::ForInit, $1, @$); }
+  | empty { $$ = new Node(NodeKind::ForInit, @$); }
 ;
 
 for_cond_opt:
-    expression { $$ = new Node(NodeKind::ForCondition, $1, @1.first_line); }
-  | empty { $$ = new Node(NodeKind::ForCondition, @1.first_line); }
+    expression { $$ = new Node(NodeKind::ForCondition, $1, @$); }
+  | empty { $$ = new Node(NodeKind::ForCondition, @$); }
 ;
 
 for_update_opt:
-    assignment { $$ = new Node(NodeKind::ForUpdate, $1, @1.first_line); }
-  | increment_stmt { $$ = new Node(NodeKind::ForUpdate, $1, @1.first_line); }
-  | decrement_stmt { $$ = new Node(NodeKind::ForUpdate, $1, @1.first_line); }
-  | expression { $$ = new Node(NodeKind::ForUpdate, $1, @1.first_line); }
-  | empty { $$ = new Node(NodeKind::ForUpdate, @1.first_line); }
+    assignment { $$ = new Node(NodeKind::ForUpdate, $1, @$); }
+  | increment_stmt { $$ = new Node(NodeKind::ForUpdate, $1, @$); }
+  | decrement_stmt { $$ = new Node(NodeKind::ForUpdate, $1, @$); }
+  | expression { $$ = new Node(NodeKind::ForUpdate, $1, @$); }
+  | empty { $$ = new Node(NodeKind::ForUpdate, @$); }
 ;
 
 call_stmt:
     T_ID T_LPAREN argument_list_opt T_RPAREN {
-        Node* callee = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line);
-        $$ = new Node(NodeKind::CallStatement, callee, $3, @1.first_line);
+        Node* callee = new Node(NodeKind::Identifier, Name::fromIndex($1), @1);
+        $$ = new Node(NodeKind::CallStatement, callee, $3, @$);
     }
 ;
 
 increment_stmt:
-    T_INCREMENT opvalue { $$ = update(NodeKind::PreIncrement, $2, @1.first_line); }
-  | opvalue T_INCREMENT { $$ = update(NodeKind::PostIncrement, $1, @1.first_line); }
+    T_INCREMENT opvalue { $$ = update(NodeKind::PreIncrement, $2, @$); }
+  | opvalue T_INCREMENT { $$ = update(NodeKind::PostIncrement, $1, @$); }
   | T_INCREMENT paren_expression {
-        $$ = checkedUpdate(NodeKind::PreIncrement, $2, @1.first_line);
+        $$ = checkedUpdate(NodeKind::PreIncrement, $2, @$);
     }
   | paren_expression T_INCREMENT {
-        $$ = checkedUpdate(NodeKind::PostIncrement, $1, @1.first_line);
+        $$ = checkedUpdate(NodeKind::PostIncrement, $1, @$);
     }
   | T_LPAREN T_INCREMENT opvalue T_RPAREN {
-        $$ = update(NodeKind::PreIncrement, $3, @1.first_line);
+        $$ = update(NodeKind::PreIncrement, $3, @$);
     }
   | T_LPAREN opvalue T_INCREMENT T_RPAREN {
-        $$ = update(NodeKind::PostIncrement, $2, @1.first_line);
+        $$ = update(NodeKind::PostIncrement, $2, @$);
     }
 ;
 
 decrement_stmt:
-    T_DECREMENT opvalue { $$ = update(NodeKind::PreDecrement, $2, @1.first_line); }
-  | opvalue T_DECREMENT { $$ = update(NodeKind::PostDecrement, $1, @1.first_line); }
+    T_DECREMENT opvalue { $$ = update(NodeKind::PreDecrement, $2, @$); }
+  | opvalue T_DECREMENT { $$ = update(NodeKind::PostDecrement, $1, @$); }
   | T_DECREMENT paren_expression {
-        $$ = checkedUpdate(NodeKind::PreDecrement, $2, @1.first_line);
+        $$ = checkedUpdate(NodeKind::PreDecrement, $2, @$);
     }
   | paren_expression T_DECREMENT {
-        $$ = checkedUpdate(NodeKind::PostDecrement, $1, @1.first_line);
+        $$ = checkedUpdate(NodeKind::PostDecrement, $1, @$);
     }
   | T_LPAREN T_DECREMENT opvalue T_RPAREN {
-        $$ = update(NodeKind::PreDecrement, $3, @1.first_line);
+        $$ = update(NodeKind::PreDecrement, $3, @$);
     }
   | T_LPAREN opvalue T_DECREMENT T_RPAREN {
-        $$ = update(NodeKind::PostDecrement, $2, @1.first_line);
+        $$ = update(NodeKind::PostDecrement, $2, @$);
     }
 ;
 
 opvalue:
-    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line); }
+    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @$); }
   | T_ID T_LBRACKET bracket_value T_RBRACKET {
-        Node* array = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line);
-        $$ = new Node(NodeKind::ArrayAccess, array, $3, @1.first_line);
+        Node* array = new Node(NodeKind::Identifier, Name::fromIndex($1), @1);
+        $$ = new Node(NodeKind::ArrayAccess, array, $3, @$);
     }
 ;
 
 bracket_value:
-    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line); }
-  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @1.first_line); }
+    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @$); }
+  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @$); }
 ;
 
 paren_expression:
     T_LPAREN expression T_RPAREN {
-        $$ = new Node(NodeKind::ParenthesizedExpression, $2, @1.first_line);
+        $$ = new Node(NodeKind::ParenthesizedExpression, $2, @$);
     }
   | T_LPAREN assignment T_RPAREN { $$ = $2; }
 ;
 
 expression:
-    expression T_OR expression { $$ = binary(Operator::Or, $1, $3, @1.first_line); }
-  | expression T_AND expression { $$ = binary(Operator::And, $1, $3, @1.first_line); }
-  | expression T_EQUAL expression { $$ = binary(Operator::Equal, $1, $3, @1.first_line); }
-  | expression T_NOT_EQUAL expression { $$ = binary(Operator::NotEqual, $1, $3, @1.first_line); }
-  | expression T_LESS expression { $$ = binary(Operator::Less, $1, $3, @1.first_line); }
-  | expression T_GREATER expression { $$ = binary(Operator::Greater, $1, $3, @1.first_line); }
-  | expression T_LESS_EQUAL expression { $$ = binary(Operator::LessEqual, $1, $3, @1.first_line); }
-  | expression T_GREATER_EQUAL expression { $$ = binary(Operator::GreaterEqual, $1, $3, @1.first_line); }
-  | expression T_PLUS expression { $$ = binary(Operator::Plus, $1, $3, @1.first_line); }
-  | expression T_MINUS expression { $$ = binary(Operator::Minus, $1, $3, @1.first_line); }
-  | expression T_TIMES expression { $$ = binary(Operator::Times, $1, $3, @1.first_line); }
-  | expression T_DIVIDE expression { $$ = binary(Operator::Divide, $1, $3, @1.first_line); }
+    expression T_OR expression { $$ = binary(Operator::Or, $1, $3, @$); }
+  | expression T_AND expression { $$ = binary(Operator::And, $1, $3, @$); }
+  | expression T_EQUAL expression { $$ = binary(Operator::Equal, $1, $3, @$); }
+  | expression T_NOT_EQUAL expression { $$ = binary(Operator::NotEqual, $1, $3, @$); }
+  | expression T_LESS expression { $$ = binary(Operator::Less, $1, $3, @$); }
+  | expression T_GREATER expression { $$ = binary(Operator::Greater, $1, $3, @$); }
+  | expression T_LESS_EQUAL expression { $$ = binary(Operator::LessEqual, $1, $3, @$); }
+  | expression T_GREATER_EQUAL expression { $$ = binary(Operator::GreaterEqual, $1, $3, @$); }
+  | expression T_PLUS expression { $$ = binary(Operator::Plus, $1, $3, @$); }
+  | expression T_MINUS expression { $$ = binary(Operator::Minus, $1, $3, @$); }
+  | expression T_TIMES expression { $$ = binary(Operator::Times, $1, $3, @$); }
+  | expression T_DIVIDE expression { $$ = binary(Operator::Divide, $1, $3, @$); }
   | unary
   | call_stmt
 ;
 
 cast_expression:
     T_LPAREN type T_RPAREN cast_value {
-        $$ = new Node(NodeKind::CastExpression, $2, $4, @1.first_line);
+        $$ = new Node(NodeKind::CastExpression, $2, $4, @$);
     }
 ;
 
 cast_value:
-    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @1.first_line); }
-  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @1.first_line); }
-  | T_DECIMAL_LITERAL { $$ = new Node(NodeKind::DecimalLiteral, $1, @1.first_line); }
-  | T_CHARACTER_LITERAL { $$ = characterLiteral($1, @1.first_line); }
+    T_ID { $$ = new Node(NodeKind::Identifier, Name::fromIndex($1), @$); }
+  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @$); }
+  | T_DECIMAL_LITERAL { $$ = new Node(NodeKind::DecimalLiteral, $1, @$); }
+  | T_CHARACTER_LITERAL { $$ = characterLiteral($1, @$); }
 ;
 
 unary:
-    T_NOT unary { $$ = new Node(NodeKind::UnaryOp, Operator::Not, $2, @1.first_line); }
-  | T_MINUS unary { $$ = new Node(NodeKind::UnaryOp, Operator::Minus, $2, @1.first_line); }
-  | T_PLUS unary { $$ = new Node(NodeKind::UnaryOp, Operator::Plus, $2, @1.first_line); }
+    T_NOT unary { $$ = new Node(NodeKind::UnaryOp, Operator::Not, $2, @$); }
+  | T_MINUS unary { $$ = new Node(NodeKind::UnaryOp, Operator::Minus, $2, @$); }
+  | T_PLUS unary { $$ = new Node(NodeKind::UnaryOp, Operator::Plus, $2, @$); }
   | primary
 ;
 
 primary:
     opvalue
-  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @1.first_line); }
-  | T_DECIMAL_LITERAL { $$ = new Node(NodeKind::DecimalLiteral, $1, @1.first_line); }
-  | T_STRING_LITERAL { $$ = stringLiteral($1, @1.first_line); }
-  | T_CHARACTER_LITERAL { $$ = characterLiteral($1, @1.first_line); }
-  | T_TRUE { $$ = new Node(NodeKind::BooleanLiteral, true, @1.first_line); }
-  | T_FALSE { $$ = new Node(NodeKind::BooleanLiteral, false, @1.first_line); }
+  | T_INT_LITERAL { $$ = new Node(NodeKind::IntLiteral, $1, @$); }
+  | T_DECIMAL_LITERAL { $$ = new Node(NodeKind::DecimalLiteral, $1, @$); }
+  | T_STRING_LITERAL { $$ = stringLiteral($1, @$); }
+  | T_CHARACTER_LITERAL { $$ = characterLiteral($1, @$); }
+  | T_TRUE { $$ = new Node(NodeKind::BooleanLiteral, true, @$); }
+  | T_FALSE { $$ = new Node(NodeKind::BooleanLiteral, false, @$); }
   | T_LPAREN expression T_RPAREN { $$ = $2; }
 ;
 
 argument_list_opt:
     argument_list
-  | empty { $$ = new Node(NodeKind::ArgumentList, @1.first_line); }
+  | empty { $$ = new Node(NodeKind::ArgumentList, @$); }
 ;
 
 argument_list:
-    expression { $$ = new Node(NodeKind::ArgumentList, $1, @1.first_line); }
-  | argument_list T_COMMA expression { $$ = $1->addChild($3); }
+    expression { $$ = new Node(NodeKind::ArgumentList, $1, @$); }
+  | argument_list T_COMMA expression { $$ = append($1, $3, @3); }
 ;
 
 empty:
@@ -444,8 +451,9 @@ empty:
 %%
 
 // Called with the location of the token that the parser was looking at.
-static void yyerror(const char* message) {
-    Error::parser(message, yylloc.first_line);
+static void yyerror(const TokenLocation* location, ParseContext& /*context*/, void* /*scanner*/,
+                    const char* message) {
+    Error::parser(message, *location);
 }
 
 /// The character that a backslash and `escaped` stand for; any other character is itself.
@@ -492,29 +500,35 @@ static char decodeCharacterLiteral(const char* text) {
     return decoded.empty() ? '\0' : decoded.front();
 }
 
-static Node* stringLiteral(char* text, int line) {
-    Node* literal = new Node(NodeKind::StringLiteral, Name{decodeQuotedLiteral(text)}, line);
+static Node* stringLiteral(char* text, Place place) {
+    Node* literal = new Node(NodeKind::StringLiteral, Name{decodeQuotedLiteral(text)}, place);
     free(text);
     return literal;
 }
 
-static Node* characterLiteral(char* text, int line) {
-    Node* literal = new Node(NodeKind::CharacterLiteral, decodeCharacterLiteral(text), line);
+static Node* characterLiteral(char* text, Place place) {
+    Node* literal = new Node(NodeKind::CharacterLiteral, decodeCharacterLiteral(text), place);
     free(text);
     return literal;
 }
 
 /// Null, with an error reported, when there are too many arguments.
-static Node* exitStatement(Node* arguments, int line) {
+static Node* exitStatement(Node* arguments, Place place) {
     if (arguments->getChildren().size() > 1) {
-        Error::parser("> 1 arguments passed to exit().", line);
+        Error::parser("> 1 arguments passed to exit().", place);
         return nullptr;
     }
-    return new Node(NodeKind::ExitStatement, arguments, line);
+    return new Node(NodeKind::ExitStatement, arguments, place);
 }
 
-static Node* binary(Name op, Node* left, Node* right, int line) {
-    return (new Node(NodeKind::BinaryOp, op, left, line))->addChild(right);
+/// Adds an entry to a list, which then reaches from its first entry to this one.
+static Node* append(Node* list, Node* entry, const TokenLocation& location) {
+    list->extendOver(location.range());
+    return list->addChild(entry);
+}
+
+static Node* binary(Name op, Node* left, Node* right, Place place) {
+    return (new Node(NodeKind::BinaryOp, op, left, place))->addChild(right);
 }
 
 static Name updateOperator(Name kind) {
@@ -522,8 +536,8 @@ static Name updateOperator(Name kind) {
     return increments ? Operator::Increment : Operator::Decrement;
 }
 
-static Node* update(Name kind, Node* target, int line) {
-    return new Node(kind, updateOperator(kind), target, line);
+static Node* update(Name kind, Node* target, Place place) {
+    return new Node(kind, updateOperator(kind), target, place);
 }
 
 /// Whether a parenthesised operand is, below its parentheses, a variable or an array element.
@@ -538,57 +552,60 @@ static bool isIncrementDecrementTarget(Node* node) {
 }
 
 /// Null, with an error reported, when the operand cannot be updated.
-static Node* checkedUpdate(Name kind, Node* target, int line) {
+static Node* checkedUpdate(Name kind, Node* target, Place place) {
     if (!isIncrementDecrementTarget(target)) {
         const std::string& op = updateOperator(kind).text();
         Error::parser("Invalid increment/decrement target: expressions like " + op +
                           "(x + 1) or (x + 1)" + op + " are not allowed.",
-                      line);
+                      place);
         return nullptr;
     }
-    return update(kind, target, line);
+    return update(kind, target, place);
 }
 
 /// Queues a symbol for each variable of a declaration.
-static void declareVariables(Node* declaration) {
+static void declareVariables(Node* declaration, ParseContext& context) {
     const NodeList& children = declaration->getChildren();
     if (children[1]->kindName() == NodeKind::ArrayDeclarator) {
-        symbols.push(new Symbol(children[0], children[1]));
+        context.symbols.push(new Symbol(children[0], children[1]));
         return;
     }
     for (Node* declarator : children[1]->getChildren()) {
-        symbols.push(new Symbol(children[0], declarator));
+        context.symbols.push(new Symbol(children[0], declarator));
     }
 }
 
-/// Files a variable of `function`, or drops it when its name is taken.
-static void fileInFunction(Name function, std::unique_ptr<Symbol> symbol) {
+/// Files a symbol of `function`. Returns it when its name is taken; null when it was filed.
+static std::unique_ptr<Symbol> file(Name function, std::unique_ptr<Symbol> symbol,
+                                    ParseContext& context) {
     symbol->updateScope(function);
-    if (symbolTable.insertSymbol(function, symbol.get())) {
+    if (context.symbolTable.insertSymbol(function, symbol.get())) {
         symbol.release();
     }
+    return symbol;
 }
 
 /// Files a complete function: its symbol, its parameters, then the declarations queued since the
 /// function before it.
-static void declareFunction(Node* function) {
+static void declareFunction(Node* function, ParseContext& context) {
     const Name name = function->stringValue();
-    const int line = function->getLine();
+    const Place place = function->getPlace();
     auto symbol = std::make_unique<Symbol>(function->getChildren()[0], function);
     const std::vector<Symbol*> parameters = symbol->getParameters();
-    if (symbolTable.insertSymbol(name, line, symbol.get())) {
+    if (context.symbolTable.insertSymbol(name, place, symbol.get())) {
         symbol.release();
     }
     for (Symbol* parameter : parameters) {
-        parameter->updateScope(name);
-        symbolTable.insertSymbol(name, parameter);  // kept if refused: the function lists it
+        if (auto refused = file(name, std::unique_ptr<Symbol>{parameter}, context)) {
+            context.keep(std::move(refused));  // the function goes on listing it
+        }
     }
-    for (; !symbols.empty(); symbols.pop()) {
-        std::unique_ptr<Symbol> variable{symbols.front()};
+    for (; !context.symbols.empty(); context.symbols.pop()) {
+        std::unique_ptr<Symbol> variable{context.symbols.front()};
         if (variable->isArraySymbol()) {
             variable->updateArraySizeSymbol(
-                symbolTable.lookup(name, variable->sizeSymbolName(), line));
+                context.symbolTable.lookup(name, variable->sizeSymbolName(), place.line));
         }
-        fileInFunction(name, std::move(variable));
+        file(name, std::move(variable), context);
     }
 }

@@ -123,7 +123,7 @@ Name SemanticAnalyzer::inferLiteralType(Node* node) {
 
 Name SemanticAnalyzer::inferParenthesizedExpressionType(Node* node) {
     if (!node->hasChildren()) {
-        Error::semantic("Invalid empty parenthesized expression.", node->getLine());
+        Error::semantic("Invalid empty parenthesized expression.", node->getPlace());
         return {};
     }
     return setExpressionType(node, inferExpressionType(node->getChildren()[0]));
@@ -136,7 +136,7 @@ Name SemanticAnalyzer::inferIdentifierType(Node* node) {
     }
     const Symbol* symbol = symbolTable.lookup(currentScope, name, node->getLine());
     if (symbol == nullptr) {
-        Error::semantic("Undeclared identifier: '" + name.text() + "'.", node->getLine());
+        Error::semantic("Undeclared identifier: '" + name.text() + "'.", node->getPlace());
         return {};
     }
     return setExpressionType(node, symbol->typeName());
@@ -150,7 +150,7 @@ Name SemanticAnalyzer::inferArrayAccessType(Node* node) {
     const Name name = node->getChildren()[0]->stringValue();
     const Symbol* symbol = symbolTable.lookup(currentScope, name, node->getLine());
     if (symbol == nullptr) {
-        Error::semantic("Undeclared array: '" + name.text() + "'.", node->getLine());
+        Error::semantic("Undeclared array: '" + name.text() + "'.", node->getPlace());
         return {};
     }
     return setExpressionType(node, symbol->typeName());
@@ -163,12 +163,12 @@ Name SemanticAnalyzer::inferCallStatementType(Node* node) {
     }
     const Name callee = children[0]->stringValue();
     if (callee.text() == "main") {
-        Error::semantic("The 'main' function cannot be called.", node->getLine());
+        Error::semantic("The 'main' function cannot be called.", node->getPlace());
         return {};
     }
     const Symbol* function = symbolTable.lookup(callee, callee, node->getLine());
     if (function == nullptr) {
-        Error::semantic("Undeclared function: '" + callee.text() + "'.", node->getLine());
+        Error::semantic("Undeclared function: '" + callee.text() + "'.", node->getPlace());
         return {};
     }
     static const NodeList none{};
@@ -181,7 +181,7 @@ Name SemanticAnalyzer::inferCallStatementType(Node* node) {
         Error::semantic("Argument count mismatch in function call to '" + callee.text() +
                             "'. Expected " + std::to_string(parameters.size()) +
                             " arguments, but got " + std::to_string(arguments.size()) + ".",
-                        node->getLine());
+                        node->getPlace());
         return {};
     }
     for (std::size_t index = 0; index < parameters.size(); ++index) {
@@ -191,7 +191,7 @@ Name SemanticAnalyzer::inferCallStatementType(Node* node) {
             Error::semantic("Argument type mismatch in function call to '" + callee.text() +
                                 "'. Expected type: '" + expected.text() + "', but got type: '" +
                                 actual.text() + "'.",
-                            node->getLine());
+                            node->getPlace());
             return {};
         }
     }
@@ -199,12 +199,12 @@ Name SemanticAnalyzer::inferCallStatementType(Node* node) {
 }
 
 Name SemanticAnalyzer::inferMalformedUnaryOp(Node* node) {
-    Error::semantic("Invalid unary expression.", node->getLine());
+    Error::semantic("Invalid unary expression.", node->getPlace());
     return {};
 }
 
 Name SemanticAnalyzer::inferMalformedBinaryOp(Node* node) {
-    Error::semantic("Invalid binary expression.", node->getLine());
+    Error::semantic("Invalid binary expression.", node->getPlace());
     return {};
 }
 
@@ -219,7 +219,7 @@ Name SemanticAnalyzer::binaryOpType(Node* operation, Name leftType) {
             "Different types of operands can't be used in the binary operation. "
             "Left operand type: '" +
                 leftType.text() + "', right operand type: '" + rightType.text() + "'.",
-            operation->getLine());
+            operation->getPlace());
         return {};
     }
     return setExpressionType(operation, leftType);
@@ -227,7 +227,7 @@ Name SemanticAnalyzer::binaryOpType(Node* operation, Name leftType) {
 
 Name SemanticAnalyzer::inferCastExpressionType(Node* node) {
     if (node->getChildren().size() != 2) {
-        Error::semantic("Invalid cast expression.", node->getLine());
+        Error::semantic("Invalid cast expression.", node->getPlace());
         return {};
     }
     const Name target = node->getChildren()[0]->stringValue();
@@ -239,7 +239,7 @@ Name SemanticAnalyzer::inferCastExpressionType(Node* node) {
     if (cast == nullptr) {
         Error::semantic(
             "Cannot cast from type '" + source.text() + "' to type '" + target.text() + "'.",
-            node->getLine());
+            node->getPlace());
         return {};
     }
     node->setKind(cast->conversion);

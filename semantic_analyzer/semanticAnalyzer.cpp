@@ -24,8 +24,8 @@ Name targetName(const Node& target) {
     return {};
 }
 
-void reportUndeclared(Name name, int line) {
-    Error::semantic("Undeclared identifier: '" + name.text() + "'.", line);
+void reportUndeclared(Name name, const Place& place) {
+    Error::semantic("Undeclared identifier: '" + name.text() + "'.", place);
 }
 
 }  // namespace
@@ -85,7 +85,7 @@ void SemanticAnalyzer::visitFunctionDeclaration(Node* node) {
     }
     currentReturnType = children[0]->stringValue();
     if (currentScope.text() == "main" && currentReturnType != TypeName::Void) {
-        Error::semantic("The 'main' function must have a return type of 'void'.", node->getLine());
+        Error::semantic("The 'main' function must have a return type of 'void'.", node->getPlace());
         return;  // kept: neither scope nor return type is restored here
     }
     for (Node* child : children) {
@@ -98,7 +98,7 @@ void SemanticAnalyzer::visitFunctionDeclaration(Node* node) {
 void SemanticAnalyzer::visitDeclaration(Node* node) {
     const NodeList& children = node->getChildren();
     if (children.size() < 2 || children[0]->kindName() != NodeKind::Type) {
-        Error::semantic("Malformed declaration.", node->getLine());
+        Error::semantic("Malformed declaration.", node->getPlace());
         return;
     }
     Node* declared = children[1];
@@ -109,7 +109,7 @@ void SemanticAnalyzer::visitDeclaration(Node* node) {
     } else if (declared->kindName() == NodeKind::ArrayDeclarator) {
         visitArrayDeclarator(declared);
     } else {
-        Error::semantic("Malformed declaration.", node->getLine());
+        Error::semantic("Malformed declaration.", node->getPlace());
     }
 }
 
@@ -123,7 +123,7 @@ void SemanticAnalyzer::visitDeclarator(Node* node, Name declaredType) {
     }
     const Name type = inferExpressionType(initializer->getChildren()[0]);
     if (!type.empty() && !isAssignable(declaredType, type)) {
-        reportTypeMismatch(declaredType, type, node->getLine());
+        reportTypeMismatch(declaredType, type, node->getPlace());
     }
 }
 
@@ -135,39 +135,39 @@ void SemanticAnalyzer::visitArrayDeclarator(Node* node) {
     Node* size = node->getChildren()[0];
     const bool isVariable = size->kindName() == NodeKind::Identifier;
     if (inferExpressionType(size) != TypeName::Int) {
-        Error::semantic("Array size identifier must be of type 'int'.", size->getLine());
+        Error::semantic("Array size identifier must be of type 'int'.", size->getPlace());
         return;
     }
     if (!isVariable) {
         if (size->getIntValue() < 1) {
-            Error::semantic("Array size must be a positive integer.", size->getLine());
+            Error::semantic("Array size must be a positive integer.", size->getPlace());
         }
         return;
     }
     const Symbol* symbol = symbolTable.lookup(currentScope, size->stringValue(), size->getLine());
     if (symbol == nullptr) {
-        reportUndeclared(size->stringValue(), size->getLine());
+        reportUndeclared(size->stringValue(), size->getPlace());
     } else if (symbol->typeName() == TypeName::Int && symbol->getIntValue() < 1) {
-        Error::semantic("Array size identifier must be a positive integer.", size->getLine());
+        Error::semantic("Array size identifier must be a positive integer.", size->getPlace());
     }
 }
 
 void SemanticAnalyzer::visitAssignment(Node* node) {
     const NodeList& children = node->getChildren();
     if (children.size() < 2) {
-        Error::semantic("Malformed assignment.", node->getLine());
+        Error::semantic("Malformed assignment.", node->getPlace());
         return;
     }
     const Name target = targetName(*children[0]);
     const Symbol* symbol =
         target.empty() ? nullptr : symbolTable.lookup(currentScope, target, node->getLine());
     if (symbol == nullptr) {
-        reportUndeclared(target, node->getLine());
+        reportUndeclared(target, node->getPlace());
         return;
     }
     const Name type = inferExpressionType(children[1]);
     if (!type.empty() && !isAssignable(symbol->typeName(), type)) {
-        reportTypeMismatch(symbol->typeName(), type, node->getLine());
+        reportTypeMismatch(symbol->typeName(), type, node->getPlace());
     }
 }
 
@@ -176,21 +176,21 @@ void SemanticAnalyzer::visitReturnStatement(Node* node) {
         if (node->hasChildren()) {
             Error::semantic("Void function should not return a value in function '" +
                                 currentScope.text() + "'.",
-                            node->getLine());
+                            node->getPlace());
         }
         return;
     }
     if (!node->hasChildren()) {
         Error::semantic(
             "Non-void function must return a value in function '" + currentScope.text() + "'.",
-            node->getLine());
+            node->getPlace());
         return;
     }
     const Name type = inferExpressionType(node->getChildren()[0]);
     if (!type.empty() && !isAssignable(currentReturnType, type)) {
         Error::semantic("Return type mismatch. Expected '" + currentReturnType.text() +
                             "', but got '" + type.text() + "'.",
-                        node->getLine());
+                        node->getPlace());
     }
 }
 
@@ -198,7 +198,7 @@ void SemanticAnalyzer::visitReturnStatement(Node* node) {
 void SemanticAnalyzer::visitCallStatement(Node* node) {
     if (inferCallStatementType(node) != TypeName::Void) {
         Error::semantic("Function call used as a statement must have void return type.",
-                        node->getLine());
+                        node->getPlace());
     }
 }
 
@@ -211,12 +211,12 @@ void SemanticAnalyzer::visitPrintStatement(Node* node) {
     };
     const NodeList& children = node->getChildren();
     if (children.size() != 1 || children[0]->kindName() != NodeKind::ArgumentList) {
-        Error::semantic("Malformed print statement.", node->getLine());
+        Error::semantic("Malformed print statement.", node->getPlace());
         return;
     }
     Node* arguments = children[0];
     if (!arguments->hasChildren()) {
-        Error::semantic("Print statement must have at least one argument.", node->getLine());
+        Error::semantic("Print statement must have at least one argument.", node->getPlace());
         return;
     }
     for (std::size_t index = 0; index < arguments->getChildren().size(); ++index) {
@@ -231,17 +231,17 @@ void SemanticAnalyzer::visitPrintStatement(Node* node) {
         const Name conversion = conversions.find(type);
         if (conversion.empty()) {
             Error::semantic("Print argument has unsupported type '" + type.text() + "'.",
-                            argument->getLine());
+                            argument->getPlace());
             return;
         }
-        Node* converted = new Node(conversion, argument, argument->getLine());
+        Node* converted = new Node(conversion, argument, argument->getPlace());
         converted->setSemanticType(TypeName::String);
         arguments->replaceChild(index, converted);
     }
 }
 
-void SemanticAnalyzer::reportTypeMismatch(Name expected, Name actual, int line) {
+void SemanticAnalyzer::reportTypeMismatch(Name expected, Name actual, const Place& place) {
     Error::semantic(
         "Cannot assign value of type '" + actual.text() + "' to type '" + expected.text() + "'.",
-        line);
+        place);
 }

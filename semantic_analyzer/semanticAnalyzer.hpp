@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "shared/ast/name.hpp"
+#include "shared/error/place.hpp"
 
 class Node;
 class SymbolTable;
@@ -64,7 +65,7 @@ private:
     Name binaryOpType(Node* operation, Name leftType);
 
     static Name setExpressionType(Node* node, Name type);
-    static void reportTypeMismatch(Name expected, Name actual, int line);
+    static void reportTypeMismatch(Name expected, Name actual, const Place& place);
 
     SymbolTable& symbolTable;
     Name currentScope;              // the function being analysed; the scope of every look-up

@@ -6,13 +6,18 @@
 #include <functional>
 #include <initializer_list>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-/// A text kept once per process: node kinds, type names, identifiers. Copying a Name copies an
-/// index, two are equal when their indexes are, and the text lives until the process ends.
+/// A text kept once: node kinds, type names, identifiers. Copying a Name copies an index, two are
+/// equal when their indexes are. The text lives until the process ends, or as long as the NameScope
+/// does that was in use when it first became a name.
+///
+///     Name{"main"}  ->  index 117  ->  texts[117]  ->  "main"
+///
 /// Converts from and to strings, so that a Name parameter takes kinds and names as plain text, and
 /// a Name can be used as the text that it is.
 class Name {
@@ -31,7 +36,8 @@ public:
     const std::string& text() const { return *texts[number]; }
     operator const std::string&() const { return text(); }
     bool empty() const { return number == 0; }
-    /// Names are numbered from 1 in the order in which they first appear; 0 is the empty name.
+    /// Names are numbered from 1 on, in the order in which they first appear as long as no scope
+    /// ends; its numbers are used again. 0 is the empty name.
     std::uint32_t index() const { return number; }
     /// The name of that index, which must be one that index() has given.
     static Name fromIndex(std::uint32_t index) {
@@ -55,9 +61,37 @@ public:
 private:
     friend class NamePool;
 
-    static const std::string* const* texts;  // by index; the pool's, which moves it as it grows
+    static const std::string* const* texts;  // by index; moves as it grows
 
     std::uint32_t number = 0;
+};
+
+class NamePool;
+
+/// The names that first appear while it is in use; they end with it. Names that there were before
+/// outside of scopes are the same inside; a scope does not see the names of another one.
+class NameScope {
+public:
+    NameScope();
+    NameScope(const NameScope&) = delete;
+    NameScope& operator=(const NameScope&) = delete;
+    ~NameScope();
+
+    /// New names belong to the scope as long as this object lives; then again where they did
+    /// before.
+    class Use {
+    public:
+        explicit Use(NameScope& scope);
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+        ~Use();
+
+    private:
+        NamePool* before;
+    };
+
+private:
+    std::unique_ptr<NamePool> pool;
 };
 
 /// Names are numbered in a row: their numbers spread well by themselves.

@@ -5,62 +5,16 @@
 #include <cstring>
 #include <new>
 #include <stdexcept>
-#include <utility>
 #include <vector>
 
-namespace {
-
-#ifdef __SANITIZE_ADDRESS__
-
-// One by one, so that the sanitizer sees the life of each node.
-void* allocateNode() {
-    return ::operator new(sizeof(Node));
-}
-
-void freeNode(void* node) {
-    ::operator delete(node);
-}
-
-#else
-
-union NodeSpace {
-    NodeSpace* next;  // while it is free
-    alignas(Node) unsigned char node[sizeof(Node)];
-};
-
-constexpr std::size_t blockLength = 1024;  // nodes
-
-NodeSpace* freeSpaces = nullptr;
-NodeSpace* unusedSpaces = nullptr;  // the rest of the newest block
-std::size_t unusedCount = 0;
-
-void* allocateNode() {
-    if (freeSpaces != nullptr) {
-        return std::exchange(freeSpaces, freeSpaces->next);
-    }
-    if (unusedCount == 0) {
-        unusedSpaces = static_cast<NodeSpace*>(::operator new(sizeof(NodeSpace) * blockLength));
-        unusedCount = blockLength;
-    }
-    --unusedCount;
-    return unusedSpaces++;
-}
-
-void freeNode(void* node) {
-    auto* space = static_cast<NodeSpace*>(node);
-    space->next = std::exchange(freeSpaces, space);
-}
-
-#endif
-
-}  // namespace
+#include "shared/ast/treeMemory.hpp"
 
 void* Node::operator new(std::size_t /*size*/) {
-    return allocateNode();
+    return TreeMemory::allocate();
 }
 
 void Node::operator delete(void* node) {
-    freeNode(node);
+    TreeMemory::release(node);
 }
 
 void NodeList::grow() {
@@ -96,24 +50,8 @@ Node* NodeList::exchange(std::size_t index, Node* node) {
     return old;
 }
 
-namespace {
-
-/// Every double that a node has carried.
-std::vector<double>& doubles() {
-    static std::vector<double> values;
-    return values;
-}
-
-}  // namespace
-
-Node::Value Node::keep(double real) {
-    const auto place = static_cast<std::uint32_t>(doubles().size());
-    doubles().push_back(real);
-    return {.real = place};
-}
-
 double Node::getDoubleValue() const {
-    return valueType == ValueType::Double ? doubles()[value.real] : 0.0;
+    return valueType == ValueType::Double ? TreeMemory::valueAt(value.real) : 0.0;
 }
 
 namespace {
@@ -143,49 +81,49 @@ Name Node::otherName(std::uint16_t word) {
     return otherNames()[word - std::size_t{firstOtherWord}];
 }
 
-Node::Node(Name itsKind, ValueType itsValueType, Value itsValue, int itsLine)
+Node::Node(Name itsKind, ValueType itsValueType, Value itsValue, Place place)
     : value(itsValue),
-      line(itsLine),
+      line(place.line),
+      range(place.range),
       kind(wordOf(itsKind)),
       semanticType(0),
       valueType(itsValueType) {}
 
-Node::Node(Name itsKind, int itsLine) : Node(itsKind, ValueType::None, {}, itsLine) {}
+Node::Node(Name itsKind, Place place) : Node(itsKind, ValueType::None, {}, place) {}
 
-Node::Node(Name itsKind, Name itsValue, int itsLine)
-    : Node(itsKind, ValueType::String, {.string = itsValue}, itsLine) {}
+Node::Node(Name itsKind, Name itsValue, Place place)
+    : Node(itsKind, ValueType::String, {.string = itsValue}, place) {}
 
-Node::Node(Name itsKind, const char* itsValue, int itsLine)
-    : Node(itsKind, Name{itsValue}, itsLine) {}
+Node::Node(Name itsKind, const char* itsValue, Place place)
+    : Node(itsKind, Name{itsValue}, place) {}
 
-Node::Node(Name itsKind, int itsValue, int itsLine)
-    : Node(itsKind, ValueType::Int, {.integer = itsValue}, itsLine) {}
+Node::Node(Name itsKind, int itsValue, Place place)
+    : Node(itsKind, ValueType::Int, {.integer = itsValue}, place) {}
 
-Node::Node(Name itsKind, double itsValue, int itsLine)
-    : Node(itsKind, ValueType::Double, keep(itsValue), itsLine) {}
+Node::Node(Name itsKind, double itsValue, Place place)
+    : Node(itsKind, ValueType::Double, {.real = TreeMemory::keep(itsValue)}, place) {}
 
-Node::Node(Name itsKind, char itsValue, int itsLine)
-    : Node(itsKind, ValueType::Char, {.character = itsValue}, itsLine) {}
+Node::Node(Name itsKind, char itsValue, Place place)
+    : Node(itsKind, ValueType::Char, {.character = itsValue}, place) {}
 
-Node::Node(Name itsKind, bool itsValue, int itsLine)
-    : Node(itsKind, ValueType::Bool, {.boolean = itsValue}, itsLine) {}
+Node::Node(Name itsKind, bool itsValue, Place place)
+    : Node(itsKind, ValueType::Bool, {.boolean = itsValue}, place) {}
 
-Node::Node(Name itsKind, Node* child, int itsLine) : Node(itsKind, itsLine) {
+Node::Node(Name itsKind, Node* child, Place place) : Node(itsKind, place) {
     addChild(child);
 }
 
-Node::Node(Name itsKind, Name itsValue, Node* child, int itsLine)
-    : Node(itsKind, itsValue, itsLine) {
+Node::Node(Name itsKind, Name itsValue, Node* child, Place place) : Node(itsKind, itsValue, place) {
     addChild(child);
 }
 
-Node::Node(Name itsKind, Node* first, Node* second, int itsLine) : Node(itsKind, itsLine) {
+Node::Node(Name itsKind, Node* first, Node* second, Place place) : Node(itsKind, place) {
     addChild(first);
     addChild(second);
 }
 
-Node::Node(Name itsKind, Node* first, Node* second, Node* third, int itsLine)
-    : Node(itsKind, itsLine) {
+Node::Node(Name itsKind, Node* first, Node* second, Node* third, Place place)
+    : Node(itsKind, place) {
     addChild(first);
     addChild(second);
     addChild(third);

@@ -8,6 +8,7 @@
 #include "shared/ast/name.hpp"
 #include "shared/ast/nodeKinds.hpp"
 #include "shared/ast/nodeList.hpp"
+#include "shared/error/place.hpp"
 
 /// The one class of the syntax tree: a kind, at most one value, a semantic type once analysis has
 /// found it, a line, and owned children. What a node stands for is told by its kind
@@ -25,27 +26,26 @@ public:
         Bool = 5
     };
 
-    Node(Name itsKind, int itsLine);
-    Node(Name itsKind, Name value, int itsLine);
+    Node(Name itsKind, Place place);
+    Node(Name itsKind, Name value, Place place);
     /// A null `value` gives an empty string value.
-    Node(Name itsKind, const char* value, int itsLine);
-    Node(Name itsKind, int value, int itsLine);
-    Node(Name itsKind, double value, int itsLine);
-    Node(Name itsKind, char value, int itsLine);
-    Node(Name itsKind, bool value, int itsLine);
+    Node(Name itsKind, const char* value, Place place);
+    Node(Name itsKind, int value, Place place);
+    Node(Name itsKind, double value, Place place);
+    Node(Name itsKind, char value, Place place);
+    Node(Name itsKind, bool value, Place place);
     /// The node takes ownership of the children; null ones are dropped, here and below.
-    Node(Name itsKind, Node* child, int itsLine);
-    Node(Name itsKind, std::nullptr_t, int itsLine) : Node(itsKind, itsLine) {}
-    Node(Name itsKind, Name value, Node* child, int itsLine);
-    Node(Name itsKind, Node* first, Node* second, int itsLine);
-    Node(Name itsKind, Node* first, Node* second, Node* third, int itsLine);
+    Node(Name itsKind, Node* child, Place place);
+    Node(Name itsKind, std::nullptr_t, Place place) : Node(itsKind, place) {}
+    Node(Name itsKind, Name value, Node* child, Place place);
+    Node(Name itsKind, Node* first, Node* second, Place place);
+    Node(Name itsKind, Node* first, Node* second, Node* third, Place place);
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
     /// Deletes all descendants, however deep the tree is.
     ~Node();
 
-    /// Nodes come from blocks of many, which are kept for the nodes to come and never given back.
-    /// Throws std::bad_alloc.
+    /// Nodes lie in the memory in use (treeMemory.hpp). Throws std::bad_alloc.
     static void* operator new(std::size_t size);
     static void operator delete(void* node);
 
@@ -75,6 +75,15 @@ public:
     char getCharValue() const { return valueType == ValueType::Char ? value.character : '\0'; }
     bool getBoolValue() const { return valueType == ValueType::Bool && value.boolean; }
     int getLine() const { return line; }
+    /// The bytes of the source that the node stands for, from its first token to its last one;
+    /// empty when they are not known, and for nodes that stand for nothing written.
+    SourceRange getRange() const { return range; }
+    Place getPlace() const { return {line, range}; }
+    /// Lets a node without children stand for these bytes, and one with children for everything
+    /// from its beginning up to their end.
+    void extendOver(SourceRange bytes) {
+        range = {hasChildren() ? range.begin : bytes.begin, bytes.end};
+    }
 
     /// The same texts as names, for passes that compare and look up by them.
     Name kindName() const { return nameOf(kind); }
@@ -101,7 +110,7 @@ private:
     union Value {
         Name string{};
         int integer;
-        std::uint32_t real;  // its index among the doubles of all nodes
+        std::uint32_t real;  // where its memory keeps it
         char character;
         bool boolean;
     };
@@ -121,17 +130,18 @@ private:
     static constexpr std::uint16_t firstOtherWord = 0x1000;
     static constexpr std::uint16_t lastWord = 0x1FFF;
 
-    static Value keep(double real);
+    Node(Name itsKind, ValueType itsValueType, Value itsValue, Place place);
 
-    Node(Name itsKind, ValueType itsValueType, Value itsValue, int itsLine);
+    friend class TreeMemory;
 
-    // In 32 bytes: the tree is most of what the compiler keeps in memory.
+    // In 40 bytes: the tree is most of what the compiler keeps in memory.
     [[no_unique_address]] NodeList children;
     Value value;
     int line;
+    SourceRange range;
     std::uint16_t kind;               // its word
     std::uint16_t semanticType : 13;  // its word
     ValueType valueType : 3;
 };
 
-static_assert(sizeof(void*) != 8 || sizeof(Node) == 32);
+static_assert(sizeof(void*) != 8 || sizeof(Node) == 40);

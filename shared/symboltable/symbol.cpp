@@ -42,7 +42,7 @@ Symbol::Symbol(Node* type, Node* declaration) {
             readArraySize(*children[0]);
         }
     }
-    line = declaration->getLine();
+    place = declaration->getPlace();
 }
 
 void Symbol::readFunction(const Node& declaration) {
@@ -98,7 +98,7 @@ void Symbol::printSymbol() const {
         }
         std::cout << std::endl;
     }
-    std::cout << "source line: " << line << std::endl << std::string(26, '-') << std::endl;
+    std::cout << "source line: " << place.line << std::endl << std::string(26, '-') << std::endl;
 }
 
 void Symbol::printValue() const {

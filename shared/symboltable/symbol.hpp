@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "shared/ast/name.hpp"
+#include "shared/error/place.hpp"
 
 class Node;
 
@@ -27,7 +28,9 @@ public:
     std::string getArraySizeSymbolName() const { return arraySizeSymbolName.text(); }
     /// The literal that an int variable is initialised with; 0 for anything else.
     int getIntValue() const { return intValue; }
-    int getLine() const { return line; }
+    int getLine() const { return place.line; }
+    /// Where the declaring node stands.
+    const Place& getPlace() const { return place; }
     /// The parameters of a function, in order; not owned by the symbol.
     std::vector<Symbol*> getParameters() const { return parameters; }
     bool isArraySymbol() const { return isArray; }
@@ -62,7 +65,7 @@ private:
     bool boolValue = false;
     Name stringValue;
     Name scope;
-    int line = 0;
+    Place place = 0;
     int arraySizeValue = 0;
     const Symbol* arraySizeSymbol = nullptr;
     Name arraySizeSymbolName;

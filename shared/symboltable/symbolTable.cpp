@@ -13,10 +13,10 @@ bool SymbolTable::Scope::file(Symbol* symbol) {
     return true;
 }
 
-bool SymbolTable::insertSymbol(Name scope, int line, Symbol* symbol) {
+bool SymbolTable::insertSymbol(Name scope, const Place& place, Symbol* symbol) {
     const auto [entry, isNew] = scopes.try_emplace(scope);
     if (!isNew) {
-        Error::semantic("Function '" + scope + "' already exists.", line);
+        Error::semantic("Function '" + scope + "' already exists.", place);
         return false;
     }
     constexpr std::size_t usualSymbols = 8;
@@ -30,13 +30,13 @@ bool SymbolTable::insertSymbol(Name scope, Symbol* symbol) {
     if (entry == scopes.end()) {
         Error::semantic("Function symbol '" + scope + "' does not exist for variable '" +
                             symbol->symbolName() + "'.",
-                        symbol->getLine());
+                        symbol->getPlace());
         return false;
     }
     if (!entry->second.file(symbol)) {
         Error::semantic(
             "Symbol '" + symbol->symbolName() + "' already exists in scope '" + scope + "'.",
-            symbol->getLine());
+            symbol->getPlace());
         return false;
     }
     return true;

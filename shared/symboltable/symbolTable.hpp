@@ -19,11 +19,11 @@ public:
     SymbolTable& operator=(const SymbolTable&) = delete;
     ~SymbolTable() = default;
 
-    /// Opens `scope` with the symbol of its function. Reports a semantic error at `line`, and files
-    /// nothing, when there is such a scope already. Returns whether the symbol was filed.
-    bool insertSymbol(Name scope, int line, Symbol* symbol);
-    /// Files a variable or parameter in `scope`. Reports a semantic error at the symbol's line, and
-    /// files nothing, when the scope was never opened or has the name already; the name of the
+    /// Opens `scope` with the symbol of its function. Reports a semantic error at `place`, and
+    /// files nothing, when there is such a scope already. Returns whether the symbol was filed.
+    bool insertSymbol(Name scope, const Place& place, Symbol* symbol);
+    /// Files a variable or parameter in `scope`. Reports a semantic error at the symbol's place,
+    /// and files nothing, when the scope was never opened or has the name already; the name of the
     /// function itself is one of them. Returns whether the symbol was filed.
     bool insertSymbol(Name scope, Symbol* symbol);
     /// The symbol called `name` in `scope`, or null. `line` is not used.

@@ -3,6 +3,7 @@
 
 import os
 import pathlib
+import select
 import subprocess
 import unittest
 
@@ -152,6 +153,25 @@ class ClosedStreams(CommandLineTest):
                                  "".join(WRITTEN.values()) + self.compiled())
                 self.assertEqual(stderr, "")
                 self.assertEqual({name: self.read(name) for name in FLAGS}, expected)
+
+    def test_no_file_that_is_written_gets_their_number(self):
+        # A pipe that nobody empties holds krelcc up while it writes the dump.
+        self.write("prog.krl", "void main() {\n" + "    print(1);\n" * 10000 + "}\n")
+        for name, flag in FLAGS.items():
+            pipe = self.directory / name
+            os.mkfifo(pipe)
+            reading = os.open(pipe, os.O_RDONLY | os.O_NONBLOCK)
+            process = self.start("prog.krl", flag,
+                                 preexec_fn=lambda: [os.close(number) for number in range(3)])
+            select.select([reading], [], [], TIMEOUT_SECONDS)
+            numbers = [int(entry.name) for entry in
+                       pathlib.Path(f"/proc/{process.pid}/fd").iterdir()
+                       if os.readlink(entry) == str(pipe)]
+            process.kill()
+            process.communicate()
+            os.close(reading)
+            self.assertEqual(len(numbers), 1, name)
+            self.assertGreater(numbers[0], 2, name)
 
     def test_native_compiler_finds_them_closed(self):
         for number in range(3):

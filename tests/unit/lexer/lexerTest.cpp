@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <map>
 #include <string>
+#include <vector>
 
+#include "lexer/scanner.hpp"
 #include "parser/parser.hpp"
 #include "scan.hpp"
 
@@ -24,10 +27,11 @@ TEST(LexerTest, NothingScansToNothing) {
 }
 
 TEST(LexerTest, LocationIsLineOneColumnOneAtFirst) {
-    EXPECT_EQ(yylloc.first_line, 1);
-    EXPECT_EQ(yylloc.first_column, 1);
-    EXPECT_EQ(yylloc.last_line, 1);
-    EXPECT_EQ(yylloc.last_column, 1);
+    const TokenLocation location;
+    EXPECT_EQ(location.first_line, 1);
+    EXPECT_EQ(location.first_column, 1);
+    EXPECT_EQ(location.last_line, 1);
+    EXPECT_EQ(location.last_column, 1);
 }
 
 TEST(LexerTest, EveryOperator) {
@@ -295,6 +299,73 @@ TEST(LexerTest, ManyQuotesThatNothingClosesTakeLinearTime) {
     constexpr std::size_t errorSize =
         std::string_view{"Lexer error at line 1: illegal character '\"'\n"}.size();
     EXPECT_EQ(errors.size(), errorSize * (2 * quotes + 1));
+}
+
+/// The bytes of every token of a text, and of what the scanner passes over, in order.
+std::vector<std::string> piecesOf(const std::string& text) {
+    testing::internal::CaptureStderr();
+    std::vector<Trivia> trivia;
+    Scanner scanner{text, &trivia};
+    std::map<std::uint32_t, std::string> pieces;
+    const auto add = [&](SourceRange range, const std::string& mark) {
+        pieces[range.begin] = mark + text.substr(range.begin, range.end - range.begin);
+    };
+    KREL_STYPE value;
+    TokenLocation location;
+    while (const int token = krel_lex(&value, &location, scanner.handle())) {
+        add(location.range(), "");
+        if (token == T_STRING_LITERAL || token == T_CHARACTER_LITERAL) {
+            std::free(value.text);
+        }
+    }
+    EXPECT_EQ(location.range(), (SourceRange{static_cast<std::uint32_t>(text.size()),
+                                             static_cast<std::uint32_t>(text.size())}));
+    for (const auto& [kind, range] : trivia) {
+        add(range, kind == Trivia::Kind::Comment ? "comment " : "illegal ");
+    }
+    testing::internal::GetCapturedStderr();
+    std::vector<std::string> ordered;
+    for (const auto& [begin, piece] : pieces) {
+        ordered.push_back(piece);
+    }
+    return ordered;
+}
+
+using Pieces = std::vector<std::string>;
+
+TEST(ScannerRangeTest, TokensReachFromTheirFirstByteToTheirLast) {
+    EXPECT_EQ(piecesOf("int x1=12;"), (Pieces{"int", "x1", "=", "12", ";"}));
+    EXPECT_EQ(piecesOf(" a <= 1.5\n\t\"s\\\"\" 'c' "),
+              (Pieces{"a", "<=", "1.5", "\"s\\\"\"", "'c'"}));
+    EXPECT_EQ(piecesOf(""), Pieces{});
+    EXPECT_EQ(piecesOf(" \n"), Pieces{});
+}
+
+TEST(ScannerRangeTest, WhatIsCutEndsWhereItIsCut) {
+    EXPECT_EQ(piecesOf("1."), (Pieces{"1", "illegal ."}));
+    EXPECT_EQ(piecesOf("\"abc\nx"), (Pieces{"illegal \"", "abc", "x"}));
+    EXPECT_EQ(piecesOf("'ab'"), (Pieces{"illegal '", "ab", "illegal '"}));
+    EXPECT_EQ(piecesOf("#{ a\nb"), (Pieces{"comment #{ a", "b"}));
+}
+
+TEST(ScannerRangeTest, CommentsAreWhatTheScannerTakesForThem) {
+    EXPECT_EQ(piecesOf("a # b\nc"), (Pieces{"a", "comment # b", "c"}));
+    EXPECT_EQ(piecesOf("#{ a\n }# b"), (Pieces{"comment #{ a\n }#", "b"}));
+    EXPECT_EQ(piecesOf("#{ a }# b\nc"), (Pieces{"comment #{ a }# b", "c"}));
+    EXPECT_EQ(piecesOf("@#"), (Pieces{"illegal @", "comment #"}));
+}
+
+TEST(ScannerRangeTest, ScannersDoNotKnowOfEachOther) {
+    Scanner first{"a\nb"};
+    Scanner second{"c"};
+    KREL_STYPE value;
+    TokenLocation location;
+    EXPECT_EQ(krel_lex(&value, &location, first.handle()), T_ID);
+    EXPECT_EQ(krel_lex(&value, &location, second.handle()), T_ID);
+    EXPECT_EQ(location.first_line, 1);
+    EXPECT_EQ(krel_lex(&value, &location, first.handle()), T_ID);
+    EXPECT_EQ(location.first_line, 2);
+    EXPECT_EQ(krel_lex(&value, &location, second.handle()), 0);
 }
 
 }  // namespace

@@ -6,32 +6,31 @@
 #include <iostream>
 #include <sstream>
 
-#include "lexer/scannerInput.hpp"
+#include "lexer/scanner.hpp"
 #include "parser/parser.hpp"
 #include "shared/ast/name.hpp"
 #include "tests/unit/support/childProcess.hpp"
-#include "tests/unit/support/sourceText.hpp"
 
 namespace {
 
 /// The value of the token just scanned, behind a blank; empty when its kind carries none.
-std::string valueOf(int token) {
+std::string valueOf(int token, const KREL_STYPE& scanned) {
     std::ostringstream value;
     value.precision(17);
     switch (token) {
         case T_INT_LITERAL:
-            value << ' ' << yylval.integer;
+            value << ' ' << scanned.integer;
             break;
         case T_DECIMAL_LITERAL:
-            value << ' ' << yylval.real;
+            value << ' ' << scanned.real;
             break;
         case T_ID:
-            value << ' ' << Name::fromIndex(yylval.name).text();
+            value << ' ' << Name::fromIndex(scanned.name).text();
             break;
         case T_STRING_LITERAL:
         case T_CHARACTER_LITERAL:
-            value << ' ' << yylval.text;
-            std::free(yylval.text);
+            value << ' ' << scanned.text;
+            std::free(scanned.text);
             break;
         default:
             break;
@@ -39,21 +38,24 @@ std::string valueOf(int token) {
     return value.str();
 }
 
-bool isOneLineWithoutColumns(const YYLTYPE& location) {
+bool isOneLineWithoutColumns(const TokenLocation& location) {
     return location.first_line == location.last_line && location.first_column == 0 &&
            location.last_column == 0;
 }
 
 int writeTokens(const std::string& text) {
-    yyin = openSource(text);
-    for (int token = yylex(); token != 0; token = yylex()) {
+    Scanner scanner{text};
+    KREL_STYPE value;
+    TokenLocation location;
+    while (const int token = krel_lex(&value, &location, scanner.handle())) {
         const auto index = static_cast<std::size_t>(token - firstTokenCode);
-        std::cerr << yylloc.first_line << ' ' << tokenNames.at(index) << valueOf(token) << '\n';
-        if (!isOneLineWithoutColumns(yylloc)) {
+        std::cerr << location.first_line << ' ' << tokenNames.at(index) << valueOf(token, value)
+                  << '\n';
+        if (!isOneLineWithoutColumns(location)) {
             std::cerr << "wrong location\n";
         }
     }
-    return std::fclose(yyin);
+    return 0;
 }
 
 }  // namespace

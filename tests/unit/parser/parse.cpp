@@ -5,8 +5,7 @@
 #include <iostream>
 #include <sstream>
 
-#include "lexer/scannerInput.hpp"
-#include "parser/parser.hpp"
+#include "parser/facade.hpp"
 #include "shared/ast/node.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 #include "tests/unit/support/childProcess.hpp"

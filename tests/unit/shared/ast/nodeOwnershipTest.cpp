@@ -1,5 +1,5 @@
-// Who frees which node. Nodes come from a pool of their own, or under AddressSanitizer one by one
-// from the heap; what was freed can be told in both.
+// Who frees which node. What was freed can be told by where the next nodes are made, or under
+// AddressSanitizer by what may not be touched any more.
 
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -45,7 +45,7 @@ void expectFreedOnce(const Nodes& nodes) {
 
 #else
 
-/// The pool hands out the places that were freed last: exactly these, and none of them twice.
+/// The places that were freed are used first: exactly these, and none of them twice.
 void expectFreedOnce(const Nodes& nodes) {
     std::vector<std::unique_ptr<Node> > again;
     Nodes places;

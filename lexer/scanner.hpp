@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "shared/error/place.hpp"
+
+/// What stands between tokens, but for white space.
+struct Trivia {
+    enum class Kind { Comment, IllegalCharacter };
+
+    Kind kind;
+    SourceRange range;
+};
+
+/// Cuts one text into tokens. The generated parser takes its handle.
+class Scanner {
+public:
+    /// Texts have less than two gigabytes. Comments and illegal characters are added to `trivia`,
+    /// if it is not null, as they are passed over.
+    explicit Scanner(std::string itsText, std::vector<Trivia>* trivia = nullptr);
+    Scanner(const Scanner&) = delete;
+    Scanner& operator=(const Scanner&) = delete;
+    ~Scanner();
+
+    /// What krel_lex (parser/parser.hpp) takes. The scanner's.
+    void* handle() const { return generated; }
+
+    /// What the actions of the generated scanner know of it.
+    struct State {
+        const char* text;
+        std::uint32_t size;
+        std::vector<Trivia>* trivia;
+    };
+
+private:
+    std::string text;  // with what the generated scanner needs behind it
+    State state;
+    void* generated = nullptr;
+};

@@ -1,0 +1,45 @@
+#include "parser/facade.hpp"
+
+#include <array>
+#include <cerrno>
+#include <limits>
+#include <string>
+#include <utility>
+
+#include "parser/parseContext.hpp"
+
+std::FILE* yyin = nullptr;
+Node* ast = nullptr;
+SymbolTable& symbolTable = ParseContext::ofTheProcess().symbolTable;
+std::queue<Symbol*>& symbols = ParseContext::ofTheProcess().symbols;
+
+namespace {
+
+/// Reads a file to its end. False, with errno set, when a read fails, be it the first or a later
+/// one, or when it has more than the scanner can count. Its size is not asked for: pipes and
+/// devices have none.
+bool readToEnd(std::FILE* file, std::string& text) {
+    constexpr std::size_t longest = std::numeric_limits<int>::max() - 2;
+    std::array<char, std::size_t{1} << 14> piece;
+    while (const std::size_t size = std::fread(piece.data(), 1, piece.size(), file)) {
+        if (size > longest - text.size()) {
+            errno = EFBIG;
+            return false;
+        }
+        text.append(piece.data(), size);
+    }
+    return std::ferror(file) == 0;
+}
+
+}  // namespace
+
+int yyparse() {
+    std::string text;
+    if (!readToEnd(yyin != nullptr ? yyin : stdin, text)) {
+        return unreadableSource;
+    }
+    ParseContext& context = ParseContext::ofTheProcess();
+    const int status = parse(std::move(text), context);
+    ast = context.root;
+    return status;
+}

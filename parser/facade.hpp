@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdio>
+#include <queue>
+
+class Node;
+class Symbol;
+class SymbolTable;
+
+/// Parsing for a process that compiles one program: its input and what comes of it, under one name
+/// each. All of it is that of ParseContext::ofTheProcess().
+
+/// The source: set to an open file before yyparse is called; the file stays the caller's. Standard
+/// input when it is null.
+extern std::FILE* yyin;
+/// The root of the tree; null until a whole file has been parsed.
+extern Node* ast;
+/// All declarations of the program.
+extern SymbolTable& symbolTable;
+/// Symbols of declarations that wait for the end of the function around them.
+extern std::queue<Symbol*>& symbols;
+
+/// Reads yyin to its end and parses it, once per process. Returns what `parse` does; or
+/// `unreadableSource`, with errno set, when the file cannot be read, be it from the first byte or a
+/// later one on.
+int yyparse();
+inline constexpr int unreadableSource = 3;

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <queue>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "shared/ast/treeMemory.hpp"
+#include "shared/symboltable/symbolTable.hpp"
+
+class Node;
+
+/// What a parse makes and all that it needs: the tree, the symbols, and the memory in which nodes
+/// and names are. It owns them; they are gone with it. There can be any number of contexts, each
+/// for one parse, and one may be in use inside of another.
+class ParseContext {
+public:
+    ParseContext();
+    ParseContext(const ParseContext&) = delete;
+    ParseContext& operator=(const ParseContext&) = delete;
+    ~ParseContext();
+
+    /// The context of a process that compiles one program. Its tree is in the memory of the
+    /// process, and like that it is never freed.
+    static ParseContext& ofTheProcess();
+
+    /// Nodes and names are made in the context as long as this object lives. For the passes that go
+    /// on with what was parsed; parsing does it by itself.
+    class Use {
+    public:
+        explicit Use(ParseContext& context);
+
+    private:
+        std::optional<TreeMemory::Use> memory;
+    };
+
+    /// Keeps a symbol that the table has refused, but that others refer to.
+    void keep(std::unique_ptr<Symbol> symbol) { refused.push_back(std::move(symbol)); }
+
+    /// How many nodes there are, linked or not.
+    std::size_t nodeCount() const;
+
+    /// The root of the tree; null until a whole text has been parsed. It is in the memory.
+    Node* root = nullptr;
+    /// All declarations of the program, filed while it is parsed.
+    SymbolTable symbolTable;
+    /// Symbols of declarations that wait for the end of the function around them, to get its scope.
+    /// They are the context's. At the end of the text it may still hold those declared outside of
+    /// any function.
+    std::queue<Symbol*> symbols;
+
+private:
+    explicit ParseContext(std::nullptr_t) {}
+
+    std::unique_ptr<TreeMemory> memory;  // null when it is that of the process
+    std::vector<std::unique_ptr<Symbol>> refused;
+};
+
+/// Parses a text into a context that has been used for no other. Faults are reported as they are
+/// found. Returns 0 when the text could be parsed, 1 after a syntax error, 2 when the parser's
+/// stacks are exhausted. Texts have less than two gigabytes.
+int parse(std::string text, ParseContext& context);

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "shared/error/place.hpp"
+
+/// Which pass found a fault in the user's program.
+enum class DiagnosticKind { Lexer, Syntax, Semantic };
+
+/// One fault. The message is only there while it is handed to a sink; it is empty when the kind
+/// says all that is known.
+struct Diagnostic {
+    DiagnosticKind kind;
+    Place place;
+    std::string_view message;
+};
+
+/// The faults found in one source: counts them and hands each to a sink, as soon as it is found.
+class Diagnostics {
+public:
+    using Sink = std::function<void(const Diagnostic&)>;
+
+    /// The sink writes the faults as lines on standard error, each in one write.
+    Diagnostics();
+    explicit Diagnostics(Sink itsSink);
+    Diagnostics(const Diagnostics&) = delete;
+    Diagnostics& operator=(const Diagnostics&) = delete;
+    ~Diagnostics() = default;
+
+    /// Remembers the part of `path` after its last '/' or '\' as the name of the source.
+    void setSourceFile(std::string_view path);
+    /// The name set last; empty when none was set.
+    const std::string& getSourceFile() const { return sourceFile; }
+    /// Whether anything was reported.
+    bool hasErrors() const { return errorCount > 0; }
+    void report(const Diagnostic& diagnostic);
+
+    /// The diagnostic as a line, with its line feed.
+    std::string lineOf(const Diagnostic& diagnostic) const;
+
+    /// What the passes report goes here as long as this object lives; then again where it went
+    /// before.
+    class Use {
+    public:
+        explicit Use(Diagnostics& diagnostics);
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+        ~Use();
+
+    private:
+        Diagnostics* before;
+    };
+    /// Those in use: those of the process when no others are.
+    static Diagnostics& current();
+
+private:
+    Sink sink;
+    std::string sourceFile;
+    int errorCount = 0;
+};

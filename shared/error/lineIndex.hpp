@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+/// A line and a column, both counted from 1; columns count bytes.
+struct LineAndColumn {
+    int line = 1;
+    int column = 1;
+
+    friend bool operator==(const LineAndColumn&, const LineAndColumn&) = default;
+};
+
+/// Where the lines of a text begin: turns places that are counted in bytes into lines and columns,
+/// and back. It does not hold the text.
+class LineIndex {
+public:
+    explicit LineIndex(std::string_view text);
+
+    /// The line and column of a byte. The end of the text counts as a byte, and so does what lies
+    /// behind it.
+    LineAndColumn positionOf(std::uint32_t offset) const;
+    /// The byte at a line and column. A column behind the end of its line is that end; lines that
+    /// there are not count as the first or the last one.
+    std::uint32_t offsetOf(LineAndColumn position) const;
+    int lineCount() const { return static_cast<int>(begins.size()); }
+
+private:
+    std::vector<std::uint32_t> begins;  // of all lines; the first is 0
+    std::uint32_t size;                 // of the text
+};

@@ -8,9 +8,10 @@ Checked in a Markdown file are
   the program, which is called program.krl.
 - fenced blocks marked `krel fragment`: statements, which have to compile in the setting below.
 - tables with a column `You write`, whose code is compiled in the setting below. `krelcc says`
-  holds all the lines that krelcc writes to standard error, without file and line; `It prints`
-  what the compiled code prints; the code in `Write instead` has to compile. A cell with several
-  pieces of code under `You write` or `Write instead` gives alternatives.
+  holds all the lines that krelcc writes to standard error, without file and line, and no code
+  where it compiles the program; `It prints` what the compiled code prints; the code in
+  `Write instead` has to compile. A cell with several pieces of code under `You write` or
+  `Write instead` gives alternatives.
 
 The setting is SETTING: a statement stands at the end of its `main`, a function beside it, a
 program with a `main` of its own alone. Where the cell says "outside a function", a statement
@@ -137,7 +138,8 @@ def check_row(krelcc, row):
         source = in_setting(code, outside)
         if "krelcc says" in row:
             program = Program(krelcc, source)
-            if program.compiled or program.sayings() != code_spans(row["krelcc says"]):
+            expected = code_spans(row["krelcc says"])
+            if program.compiled != (not expected) or program.sayings() != expected:
                 yield f"`{code}`: krelcc says {program.sayings()}"
         elif "It prints" in row:
             program = Program(krelcc, source, execute=True)
@@ -152,8 +154,9 @@ def check_row(krelcc, row):
 def check_document(krelcc, path):
     """Gives (line number, what is wrong there) for everything that is not as the document says."""
     lines = path.read_text(encoding="utf-8").splitlines()
+    rows = list(table_rows(lines))
     yield from check_blocks(krelcc, lines)
-    for number, row in table_rows(lines):
+    for number, row in rows:
         if "You write" in row:
             for fault in check_row(krelcc, row):
                 yield number, fault

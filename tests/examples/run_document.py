@@ -12,6 +12,8 @@ Checked in a Markdown file are
   where it compiles the program; `It prints` what the compiled code prints; the code in
   `Write instead` has to compile. A cell with several pieces of code under `You write` or
   `Write instead` gives alternatives.
+- tables with the columns `Message` and `Section`: an index in alphabetical order, in which every
+  line under `krelcc says` in the same document has to be found. `...` stands for any text there.
 
 The setting is SETTING: a statement stands at the end of its `main`, a function beside it, a
 program with a `main` of its own alone. Where the cell says "outside a function", a statement
@@ -151,11 +153,27 @@ def check_row(krelcc, row):
             yield f"`{code}` does not compile: {program.errors}"
 
 
+def check_index(rows):
+    """Holds the index of a document, if it has one, against its tables of messages."""
+    index = [(number, message) for number, row in rows if "Message" in row and "Section" in row
+             for message in code_spans(row["Message"])]
+    for (number, message), (_, following) in zip(index, index[1:]):
+        if message.lower() > following.lower():
+            yield number, f"`{message}` stands before `{following}`"
+    patterns = [re.escape(message).replace(r"\.\.\.", ".*") for _, message in index]
+    for number, row in rows:
+        for saying in code_spans(row.get("krelcc says", "")) if index else ():
+            message = re.sub(r"^\w+ error: ", "", saying)
+            if not any(re.fullmatch(pattern, message) for pattern in patterns):
+                yield number, f"`{message}` is not in the index"
+
+
 def check_document(krelcc, path):
     """Gives (line number, what is wrong there) for everything that is not as the document says."""
     lines = path.read_text(encoding="utf-8").splitlines()
     rows = list(table_rows(lines))
     yield from check_blocks(krelcc, lines)
+    yield from check_index(rows)
     for number, row in rows:
         if "You write" in row:
             for fault in check_row(krelcc, row):

@@ -53,7 +53,7 @@ def in_main(body, before=""):
 def functions(n):
     each = "".join(f"int f{i}(int a) {{\n    return a + {i};\n}}\n" for i in range(n))
     return in_main(f"    int first = f0(7);\n    int last = f{n - 1}(7);\n"
-                  '    print(first, " ", last);\n', each)
+                   '    print(first, " ", last);\n', each)
 
 
 def statements(n):
@@ -62,7 +62,7 @@ def statements(n):
 
 def local_variables(n):
     return in_main("    int total = 0;\n" + "".join(f"    int v{i} = {i};\n" for i in range(n)) +
-                  "".join(f"    total += v{i};\n" for i in range(n)) + "    print(total);\n")
+                   "".join(f"    total += v{i};\n" for i in range(n)) + "    print(total);\n")
 
 
 def blocks(n):
@@ -78,7 +78,7 @@ def strings(n):
 def doubles(n):
     """The sum of 0.5, 1.5, ... is half of the square of their number, without rounding."""
     return in_main("    double x = 0.5;\n" +
-                  "".join(f"    x = x + {i}.5;\n" for i in range(1, n)) + "    print(x);\n")
+                   "".join(f"    x = x + {i}.5;\n" for i in range(1, n)) + "    print(x);\n")
 
 
 def chain(n):
@@ -95,7 +95,7 @@ def line_comment(n):
 
 def block_comment(n):
     return in_main(f"    #{{ {'}' * 3} one long line: {'comment ' * (n // 16)}\n" +
-                  f"{'many lines }' * 5}\n" * (n // 2 // 61) + "}#\n    print(1);\n")
+                   f"{'many lines }' * 5}\n" * (n // 2 // 61) + "}#\n    print(1);\n")
 
 
 def unclosed_comments(n):
@@ -112,14 +112,14 @@ def elseif_arms(n):
     """The arms behind the `if`; the last one is taken."""
     arms = "".join(f" elseif (x == {i}) {{\n        x = {i + 1};\n    }}" for i in range(1, n + 1))
     return in_main(f"    int x = {n};\n    if (x == 0) {{\n        x = 1;\n    }}" + arms +
-                  " else {\n        x = 0;\n    }\n    print(x);\n")
+                   " else {\n        x = 0;\n    }\n    print(x);\n")
 
 
 def array_accesses(n):
     """Half of them write, by a variable's index, and half of them read, by a literal's."""
     pairs = "".join(f"    a[i] = {i};\n    total += a[{i % 5}];\n" for i in range(n // 2))
     return in_main("    int a[5] = {1, 2, 3, 4, 5};\n    int i = 2;\n    int total = 0;\n" + pairs +
-                  "    print(total);\n")
+                   "    print(total);\n")
 
 
 def semantic_errors(n):

@@ -249,7 +249,8 @@ void %(self)s(string title, int rows) {
 # number of the call in the driver, {a} and {b} numbers.
 KINDS = {
     "total": ["    int result{n} = {name}({a}, {b});", '    print("{name}: ", result{n}, "\\n");'],
-    "ratio": ["    double ratio{n} = {name}({a}.5, {b});", '    print("{name}: ", ratio{n}, "\\n");'],
+    "ratio": ["    double ratio{n} = {name}({a}.5, {b});",
+              '    print("{name}: ", ratio{n}, "\\n");'],
     "choice": ["    boolean choice{n} = {name}({a});", '    print("{name}: ", choice{n}, "\\n");'],
     "report": ['    {name}("number {a}", {b});'],
     "driver": ["    {name}();"],

@@ -103,8 +103,8 @@ COMPARISONS = [
 def size_rows(workshop, quick):
     rows = []
     shown = ["own", "native", "whole", "tcc", "gcc"]
-    print(f"\nCPU ms; peak memory in KB\n{'lines':>7}" + "".join(f" {which:>9}" for which in shown) +
-          f" {'own peak':>9} {'as peak':>9}")
+    print(f"\nCPU ms; peak memory in KB\n{'lines':>7}" +
+          "".join(f" {which:>9}" for which in [*shown, "own peak", "as peak"]))
     for lines, rounds in (QUICK_SIZES if quick else SIZES).items():
         samples = measure_size(workshop, lines, rounds)
         times = "".join(f" {median(samples[which], 'cpu') * 1e3:9.2f}" if which in samples else
@@ -148,8 +148,10 @@ def growth_rows(workshop, quick):
 
 
 def json_rows(workshop, quick):
-    """What the dump adds to a run. Whole runs are shown besides: clang's ends with the dump, krelcc's
-    goes on to the executable."""
+    """What the dump adds to a run.
+
+    Whole runs are shown besides: clang's ends with the dump, krelcc's goes on to the executable.
+    """
     name = write_program(workshop, JSON_LINES)
     check = ["clang", "-w", "-fsyntax-only", f"{name}.c"]
     samples = in_turn(
@@ -196,7 +198,8 @@ def diagnostic_rows(workshop, quick):
     print(f"\n{DIAGNOSTICS} diagnostics: {median(samples['own'], 'cpu') * 1e3:.1f} ms, clang"
           f" {median(samples['clang'], 'cpu') * 1e3:.1f} ms", flush=True)
     return [Row("write calls per diagnostic", 1.0, write_calls(workshop)),
-            Row("CPU per diagnostic / clang's", 0.05, ratio(samples["own"], samples["clang"], "cpu"))]
+            Row("CPU per diagnostic / clang's", 0.05,
+                ratio(samples["own"], samples["clang"], "cpu"))]
 
 
 def phase_rows(workshop, build):

@@ -129,7 +129,8 @@ def run_case(krelcc, folder, update):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--krelcc", required=True, type=lambda text: str(pathlib.Path(text).resolve()))
+    parser.add_argument("--krelcc", required=True,
+                        type=lambda text: str(pathlib.Path(text).resolve()))
     parser.add_argument("--update", action="store_true")
     parser.add_argument("cases", nargs="+", type=pathlib.Path, metavar="CASE")
     options = parser.parse_args()

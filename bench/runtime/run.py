@@ -142,7 +142,8 @@ def main():
     parser.add_argument("--rounds", type=int, default=5, metavar="N",
                         help="runs of each program (default: %(default)s)")
     parser.add_argument("--only", action="append", choices=[pair.name for pair in PAIRS],
-                        metavar="NAME", help="a pair, as it is called in the table; may be repeated")
+                        metavar="NAME",
+                        help="a pair, as it is called in the table; may be repeated")
     options = parser.parse_args()
     require("gcc")
     print(HEADING)

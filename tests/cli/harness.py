@@ -70,7 +70,7 @@ class CommandLineTest(unittest.TestCase):
         """Writes a shell script in the place of a native compiler; the path is relative to bin/.
 
         It records how it was called in the file `called`: its name, then each argument, one a line.
-        The search path may be anything, so its commands have to be built into the shell or absolute.
+        The search path may be anything, so its commands must be built into the shell or absolute.
         """
         script = self.bin / path
         script.parent.mkdir(parents=True, exist_ok=True)

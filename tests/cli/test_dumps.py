@@ -187,14 +187,15 @@ class Unwritable(CommandLineTest):
         self.stub("gcc")
 
     def test_directory_in_the_way(self):
+        before = ""
         for name in FLAGS:
             with self.subTest(dump=name):
                 (self.directory / name).mkdir()
-                before = "".join(WRITTEN[earlier] for earlier in list(FLAGS)[:list(FLAGS).index(name)])
                 self.assertEqual(self.krelcc("prog.krl", *FLAGS.values()),
                                  (1, before, f'Could not open "{name}" for writing.\n'))
                 self.assertEqual(self.called(), [])
                 (self.directory / name).rmdir()
+            before += WRITTEN[name]
 
     def test_working_directory_without_room_for_files(self):
         for name, flag in FLAGS.items():

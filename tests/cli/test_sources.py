@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The source file: how it is named in messages and dumps, and what happens when it cannot be read."""
+"""The source file: how it is named in messages and dumps, and how krelcc ends without it."""
 
 import unittest
 

@@ -216,8 +216,9 @@ class Failure(CommandLineTest):
         self.stub("one/clang")
         result = self.krelcc("prog.krl",
                              environment={"PATH": f"{self.bin}/one:{self.bin}/two"})
-        self.assertEqual(result, (127, "",
-                                  f"Could not run {self.bin}/one/gcc: Permission denied\n" + FAILED))
+        self.assertEqual(
+            result,
+            (127, "", f"Could not run {self.bin}/one/gcc: Permission denied\n" + FAILED))
         self.assertEqual(self.called(), [])
 
     def test_child_that_cannot_be_waited_for(self):
@@ -225,7 +226,8 @@ class Failure(CommandLineTest):
         gcc = self.stub("gcc")
         result = self.krelcc("prog.krl",
                              preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
-        self.assertEqual(result, (1, "", f"Could not wait for {gcc}: No child processes\n" + FAILED))
+        self.assertEqual(result,
+                         (1, "", f"Could not wait for {gcc}: No child processes\n" + FAILED))
 
     def test_child_that_cannot_be_started(self):
         # With one process allowed, krelcc is the only one of its user. Root is not limited.
@@ -234,7 +236,8 @@ class Failure(CommandLineTest):
         (self.directory / "build" / "codegen").mkdir()
         (self.directory / "build" / "codegen" / "runtime.o").touch()
         self.directory.chmod(0o755)
-        counts = self.directory / "counts"  # of lines, in a build for coverage: not the user's place
+        # A build for coverage keeps its counts of lines in a place that is not the user's.
+        counts = self.directory / "counts"
         counts.mkdir()
         counts.chmod(0o777)
 

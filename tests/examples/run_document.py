@@ -51,7 +51,7 @@ def run(command, directory):
 
 
 class Program:
-    """A program, compiled: what krelcc said and, where it was accepted, what the program printed."""
+    """A program, compiled: what krelcc said and, if it was accepted, what the program printed."""
 
     def __init__(self, krelcc, source, execute=False):
         with tempfile.TemporaryDirectory() as name:

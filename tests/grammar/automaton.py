@@ -1,9 +1,10 @@
-"""The LALR(1) automaton of a bison grammar, read from bison's own report, and a parser that runs it.
+"""The LALR(1) automaton of a bison grammar, read from bison's own report, and a parser running it.
 
-`Automaton.simulate` does what the generated parser does with the tables, as far as errors go: a state
-that only reduces one rule does so without looking at the next token, any other state looks, and a token
-for which a state has no entry takes the state's default reduction, so that an error is found in
-the first state on the way that has none. What is accepted there is what a message may list.
+`Automaton.simulate` does what the generated parser does with the tables, as far as errors go: a
+state that only reduces one rule does so without looking at the next token, any other state looks,
+and a token for which a state has no entry takes the state's default reduction, so that an error is
+found in the first state on the way that has none. What is accepted there is what a message may
+list.
 """
 
 import collections
@@ -109,7 +110,7 @@ class Automaton:
             visited.append(stack[-1])
 
     def expansions(self, symbol, yields):
-        """The texts that a symbol derives, one per rule of it, each as short as `yields` knows it."""
+        """The texts that a symbol derives, one per rule of it, each the shortest by `yields`."""
         if symbol in self.terminals:
             return [[symbol]]
         return [list(itertools.chain.from_iterable(yields[part] for part in right))
@@ -161,8 +162,9 @@ class Automaton:
 def bison_report(grammar):
     with tempfile.TemporaryDirectory() as directory:
         report = pathlib.Path(directory, "report.xml")
-        subprocess.run(["bison", f"--xml={report}", "-o", str(pathlib.Path(directory, "parser.cpp")),
-                        str(grammar)], check=True, capture_output=True, text=True)
+        parser = pathlib.Path(directory, "parser.cpp")
+        subprocess.run(["bison", f"--xml={report}", "-o", str(parser), str(grammar)],
+                       check=True, capture_output=True, text=True)
         return ElementTree.parse(report).getroot()
 
 

@@ -27,7 +27,7 @@ def diagnose(source):
     with tempfile.TemporaryDirectory() as name:
         directory = pathlib.Path(name)
         (directory / SOURCE).write_bytes(source.encode("latin-1"))
-        # krelcc asks for a native compiler first of all; most sources do not get as far as running it.
+        # krelcc asks for a native compiler first of all; most sources do not get as far as that.
         (directory / "gcc").touch(0o755)
         environment = {"PATH": name, "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"}
         result = subprocess.run([str(KRELCC), SOURCE], cwd=directory, env=environment,

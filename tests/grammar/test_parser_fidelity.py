@@ -5,12 +5,12 @@ For each state a shortest text is derived after which it is on top of the stack,
 wrong there. What krelcc has to say about each is read from bison's report on parser/parser.y, not
 from the compiler: the unexpected token, the line, and up to four expected tokens.
 
-A state that reduces one rule without looking ahead, or that reduces a rule by default, cannot find an
-error itself: the error shows in a state further on, and the message lists what that one accepts. Such
-a state counts as covered when the parser passes through it between the last good token and the
+A state that reduces one rule without looking ahead, or that reduces a rule by default, cannot find
+an error itself: the error shows in a state further on, and the message lists what that one accepts.
+Such a state counts as covered when the parser passes through it between the last good token and the
 message. Only the state behind the end of input has no error: nothing can follow there.
 
-Five wrong tokens are tried for each state; KREL_EVERY_TOKEN=1 tries every wrong one (a minute or two).
+Five wrong tokens are tried for each state; KREL_EVERY_TOKEN=1 tries them all (a minute or two).
 """
 
 import os
@@ -32,7 +32,7 @@ TOKENS = [name for name in automaton.terminals if name not in ("UMINUS", "UPLUS"
 
 
 def errors_in(state, prefix):
-    """The tokens that are wrong after the prefix, of those that lead through the state; with traces."""
+    """The tokens that are wrong after the prefix and lead through the state; with traces."""
     traces = {token: automaton.simulate([*prefix, token]) for token in TOKENS}
     return {token: trace for token, trace in traces.items()
             if trace.failed and trace.position == len(prefix) and state in trace.visited}
@@ -48,7 +48,7 @@ def wrong_inputs(state):
 
 
 def some_of(state, tokens):
-    """A few of the tokens, evenly spread and others for the next state, so that all get their turn."""
+    """A few of the tokens, evenly spread; others for the next state, so that all get a turn."""
     count = min(len(tokens), TOKENS_PER_STATE or len(tokens))
     return [tokens[(state + i * len(tokens) // count) % len(tokens)] for i in range(count)]
 
@@ -91,7 +91,8 @@ class Parser(unittest.TestCase):
                                                  message(token, errors[token].expected)))
 
     def test_every_state_but_the_last_can_go_wrong(self):
-        accepting = [number for number, state in enumerate(automaton.states) if state.default == ACCEPT]
+        accepting = [number for number, state in enumerate(automaton.states)
+                     if state.default == ACCEPT]
         self.assertEqual(self.uncovered, accepting)
 
     def test_every_token_is_unexpected_somewhere(self):

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Holds the scanner against its rules, tried one by one, on random texts.
 
-The texts are made of what the scanner has to tell apart: quotes, escapes, comment marks, braces, line
-ends, operators that begin alike, numbers, words. Compared are the illegal characters and the syntax
-error that ends the parse, in the order in which they are reported, with their lines.
+The texts are made of what the scanner has to tell apart: quotes, escapes, comment marks, braces,
+line ends, operators that begin alike, numbers, words. Compared are the illegal characters and the
+syntax error that ends the parse, in the order in which they are reported, with their lines.
 """
 
 import pathlib

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The memory of strings: bounded in long loops, safe in deep recursion, ended cleanly when it is out.
+"""The memory of strings: bounded in long loops, safe in deep recursion, a clean end when it is out.
 
 The loops run for a few seconds; for 100 million rounds set KREL_ROUNDS=100000000.
 """

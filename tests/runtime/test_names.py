@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """A Krel function may be called like one of the C library: the runtime does not come to need it.
 
-Not free are `exit`, a word of the language; what the C start-up files and the linker define in every
-program, so that it is found twice (`TAKEN` below); what the linker defines only where nothing else
-does, and then is not what the system takes it for (`_edata`, `_end`, `__bss_start`); and what runs
-before the runtime has started or after it has ended (`__libc_start_main`, `__gmon_start__`,
+Not free are `exit`, a word of the language; what the C start-up files and the linker define in
+every program, so that it is found twice (`TAKEN` below); what the linker defines only where nothing
+else does, and then is not what the system takes it for (`_edata`, `_end`, `__bss_start`); and what
+runs before the runtime has started or after it has ended (`__libc_start_main`, `__gmon_start__`,
 `__cxa_finalize` and two functions of the dynamic linker).
 """
 

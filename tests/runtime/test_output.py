@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What a program prints arrives: at once on a terminal, whole everywhere else, or it says why not."""
+"""What a program prints arrives: at once on a terminal, whole elsewhere, or it says why not."""
 
 import os
 import pathlib

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Faults of the machine: what was printed is there, one line says what happened, the signal ends it."""
+"""Faults of the machine: the output is there, a line says what happened, the signal ends it."""
 
 import fcntl
 import os

@@ -17,7 +17,7 @@ STORE = re.compile(r"\]\s*=", re.ASCII)
 
 
 def as_intermediate(text):
-    """A literal's text with the line ends and tabs escaped, as the code generator's patterns see it."""
+    """A literal's text with line ends and tabs escaped, as the code generator's patterns see it."""
     return text.replace("\n", "\\n").replace("\r", "\\r").replace("\t", "\\t")
 
 
@@ -337,7 +337,7 @@ class Expressions:
         self.strings_left -= 1
         return self.called("string", depth) or self.string_literal()
 
-    # Conditions and compound assignments are not typed, and nothing with a result may be called there
+    # Conditions and compound assignments are not typed: nothing with a result may be called there.
 
     def without_calls(self, make):
         allowed, self.calls_allowed = self.calls_allowed, False

@@ -294,8 +294,9 @@ class Interpreter:
 
     @staticmethod
     def binary_double(node, left, right):
+        literals = (tree.IntLiteral, tree.DoubleLiteral)
         for operand, value in ((node.left, left), (node.right, right)):
-            if isinstance(operand, (tree.IntLiteral, tree.DoubleLiteral)) and isinstance(value, int):
+            if isinstance(operand, literals) and isinstance(value, int):
                 raise ModelError("an integer literal meets a double")
             if isinstance(value, Text):
                 raise ModelError("an address meets a double")
@@ -388,7 +389,7 @@ class Interpreter:
         self.call(node.call)
 
     def print(self, node):
-        """All arguments are evaluated before anything is printed: a call among them prints first."""
+        """All arguments are evaluated before any is printed: a call among them prints first."""
         self.output.append("".join([SHOW[argument.type](self.evaluate_as(argument.type, argument))
                                     for argument in node.arguments]))
 

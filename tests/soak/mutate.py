@@ -28,10 +28,11 @@ MUTANTS_PER_TASK = 20
 MODEL_PROGRAMS = 10
 MAX_SOURCE = 30000  # bytes of a program that is worth damaging
 
-TOKENS = rb"""int double boolean character void string if else elseif exit print true false for while
-continue break return main x a f i n ( ) { } [ ] ; , = += -= ++ -- < > <= >= == != ! && || + - * / 0
-1 2 007 2147483647 2147483648 99999999999999999999 1.5 2.0 0.00001 "" "s" "a\"b\n" '' 'c' '"' '\t'
-'\'' # #{ }# & | . % \ arg call goto param inttodouble chartostring _t0 B1 krel_print""".split()
+TOKENS = rb"""int double boolean character void string if else elseif exit print true false for
+while continue break return main x a f i n ( ) { } [ ] ; , = += -= ++ -- < > <= >= == != ! && || + -
+* / 0 1 2 007 2147483647 2147483648 99999999999999999999 1.5 2.0 0.00001 "" "s" "a\"b\n" '' 'c'
+'"' '\t' '\'' # #{ }# & | . % \ arg call goto param inttodouble chartostring _t0 B1
+krel_print""".split()
 TOKENS += [b'"a - b"', b'"x [1] = y"', b"' '"]
 TOKEN = re.compile(rb"""(?P<comment>\#[^\n]*)
                      | (?P<string>"(?:\\.|[^"\\\n])*")

@@ -49,7 +49,7 @@ class Body(Expressions):
         return result
 
     def block(self, *prefix, count=None, freeze=()):
-        """A nested block behind some given statements; the frozen variables are left alone in it."""
+        """A nested block behind some given statements; it leaves the frozen variables alone."""
         self.scopes.append([])
         self.nesting += 1
         for variable in freeze:

@@ -209,7 +209,7 @@ class StatementTest(unittest.TestCase):
 
 
 class RenderTest(unittest.TestCase):
-    """The source text means what the tree says: another language's parser agrees on the grouping."""
+    """The source text means what the tree says: another language's parser groups it alike."""
 
     def random_tree(self, source, depth):
         if depth == 0 or source.random() < 0.2:

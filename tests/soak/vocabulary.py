@@ -7,9 +7,9 @@ float rax xmm0 krel_print""".split()
 FUNCTION_WORDS = """area mix fold blend step scan probe shift merge turn walk pick tally weigh join
 rank trim spin""".split()
 
-LITERAL_PIECES = """a b c x y z ok no up Krel lorem ipsum dolor 0 7 42 3.5 , . : ; ! ? ( ) [ ] { } < >
-= + - * / & | % $ @ ^ ~ _ # #{ }# // /* */ \\n \\t \\r \\\\ \\" ' \\' \\q \\b \\f n t r if goto B1 arg
-return call true \xe9 \xc3\xa9 \xff \x01""".split() + [" "] * 14
+LITERAL_PIECES = """a b c x y z ok no up Krel lorem ipsum dolor 0 7 42 3.5 , . : ; ! ? ( ) [ ] { }
+< > = + - * / & | % $ @ ^ ~ _ # #{ }# // /* */ \\n \\t \\r \\\\ \\" ' \\' \\q \\b \\f n t r if goto
+B1 arg return call true \xe9 \xc3\xa9 \xff \x01""".split() + [" "] * 14
 CHARACTER_SPELLINGS = (list("aAbzZ019nrt +-*/<>=!&|_#{}[]();,.~") + ["\\n"] * 3 + ["\\\\"] * 4
                        + ["\\t", "\\r", "\\'", "\\q", "\\b", "\\0", "", "\xe9", "\xff",
                           "\t"])

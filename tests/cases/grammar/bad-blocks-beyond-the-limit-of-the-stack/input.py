@@ -1,3 +1,3 @@
-"""A function with 4,996 blocks in each other, its body included: the first `}` would be entry 10,000."""
+"""4,996 blocks in each other, the function's body included: the first `}` would be entry 10,000."""
 depth = 4996
 print("void main()" + "{" * depth + "\n" + "}" * depth)

@@ -1,4 +1,4 @@
-"""An initializer in 9,986 pairs of parentheses: the first `)` would be entry 10,000 of the stack."""
+"""An initializer in 9,986 pairs of parentheses: the first `)` would be entry 10,000."""
 depth = 9986
 print("void main() {\nint x =\n" + "(" * depth)
 print("7")

@@ -23,12 +23,12 @@ Usage: run_document.py --krelcc PATH DOCUMENT...
 """
 
 import argparse
-import os
 import pathlib
 import re
-import subprocess
 import sys
 import tempfile
+
+from run_example import run
 
 SETTING = """\
 int f() { return 1; }
@@ -41,13 +41,6 @@ void main() {
 }
 """
 TYPE = r"(?:int|double|boolean|character|string|void)"
-TIMEOUT_SECONDS = 30
-
-
-def run(command, directory):
-    environment = {**os.environ, "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"}
-    return subprocess.run(command, cwd=directory, env=environment, stdin=subprocess.DEVNULL,
-                          capture_output=True, timeout=TIMEOUT_SECONDS, check=False)
 
 
 class Program:

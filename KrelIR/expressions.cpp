@@ -2,13 +2,13 @@
 // the value in later instructions, and emits the instructions that compute it. Temporaries are
 // numbered in the order in which they are taken; that order is part of the output.
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <vector>
 
 #include "KrelIR/KrelIR.hpp"
 #include "shared/ast/node.hpp"
+#include "shared/ast/textRuns.hpp"
 #include "shared/error/internalError.hpp"
 
 namespace {
@@ -24,8 +24,13 @@ Name inverseComparison(Name op) {
     return inverses.find(op);
 }
 
-/// The letter that stands behind a backslash for a character that cannot stand in a line; NUL for
-/// all others.
+/// Whether a character is written as a backslash and a letter between two quotation marks.
+bool isEscaped(char character, char quotationMark) {
+    return character == '\\' || character == quotationMark || character == '\n' ||
+           character == '\r' || character == '\t';
+}
+
+/// The letter behind the backslash of an escaped character.
 char escapeLetter(char character) {
     switch (character) {
         case '\n':
@@ -35,7 +40,7 @@ char escapeLetter(char character) {
         case '\t':
             return 't';
         default:
-            return '\0';
+            return character;
     }
 }
 
@@ -253,24 +258,28 @@ KrelIR::Value KrelIR::literal(Node* node) {
 }
 
 KrelIR::Value KrelIR::quote(std::string_view text, char quotationMark) {
-    const auto letterOf = [quotationMark](char character) {
-        const bool isItself = character == '\\' || character == quotationMark;
-        return isItself ? character : escapeLetter(character);
+    const auto runFrom = [text, quotationMark](std::size_t from) {
+        return plainRun(text, from, [quotationMark](char character) {
+            return isEscaped(character, quotationMark);
+        });
     };
-    const auto escapes = std::count_if(text.begin(), text.end(),
-                                       [&](char character) { return letterOf(character) != '\0'; });
-    const std::size_t size = text.size() + static_cast<std::size_t>(escapes) + 2;
-    char* const quoted = textOf(size);
-    char* at = quoted;
-    *at++ = quotationMark;
-    for (const char character : text) {
-        const char letter = letterOf(character);
-        if (letter != '\0') {
-            *at++ = '\\';
-        }
-        *at++ = letter != '\0' ? letter : character;
+    std::size_t size = text.size() + 2;
+    for (std::size_t at = runFrom(0).size(); at < text.size(); at += 1 + runFrom(at + 1).size()) {
+        ++size;
     }
-    *at = quotationMark;
+    char* const quoted = textOf(size);
+    char* end = quoted;
+    *end++ = quotationMark;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const std::string_view run = runFrom(at);
+        end = writePart(end, run);
+        at += run.size();
+        if (at < text.size()) {
+            *end++ = '\\';
+            *end++ = escapeLetter(text[at]);
+        }
+    }
+    *end = quotationMark;
     return {quoted, size};
 }
 

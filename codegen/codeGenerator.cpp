@@ -7,6 +7,7 @@
 
 #include "codegen/assemblyWriter.hpp"
 #include "codegen/irText.hpp"
+#include "shared/ast/textRuns.hpp"
 #include "shared/krelir-cfg/ir-program.hpp"
 
 namespace {
@@ -16,11 +17,13 @@ namespace {
 std::string escapeAssemblyString(std::string_view text) {
     std::string escaped;
     escaped.reserve(text.size());
-    for (const char character : text) {
-        if (character == '"' || character == '\\') {
-            escaped += '\\';
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const std::string_view run = plainRun(text, at, isQuoteOrBackslash);
+        escaped += run;
+        at += run.size();
+        if (at < text.size()) {
+            escaped += {'\\', text[at]};
         }
-        escaped += character;
     }
     return escaped;
 }

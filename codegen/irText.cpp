@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "shared/ast/textRuns.hpp"
+
 namespace {
 
 bool isLineBreak(char character) {
@@ -97,8 +99,9 @@ bool parseArrayAccess(std::string_view text, std::string_view& name, std::string
 
 std::size_t stringLiteralEnd(std::string_view text, std::size_t begin) {
     std::size_t at = begin + 1;
-    while ((at = text.find_first_of("\"\\", at)) != std::string_view::npos) {
-        if (text[at] == '"') {
+    while (at < text.size()) {
+        at += plainRun(text, at, isQuoteOrBackslash).size();
+        if (at < text.size() && text[at] == '"') {
             return at + 1;
         }
         at += 2;

@@ -58,6 +58,11 @@ inline bool isOperatorCharacter(char character) {
     return hasClass(character, CharacterClass::operation);
 }
 
+/// Whether the character ends a run of those in a string that stand for themselves.
+inline bool isQuoteOrBackslash(char character) {
+    return character == '"' || character == '\\';
+}
+
 /// The text without blanks, tabs, carriage returns and line feeds at its ends.
 inline std::string_view trim(std::string_view text) {
     const auto isTrimmed = [](char character) {

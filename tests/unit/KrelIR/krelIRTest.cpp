@@ -292,3 +292,12 @@ TEST_F(KrelIRTest, LiteralsEscapeTheirOwnQuotationMarkOnly) {
                        assignment(name("x"), new Node("CharacterLiteral", '"', 1))}),
               "x = \"'\\\"\\\\\\n\\r\\t\x01\xff\"\nx = '\\''\nx = '\"'\n");
 }
+
+TEST_F(KrelIRTest, LongLiteralsAreEscapedWhereverItIsNeeded) {
+    const std::string run(40, 'a');
+    const std::string tail(16, 'b');
+    EXPECT_EQ(linesOf({assignment(name("x"), new Node("StringLiteral", run + "\n\"" + tail, 1)),
+                       assignment(name("x"), new Node("StringLiteral", "\t" + run + "\\", 1))}),
+              "x = \"" + run + "\\n\\\"" + tail + "\"\n" +  //
+                  "x = \"\\t" + run + "\\\\\"\n");
+}

@@ -362,6 +362,13 @@ TEST_F(CodeGeneratorTest, EveryStringLiteralOfALineIsInterned) {
               std::string::npos);
 }
 
+TEST_F(CodeGeneratorTest, EscapesOfLiteralsReachTheDataAsTheyAreWritten) {
+    const std::string run(40, 'a');
+    const std::string line = "s = \"" + run + R"(\n\"\\")";
+    EXPECT_NE(assemblyOf({line.c_str()}).find("\t.string \"" + run + R"(\\n\\\"\\\\")" + "\n"),
+              std::string::npos);
+}
+
 TEST_F(CodeGeneratorTest, CharacterConversionsCopy) {
     EXPECT_EQ(bodyOf({"x = inttochar 300"}), "\tmovq $300, %rdi\n\tmovq %rdi, -8(%rbp)\n");
     EXPECT_EQ(bodyOf({"x = chartoint 'a'"}), "\tmovq $97, %rdi\n\tmovq %rdi, -16(%rbp)\n");

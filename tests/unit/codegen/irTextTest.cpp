@@ -177,3 +177,11 @@ TEST(IRTextTest, StringLiteralsEndAtTheirFirstUnescapedQuote) {
     EXPECT_EQ(stringLiteralEnd(R"("abc\")", 0), std::string_view::npos);
     EXPECT_EQ(stringLiteralEnd(R"("abc\)", 0), std::string_view::npos);
 }
+
+TEST(IRTextTest, LongStringLiteralsEndWhereShortOnesDo) {
+    const std::string run(100, 'a');
+    EXPECT_EQ(stringLiteralEnd("\"" + run + "\" b", 0), 102U);
+    EXPECT_EQ(stringLiteralEnd("\"" + run + R"(\" b" c)", 0), 106U);
+    EXPECT_EQ(stringLiteralEnd("\"" + run + R"(\\" b")", 0), 104U);
+    EXPECT_EQ(stringLiteralEnd("\"" + run, 0), std::string_view::npos);
+}

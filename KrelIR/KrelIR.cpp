@@ -5,6 +5,7 @@
 
 #include "shared/ast/node.hpp"
 #include "shared/error/internalError.hpp"
+#include "shared/krelir-cfg/vocabulary.hpp"
 
 IRProgram& KrelIR::analyze(Node* root) {
     program.clear();
@@ -41,7 +42,7 @@ void KrelIR::visitFunctionDeclaration(Node* node) {
     visitParameters(children[1]);
     visitBlock(children[2]);
     if (children[0]->stringValue() == TypeName::Void && !endsInReturn(children[2])) {
-        emit("return");
+        emit(Keyword::Return);
     }
     currentFunction->rebuildCFG();
 }
@@ -52,7 +53,7 @@ void KrelIR::visitParameters(Node* list) {
             internalError("FunctionDeclaration node has malformed parameter.");
         }
         const std::string& type = childOf(parameter, 0)->getStringValue();
-        emit("param ", type, " ", parameter->getStringValue());
+        emit(Keyword::Param, " ", type, " ", parameter->getStringValue());
     }
     if (list->hasChildren()) {
         separateInstructions();
@@ -171,23 +172,23 @@ void KrelIR::visitPrintStatement(Node* node) {
     Value joined = values.size() == first ? "\"\"" : values[first];
     for (std::size_t index = first + 1; index < values.size(); ++index) {
         const Value longer = newTemporary();
-        emit(longer, " = ", joined, " + ", values[index]);
+        emit(longer, " = ", joined, " ", Spelling::Plus, " ", values[index]);
         joined = longer;
     }
     values.resize(first);
-    emit("arg ", joined);
-    emit("call print, 1");
+    emit(Keyword::Arg, " ", joined);
+    emit(Keyword::Call, " ", Callee::Print, ", 1");
 }
 
 // The argument is not evaluated (kept): every exit ends the program with status 0.
 void KrelIR::visitExitStatement(Node* /*node*/) {
-    emit("call exit, 0");
+    emit(Keyword::Call, " ", Callee::Exit, ", 0");
 }
 
 // A variable or element is copied first: what is returned is never a place.
 void KrelIR::visitReturnStatement(Node* node) {
     if (!node->hasChildren()) {
-        emit("return");
+        emit(Keyword::Return);
         return;
     }
     Node* value = childOf(node, 0);
@@ -197,7 +198,7 @@ void KrelIR::visitReturnStatement(Node* node) {
         emit(copy, " = ", result);
         result = copy;
     }
-    emit("return ", result);
+    emit(Keyword::Return, " ", result);
 }
 
 void KrelIR::visitWhileStatement(Node* node) {
@@ -311,12 +312,12 @@ IRBasicBlock& KrelIR::blockForEmission() {
 }
 
 void KrelIR::emitJump(int block) {
-    emit("goto B", std::to_string(block));
+    emit(Keyword::Goto, " B", std::to_string(block));
 }
 
 void KrelIR::emitBranchUnless(Node* condition, int block) {
     const Value negated = negatedCondition(condition);
-    emit("if ", negated, " goto B", std::to_string(block));
+    emit(Keyword::If, " ", negated, " ", Keyword::Goto, " B", std::to_string(block));
 }
 
 void KrelIR::separateInstructions() {

@@ -10,6 +10,7 @@
 #include "shared/ast/node.hpp"
 #include "shared/ast/textRuns.hpp"
 #include "shared/error/internalError.hpp"
+#include "shared/krelir-cfg/vocabulary.hpp"
 
 namespace {
 
@@ -164,16 +165,16 @@ KrelIR::Value KrelIR::call(Node* node) {
     }
     const std::string count = std::to_string(values.size() - first);
     for (std::size_t index = first; index < values.size(); ++index) {
-        emit("arg ", values[index]);
+        emit(Keyword::Arg, " ", values[index]);
     }
     values.resize(first);
     const Value callee = lvalue(children[0]);
     if (node->semanticTypeName() == TypeName::Void) {
-        emit("call ", callee, ", ", count);
+        emit(Keyword::Call, " ", callee, ", ", count);
         return {};
     }
     const Value result = newTemporary();
-    emit(result, " = call ", callee, ", ", count);
+    emit(result, " = ", Keyword::Call, " ", callee, ", ", count);
     return result;
 }
 
@@ -232,7 +233,7 @@ KrelIR::Value KrelIR::negatedCondition(Node* node) {
     }
     const Value result = newTemporary();
     const Value value = expression(node);
-    emit(result, " = !", value);
+    emit(result, " = ", Spelling::Not, value);
     return result;
 }
 
@@ -284,5 +285,5 @@ KrelIR::Value KrelIR::quote(std::string_view text, char quotationMark) {
 }
 
 std::string_view KrelIR::updateOperator(std::string_view kind) {
-    return kind.find("Increment") != std::string_view::npos ? "+" : "-";
+    return kind.find("Increment") != std::string_view::npos ? Spelling::Plus : Spelling::Minus;
 }

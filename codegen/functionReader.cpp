@@ -12,21 +12,9 @@
 
 #include "codegen/irText.hpp"
 #include "shared/krelir-cfg/ir-function.hpp"
+#include "shared/krelir-cfg/vocabulary.hpp"
 
 namespace {
-
-/// What parts can be besides words, after the bits of WordClass.
-namespace PartClass {
-inline constexpr std::uint32_t integer = 1U << WordClass::firstFree;  // digits
-inline constexpr std::uint32_t real = integer << 1;                   // digits '.' digits
-inline constexpr std::uint32_t string = integer << 2;
-inline constexpr std::uint32_t element = integer << 3;
-inline constexpr std::uint32_t callee = integer << 4;  // a word and ','
-inline constexpr std::uint32_t assign = integer << 5;
-inline constexpr std::uint32_t unary = integer << 6;   // an operator of one operand only
-inline constexpr std::uint32_t sign = integer << 7;    // of one or two
-inline constexpr std::uint32_t binary = integer << 8;  // of two only
-}  // namespace PartClass
 
 /// A form of plain lines: what each of its parts may be, and which of them are its groups.
 struct PlainForm {
@@ -36,35 +24,35 @@ struct PlainForm {
     std::uint8_t groupCount;
 };
 
-constexpr std::uint32_t value = WordClass::value;
-constexpr std::uint32_t assign = PartClass::assign;
-constexpr std::uint32_t anyOperand = WordClass::value | WordClass::boolean | PartClass::integer |
-                                     PartClass::real | PartClass::string | PartClass::element;
-constexpr std::uint32_t unary = PartClass::unary | PartClass::sign;
-constexpr std::uint32_t binary = PartClass::binary | PartClass::sign;
+constexpr std::uint32_t value = TokenClass::value;
+constexpr std::uint32_t assign = TokenClass::assign;
+constexpr std::uint32_t anyOperand = TokenClass::value | TokenClass::boolean | TokenClass::integer |
+                                     TokenClass::real | TokenClass::string | TokenClass::element;
+constexpr std::uint32_t unary = TokenClass::anyUnary;
+constexpr std::uint32_t binary = TokenClass::anyBinary;
 
 /// Ordered by number of parts. No line fits two of them.
 constexpr std::array<PlainForm, 16> plainForms = {{
-    {IRForm::Return, {WordClass::leave}, {}, 0},
-    {IRForm::Argument, {WordClass::arg, anyOperand}, {1}, 1},
-    {IRForm::Jump, {WordClass::jump, WordClass::blockName}, {1}, 1},
-    {IRForm::ReturnValue, {WordClass::leave, anyOperand}, {1}, 1},
+    {IRForm::Return, {TokenClass::leave}, {}, 0},
+    {IRForm::Argument, {TokenClass::arg, anyOperand}, {1}, 1},
+    {IRForm::Jump, {TokenClass::jump, TokenClass::blockName}, {1}, 1},
+    {IRForm::ReturnValue, {TokenClass::leave, anyOperand}, {1}, 1},
     {IRForm::Copy, {value, assign, anyOperand}, {0, 2}, 2},
-    {IRForm::Call, {WordClass::call, PartClass::callee, PartClass::integer}, {1, 2}, 2},
-    {IRForm::ElementStore, {PartClass::element, assign, anyOperand}, {0, 2}, 2},
-    {IRForm::IntegerParameter, {WordClass::param, WordClass::integerType, value}, {1, 2}, 2},
-    {IRForm::DoubleParameter, {WordClass::param, WordClass::doubleType, value}, {2}, 1},
+    {IRForm::Call, {TokenClass::call, TokenClass::callee, TokenClass::integer}, {1, 2}, 2},
+    {IRForm::ElementStore, {TokenClass::element, assign, anyOperand}, {0, 2}, 2},
+    {IRForm::IntegerParameter, {TokenClass::param, TokenClass::integerType, value}, {1, 2}, 2},
+    {IRForm::DoubleParameter, {TokenClass::param, TokenClass::doubleType, value}, {2}, 1},
     {IRForm::Branch,
-     {WordClass::branch, anyOperand, WordClass::jump, WordClass::blockName},
+     {TokenClass::branch, anyOperand, TokenClass::jump, TokenClass::blockName},
      {1, 3},
      2},
-    {IRForm::Conversion, {value, assign, WordClass::conversion, anyOperand}, {0, 2, 3}, 3},
-    {IRForm::IntToDouble, {value, assign, WordClass::intToDouble, anyOperand}, {0, 3}, 2},
-    {IRForm::DoubleToString, {value, assign, WordClass::doubleToString, anyOperand}, {0, 3}, 2},
+    {IRForm::Conversion, {value, assign, TokenClass::conversion, anyOperand}, {0, 2, 3}, 3},
+    {IRForm::IntToDouble, {value, assign, TokenClass::intToDouble, anyOperand}, {0, 3}, 2},
+    {IRForm::DoubleToString, {value, assign, TokenClass::doubleToString, anyOperand}, {0, 3}, 2},
     {IRForm::UnaryOperation, {value, assign, unary, anyOperand}, {0, 2, 3}, 3},
     {IRForm::BinaryOperation, {value, assign, anyOperand, binary, anyOperand}, {0, 2, 3, 4}, 4},
     {IRForm::CallWithResult,
-     {value, assign, WordClass::call, PartClass::callee, PartClass::integer},
+     {value, assign, TokenClass::call, TokenClass::callee, TokenClass::integer},
      {0, 3, 4},
      3},
 }};
@@ -82,30 +70,6 @@ constexpr auto formsByPartCount = [] {
     }
     return begins;
 }();
-
-std::uint32_t operatorClass(std::string_view text) {
-    if (text.size() == 1) {
-        switch (text.front()) {
-            case '=':
-                return PartClass::assign;
-            case '!':
-                return PartClass::unary;
-            case '+':
-            case '-':
-                return PartClass::sign;
-            case '*':
-            case '/':
-            case '<':
-            case '>':
-                return PartClass::binary;
-            default:
-                return 0;
-        }
-    }
-    const bool isTwice = text == "&&" || text == "||";
-    const bool isComparison = text.size() == 2 && text[1] == '=' && text.find_first_of("=!<>") == 0;
-    return isTwice || isComparison ? PartClass::binary : 0;
-}
 
 template <typename Predicate>
 const char* skip(const char* at, const char* end, Predicate isSkipped) {
@@ -175,10 +139,10 @@ private:
         Operand::Kind kind = Operand::Kind::Word;
         if (isDigit(*at)) {
             kind = takeNumber();
-            partClass = kind == Operand::Kind::Integer ? PartClass::integer : PartClass::real;
+            partClass = kind == Operand::Kind::Integer ? TokenClass::integer : TokenClass::real;
         } else if (*at == '"') {
             kind = Operand::Kind::String;
-            partClass = takeString() ? PartClass::string : 0;
+            partClass = takeString() ? TokenClass::string : 0;
         } else {
             at = skip(at, end, isOperatorCharacter);
             partClass = operatorClass({begin, at});
@@ -195,20 +159,20 @@ private:
         const char next = at != end ? *at : '\0';
         partClass = entry.wordClass;
         if (next == ',') {
-            partClass = PartClass::callee;
+            partClass = TokenClass::callee;
             operand = {word, Operand::Kind::Word};
             ++at;
-        } else if (partClass == WordClass::value && next == '[') {
+        } else if (partClass == TokenClass::value && next == '[') {
             const bool isElement = takeIndex();
-            partClass = PartClass::element;
+            partClass = TokenClass::element;
             operand = {{begin, at}, Operand::Kind::Element, entry.number};
             return isElement;
-        } else if (partClass == WordClass::value) {
+        } else if (partClass == TokenClass::value) {
             operand = {word, Operand::Kind::Named, entry.number};
-        } else if (partClass == WordClass::boolean) {
+        } else if (partClass == TokenClass::boolean) {
             operand = {word, Operand::Kind::Boolean};
         } else {
-            const bool isBlockName = partClass == WordClass::blockName;
+            const bool isBlockName = partClass == TokenClass::blockName;
             operand = {word.substr(isBlockName ? 1 : 0), Operand::Kind::Word};
         }
         return true;
@@ -257,7 +221,7 @@ private:
     ValueTable& table;
     const char* at;
     const char* const end;
-    std::array<std::uint32_t, 5> classes{};  // of the parts: one bit of WordClass or PartClass
+    std::array<std::uint32_t, 5> classes{};  // of the parts: one bit of TokenClass
     std::array<PackedOperand, 5> operands{};
     std::size_t count = 0;  // of parts
 };
@@ -357,7 +321,7 @@ Operand FunctionReader::operandOf(std::string_view text, LineBreaks lineBreaks) 
     if (isIdentifier(read.text)) {
         read.value = table.find(read.text);
         const bool isBoolean =
-            read.value == nullptr && (read.text == "true" || read.text == "false");
+            read.value == nullptr && reservedWordClass(read.text) == TokenClass::boolean;
         read.kind = isBoolean ? Kind::Boolean : Kind::Named;
     } else if (parseArrayAccess(read.text, array, index, lineBreaks)) {
         read.kind = Kind::Element;

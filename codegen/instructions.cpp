@@ -1,5 +1,6 @@
 // Instruction selection: one function for each form of line.
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <stdexcept>
@@ -9,6 +10,7 @@
 #include "codegen/codeGenerator.hpp"
 #include "codegen/registers.hpp"
 #include "shared/ast/nodeKinds.hpp"
+#include "shared/krelir-cfg/vocabulary.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
 namespace {
@@ -30,21 +32,31 @@ struct OperatorCode {
     "\ttestq %rcx, %rcx\n\tsetne %cl\n\tmovzbq %cl, %rcx\n" operation
 
 constexpr std::array<OperatorCode, 12> operatorCodes = {{
-    {"+", "\taddq %rcx, %rax\n", "\taddsd %xmm1, %xmm0\n", "", ""},
-    {"-", "\tsubq %rcx, %rax\n", "\tsubsd %xmm1, %xmm0\n", "", ""},
-    {"*", "\timulq %rcx, %rax\n", "\tmulsd %xmm1, %xmm0\n", "", ""},
-    {"/", "\tcqto\n\tidivq %rcx\n", "\tdivsd %xmm1, %xmm0\n", "", ""},
-    {"&&", KREL_NORMALISED("\tandq %rcx, %rax\n"), "", "", ""},
-    {"||", KREL_NORMALISED("\torq %rcx, %rax\n"), "", "", ""},
-    {"==", "", "", "\tsete %al\n", "\tsete %al\n"},
-    {"!=", "", "", "\tsetne %al\n", "\tsetne %al\n"},
-    {"<", "", "", "\tsetl %al\n", "\tsetb %al\n"},
-    {">", "", "", "\tsetg %al\n", "\tseta %al\n"},
-    {"<=", "", "", "\tsetle %al\n", "\tsetbe %al\n"},
-    {">=", "", "", "\tsetge %al\n", "\tsetae %al\n"},
+    {Spelling::Plus, "\taddq %rcx, %rax\n", "\taddsd %xmm1, %xmm0\n", "", ""},
+    {Spelling::Minus, "\tsubq %rcx, %rax\n", "\tsubsd %xmm1, %xmm0\n", "", ""},
+    {Spelling::Times, "\timulq %rcx, %rax\n", "\tmulsd %xmm1, %xmm0\n", "", ""},
+    {Spelling::Divide, "\tcqto\n\tidivq %rcx\n", "\tdivsd %xmm1, %xmm0\n", "", ""},
+    {Spelling::And, KREL_NORMALISED("\tandq %rcx, %rax\n"), "", "", ""},
+    {Spelling::Or, KREL_NORMALISED("\torq %rcx, %rax\n"), "", "", ""},
+    {Spelling::Equal, "", "", "\tsete %al\n", "\tsete %al\n"},
+    {Spelling::NotEqual, "", "", "\tsetne %al\n", "\tsetne %al\n"},
+    {Spelling::Less, "", "", "\tsetl %al\n", "\tsetb %al\n"},
+    {Spelling::Greater, "", "", "\tsetg %al\n", "\tseta %al\n"},
+    {Spelling::LessEqual, "", "", "\tsetle %al\n", "\tsetbe %al\n"},
+    {Spelling::GreaterEqual, "", "", "\tsetge %al\n", "\tsetae %al\n"},
 }};
 
 #undef KREL_NORMALISED
+
+constexpr bool haveCode(std::string_view op) {
+    return std::any_of(operatorCodes.begin(), operatorCodes.end(),
+                       [op](const OperatorCode& code) { return code.op == op; });
+}
+static_assert(std::all_of(lineOperators.begin(), lineOperators.end(),
+                          [](const VocabularyEntry& op) {
+                              return haveCode(op.text) ==
+                                     ((op.tokenClass & TokenClass::anyBinary) != 0);
+                          }));
 
 const OperatorCode& codeOf(std::string_view op) {
     for (const OperatorCode& code : operatorCodes) {
@@ -173,9 +185,9 @@ void CodeGenerator::emitConversion(Operands line, FunctionContext& context) {
     const std::string_view conversion = line[1].text;
     const Operand& target = line[0];
     loadValue(line[2], Register::rdi, context);
-    if (conversion == "inttochar" || conversion == "chartoint") {
+    if (conversion == Spelling::IntToChar || conversion == Spelling::CharToInt) {
         storeValue(target, Register::rdi, context);
-        recordType(target, conversion == "inttochar" ? TypeName::Character : TypeName::Int);
+        recordType(target, conversion == Spelling::IntToChar ? TypeName::Character : TypeName::Int);
         return;
     }
     out->write("\tcall krel_", conversion, "@PLT\n");
@@ -204,7 +216,7 @@ void CodeGenerator::emitBinaryOperation(Operands line, FunctionContext& context)
     const Name rightType = typeOf(line[3], context);
     if (leftType == TypeName::Double || rightType == TypeName::Double) {
         emitDoubleOperation(line, context);
-    } else if (line[2].text == "+" &&
+    } else if (line[2].text == Spelling::Plus &&
                (leftType == TypeName::String || rightType == TypeName::String)) {
         emitConcatenation(line, context);
     } else {
@@ -268,7 +280,7 @@ void CodeGenerator::emitUnaryOperation(Operands line, FunctionContext& context) 
     const Operand& operand = line[2];
     if (typeOf(operand, context) == TypeName::Double) {
         loadDouble(operand, Register::xmm0, context);
-        if (op == "-") {
+        if (op == Spelling::Minus) {
             out->write("\txorpd %xmm1, %xmm1\n\tsubsd %xmm0, %xmm1\n\tmovapd %xmm1, %xmm0\n");
         }
         storeDouble(target, Register::xmm0, context);
@@ -276,13 +288,13 @@ void CodeGenerator::emitUnaryOperation(Operands line, FunctionContext& context) 
         return;
     }
     loadValue(operand, Register::rax, context);
-    if (op == "!") {
+    if (op == Spelling::Not) {
         out->write("\ttestq %rax, %rax\n\tsete %al\n", widenResult);
-    } else if (op == "-") {
+    } else if (op == Spelling::Minus) {
         out->write("\tnegq %rax\n");
     }
     storeValue(target, Register::rax, context);
-    if (op == "!") {
+    if (op == Spelling::Not) {
         recordType(target, TypeName::Boolean);
     }
 }

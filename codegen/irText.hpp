@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "shared/krelir-cfg/vocabulary.hpp"
+
 /// Tests and small parsers of operand texts, as the lines of the intermediate representation spell
 /// them. None of them fails or copies: what they return points into their argument.
 
@@ -26,7 +28,9 @@ constexpr std::array<std::uint8_t, 256> table() {
     put(" \t\n\v\f\r", space);
     put("0123456789", digit);
     put("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", letter);
-    put("|&=!<>+-*/", operation);
+    for (const VocabularyEntry& entry : lineOperators) {
+        put(entry.text, operation);
+    }
     put("\"", quote);
     return classes;
 }
@@ -53,7 +57,7 @@ inline bool beginsName(char character) {
 inline bool isNameCharacter(char character) {
     return hasClass(character, CharacterClass::letter | CharacterClass::digit);
 }
-/// Whether an operator of a binary operation can end with the character.
+/// Whether the character is one that operators are made of.
 inline bool isOperatorCharacter(char character) {
     return hasClass(character, CharacterClass::operation);
 }

@@ -15,6 +15,7 @@
 #include "codegen/irText.hpp"
 #include "codegen/registers.hpp"
 #include "shared/ast/nodeKinds.hpp"
+#include "shared/krelir-cfg/vocabulary.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
 namespace {
@@ -98,7 +99,7 @@ void CodeGenerator::loadValue(const Operand& operand, const ShortText& reg,
     const std::string_view text = operand.text;
     switch (operand.kind) {
         case Operand::Kind::Boolean:
-            if (text == "true") {
+            if (text == Keyword::True) {
                 out->write("\tmovq $1, ", reg, "\n");
             } else {
                 out->write("\txorq ", reg, ", ", reg, "\n");
@@ -203,11 +204,11 @@ void CodeGenerator::loadElementAddress(const Operand& element, FunctionContext& 
 }
 
 void CodeGenerator::emitCall(std::string_view callee, FunctionContext& context) {
-    if (callee == "exit" && context.pendingArguments.empty()) {
+    if (callee == Callee::Exit && context.pendingArguments.empty()) {
         out->write("\txorl %edi, %edi\n");
     }
     passArguments(context);
-    out->write("\tcall ", callee == "print" ? "krel_print" : callee, "@PLT\n");
+    out->write("\tcall ", callee == Callee::Print ? "krel_print" : callee, "@PLT\n");
 }
 
 // The two classes of registers are counted apart. Nothing is ever passed on the stack.

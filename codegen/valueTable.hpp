@@ -8,6 +8,7 @@
 #include "codegen/shortText.hpp"
 #include "shared/ast/name.hpp"
 #include "shared/ast/textIndex.hpp"
+#include "shared/krelir-cfg/vocabulary.hpp"
 
 /// A named value of a function.
 struct Value {
@@ -19,28 +20,6 @@ struct Value {
     Name type;          // what it is believed to hold now; empty when nothing is known
 };
 
-/// What a word can be, as far as the forms of lines tell words apart: one bit each, so that sets of
-/// them can be tested at once.
-namespace WordClass {
-inline constexpr std::uint32_t value = 1U << 0;
-inline constexpr std::uint32_t blockName = 1U << 1;
-inline constexpr std::uint32_t boolean = 1U << 2;
-inline constexpr std::uint32_t arg = 1U << 3;
-inline constexpr std::uint32_t call = 1U << 4;
-inline constexpr std::uint32_t jump = 1U << 5;
-inline constexpr std::uint32_t branch = 1U << 6;
-inline constexpr std::uint32_t param = 1U << 7;
-inline constexpr std::uint32_t leave = 1U << 8;
-inline constexpr std::uint32_t integerType = 1U << 9;  // of whatever is passed as an integer
-inline constexpr std::uint32_t doubleType = 1U << 10;
-inline constexpr std::uint32_t voidType = 1U << 11;    // stands in no line
-inline constexpr std::uint32_t conversion = 1U << 12;  // between values in integer registers
-inline constexpr std::uint32_t intToDouble = 1U << 13;
-inline constexpr std::uint32_t doubleToString = 1U << 14;
-/// The first bit that is free for what is no word.
-inline constexpr unsigned firstFree = 15;
-}  // namespace WordClass
-
 /// The words of one function, found by their texts, which stay the caller's. Every word stands for
 /// a value, but for keywords and block names.
 class ValueTable {
@@ -48,7 +27,7 @@ public:
     /// What is known of a word.
     struct Entry {
         std::uint32_t number = 0;     // from 1 on
-        std::uint32_t wordClass = 0;  // one bit of WordClass
+        std::uint32_t wordClass = 0;  // one bit of TokenClass
     };
 
     ValueTable();
@@ -67,7 +46,7 @@ public:
     /// word is added.
     Value* find(std::string_view word) {
         const std::uint32_t number = numberOf(KeyedText{word});
-        const bool isValue = number != 0 && index.tagOf(number) == WordClass::value;
+        const bool isValue = number != 0 && index.tagOf(number) == TokenClass::value;
         return isValue ? &(*this)[number] : nullptr;
     }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shared/ast/name.hpp"
+#include "shared/ast/spelling.hpp"
 
 /// All kinds of node there are, with the value a node carries and its children in order.
 namespace NodeKind {
@@ -60,13 +61,13 @@ inline const Name BooleanLiteral{"BooleanLiteral"};                    // bool
 
 // Made by semantic analysis, each with the operand as its only child. The names are also those of
 // the conversions in the intermediate representation.
-inline const Name IntToDouble{"inttodouble"};
-inline const Name IntToChar{"inttochar"};
-inline const Name CharToInt{"chartoint"};
-inline const Name IntToString{"inttostring"};
-inline const Name DoubleToString{"doubletostring"};
-inline const Name BoolToString{"booltostring"};
-inline const Name CharToString{"chartostring"};
+inline const Name IntToDouble{Spelling::IntToDouble};
+inline const Name IntToChar{Spelling::IntToChar};
+inline const Name CharToInt{Spelling::CharToInt};
+inline const Name IntToString{Spelling::IntToString};
+inline const Name DoubleToString{Spelling::DoubleToString};
+inline const Name BoolToString{Spelling::BoolToString};
+inline const Name CharToString{Spelling::CharToString};
 
 }  // namespace NodeKind
 
@@ -74,31 +75,31 @@ inline const Name CharToString{"chartostring"};
 /// no type, because a fault was already reported.
 namespace TypeName {
 
-inline const Name Int{"int"};
-inline const Name Double{"double"};
-inline const Name Boolean{"boolean"};
-inline const Name Character{"character"};
-inline const Name String{"string"};
-inline const Name Void{"void"};
+inline const Name Int{Spelling::Int};
+inline const Name Double{Spelling::Double};
+inline const Name Boolean{Spelling::Boolean};
+inline const Name Character{Spelling::Character};
+inline const Name String{Spelling::String};
+inline const Name Void{Spelling::Void};
 
 }  // namespace TypeName
 
 /// The operators that nodes carry as their value.
 namespace Operator {
 
-inline const Name Or{"||"};
-inline const Name And{"&&"};
-inline const Name Equal{"=="};
-inline const Name NotEqual{"!="};
-inline const Name Less{"<"};
-inline const Name Greater{">"};
-inline const Name LessEqual{"<="};
-inline const Name GreaterEqual{">="};
-inline const Name Plus{"+"};
-inline const Name Minus{"-"};
-inline const Name Times{"*"};
-inline const Name Divide{"/"};
-inline const Name Not{"!"};
+inline const Name Or{Spelling::Or};
+inline const Name And{Spelling::And};
+inline const Name Equal{Spelling::Equal};
+inline const Name NotEqual{Spelling::NotEqual};
+inline const Name Less{Spelling::Less};
+inline const Name Greater{Spelling::Greater};
+inline const Name LessEqual{Spelling::LessEqual};
+inline const Name GreaterEqual{Spelling::GreaterEqual};
+inline const Name Plus{Spelling::Plus};
+inline const Name Minus{Spelling::Minus};
+inline const Name Times{Spelling::Times};
+inline const Name Divide{Spelling::Divide};
+inline const Name Not{Spelling::Not};
 inline const Name PlusAssign{"+="};
 inline const Name MinusAssign{"-="};
 inline const Name Increment{"++"};

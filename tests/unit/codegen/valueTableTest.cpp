@@ -87,12 +87,12 @@ TEST(ValueTableTest, KeywordsAndBlockNamesHaveNoValue) {
 
 TEST(ValueTableTest, TellsWhatAWordIs) {
     ValueTable values;
-    EXPECT_EQ(values.add("name").wordClass, WordClass::value);
-    EXPECT_EQ(values.add("B12").wordClass, WordClass::blockName);
-    EXPECT_EQ(values.add("true").wordClass, WordClass::boolean);
-    EXPECT_EQ(values.add("goto").wordClass, WordClass::jump);
-    EXPECT_EQ(values.add("character").wordClass, WordClass::integerType);
-    EXPECT_EQ(values.add("inttodouble").wordClass, WordClass::intToDouble);
+    EXPECT_EQ(values.add("name").wordClass, TokenClass::value);
+    EXPECT_EQ(values.add("B12").wordClass, TokenClass::blockName);
+    EXPECT_EQ(values.add("true").wordClass, TokenClass::boolean);
+    EXPECT_EQ(values.add("goto").wordClass, TokenClass::jump);
+    EXPECT_EQ(values.add("character").wordClass, TokenClass::integerType);
+    EXPECT_EQ(values.add("inttodouble").wordClass, TokenClass::intToDouble);
 }
 
 TEST(ValueTableTest, OrdersByteByByte) {

@@ -6,10 +6,9 @@
 #include "codegen/irForms.hpp"
 
 #include <algorithm>
-#include <bit>
-#include <utility>
 
 #include "codegen/irText.hpp"
+#include "shared/krelir-cfg/vocabulary.hpp"
 
 namespace {
 
@@ -18,19 +17,19 @@ using Groups = std::array<std::string_view, 4>;
 /// A line, read from left to right. A step that fails leaves the position undefined.
 class Scanner {
 public:
-    explicit Scanner(std::string_view text) : line(text) {}
+    explicit Scanner(std::string_view line) : text(line) {}
 
     std::size_t position() const { return at; }
 
-    bool literal(std::string_view text) {
-        const bool found = line.substr(at).starts_with(text);
-        at += text.size();
+    bool literal(std::string_view expected) {
+        const bool found = text.substr(at).starts_with(expected);
+        at += expected.size();
         return found;
     }
 
     /// `\s*`
     void spaces() {
-        while (at < line.size() && isSpace(line[at])) {
+        while (at < text.size() && isSpace(text[at])) {
             ++at;
         }
     }
@@ -44,46 +43,50 @@ public:
 
     /// `([A-Za-z_]\w*)`
     bool name(std::string_view& group) {
-        if (at == line.size() || !beginsName(line[at])) {
+        if (at == text.size() || !beginsName(text[at])) {
             return false;
         }
         const std::size_t begin = at;
-        while (at < line.size() && isNameCharacter(line[at])) {
+        while (at < text.size() && isNameCharacter(text[at])) {
             ++at;
         }
-        group = line.substr(begin, at - begin);
+        group = text.substr(begin, at - begin);
         return true;
     }
 
     /// `([0-9]+)$`
     bool numberAtEnd(std::string_view& group) {
-        group = line.substr(at);
+        group = text.substr(at);
         return !group.empty() && std::all_of(group.begin(), group.end(), isDigit);
     }
 
-    bool atEnd() const { return at == line.size(); }
+    bool atEnd() const { return at == text.size(); }
 
     void moveTo(std::size_t position) { at = position; }
 
 private:
-    std::string_view line;
+    std::string_view text;
     std::size_t at = 0;
 };
 
-/// What `.` cannot match, from some position on: the first line break, and where the blanks that
-/// begin with it end. Both are the end of the line when there is no line break.
+/// What `.` cannot match from some position on: the first line break, and where the blanks that
+/// begin with it end. Both are the end of the line when there is no line break. From the 'a' on:
+///
+///     x = a<LF> <LF>+ b
+///          ^        ^
+///        begin     end
 struct Obstacle {
     std::size_t begin;
     std::size_t end;
 };
 
-/// A line, with what all assignments have in common read already: `^([A-Za-z_]\w*)\s*=\s*`.
-class Line {
+/// A line, with what all assignments have in common scanned already: `^([A-Za-z_]\w*)\s*=\s*`.
+class ScannedLine {
 public:
-    explicit Line(std::string_view whole)
-        : text(whole),
-          hasLineBreak(whole.find('\n') != whole.npos || whole.find('\r') != whole.npos),
-          lastBreak(hasLineBreak ? whole.find_last_of("\n\r") : whole.npos) {
+    explicit ScannedLine(std::string_view line)
+        : text(line),
+          hasLineBreak(line.find('\n') != line.npos || line.find('\r') != line.npos),
+          lastBreak(hasLineBreak ? line.find_last_of("\n\r") : line.npos) {
         Scanner scanner{text};
         if (!scanner.name(target)) {
             return;
@@ -93,7 +96,7 @@ public:
         if (isAssignment) {
             afterEquals = scanner.position();
             scanner.spaces();
-            value = scanner.position();
+            assigned = scanner.position();
         }
     }
 
@@ -114,7 +117,11 @@ public:
     }
 
     /// `\s{minimum,}(.+)$` from `position` on. The blanks go to `\s` as far as they can, so the
-    /// group begins at the first other character; if there is none, with the last blank.
+    /// group begins at the first other character; if there is none, with the last blank. From
+    /// behind the equals sign, with <VT> for a blank that trimming leaves alone:
+    ///
+    ///     x =  y + z       the group is "y + z"
+    ///     x = <VT><VT>     the group is the second <VT>
     bool spacesAndRest(std::size_t position, std::size_t minimum, std::string_view& group) const {
         Scanner scanner = scannerAt(position);
         scanner.spaces();
@@ -132,7 +139,14 @@ public:
     /// `\s*(.+)\s+` from `low` up to `end`, where the character before `end` is a blank and the
     /// first other one from `low` on stands at `first`, before the obstacle. The group begins there
     /// and takes all but that last blank, or stops at a line break if only blanks follow. When
-    /// `first` is `end`, one of the blanks is the group: the last one that leaves another.
+    /// `first` is `end`, one of the blanks is the group: the last one that leaves another. With
+    /// `low` behind the equals sign and `end` at the plus sign, '_' for each blank:
+    ///
+    ///     x =_a__+ b         `\s*` takes "_", the group "a_" and `\s+` "_"
+    ///     x =_a<LF>_+ b      `\s*` takes "_", the group "a" and `\s+` "<LF>_"
+    ///     x =_a<LF>c_+ b     no match: the group would have to hold the line break
+    ///     x =___+ b          `\s*`, the group and `\s+` take "_" each
+    ///     x =_<LF>_+ b       `\s*` takes nothing, the group "_" and `\s+` "<LF>_"
     bool greedyUpTo(std::size_t low, std::size_t first, std::size_t end, const Obstacle& obstacle,
                     std::string_view& group) const {
         if (first < end) {
@@ -154,55 +168,57 @@ public:
     const std::size_t lastBreak;
     std::string_view target;
     bool isAssignment = false;
+    // Of an assignment only:
     std::size_t afterEquals = 0;
-    std::size_t value = 0;  // past the blanks behind the equals sign
+    std::size_t assigned = 0;  // past the blanks behind the equals sign
 };
 
-bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
-    return std::find(words.begin(), words.end(), word) != words.end();
-}
-
-bool matchIntegerParameter(const Line& line, Groups& groups) {
+bool matchIntegerParameter(const ScannedLine& line, Groups& groups) {
     Scanner scanner{line.text};
-    return scanner.literal("param") && scanner.someSpaces() && scanner.name(groups[0]) &&
-           isOneOf(groups[0], {"int", "boolean", "character", "string"}) && scanner.someSpaces() &&
+    return scanner.literal(Keyword::Param) && scanner.someSpaces() && scanner.name(groups[0]) &&
+           reservedWordClass(groups[0]) == TokenClass::integerType && scanner.someSpaces() &&
            scanner.name(groups[1]) && scanner.atEnd();
 }
 
-bool matchDoubleParameter(const Line& line, Groups& groups) {
+bool matchDoubleParameter(const ScannedLine& line, Groups& groups) {
     Scanner scanner{line.text};
     std::string_view type;
-    return scanner.literal("param") && scanner.someSpaces() && scanner.name(type) &&
-           type == "double" && scanner.someSpaces() && scanner.name(groups[0]) && scanner.atEnd();
+    return scanner.literal(Keyword::Param) && scanner.someSpaces() && scanner.name(type) &&
+           type == Spelling::Double && scanner.someSpaces() && scanner.name(groups[0]) &&
+           scanner.atEnd();
 }
 
-bool matchArgument(const Line& line, Groups& groups) {
+/// A keyword, one blank and anything, line breaks too.
+bool keywordAndRest(const ScannedLine& line, std::string_view keyword, std::string_view& group) {
     Scanner scanner{line.text};
-    if (!scanner.literal("arg ")) {
+    if (!scanner.literal(keyword) || !scanner.literal(" ")) {
         return false;
     }
-    groups[0] = line.text.substr(scanner.position());
+    group = line.text.substr(scanner.position());
     return true;
 }
 
+bool matchArgument(const ScannedLine& line, Groups& groups) {
+    return keywordAndRest(line, Keyword::Arg, groups[0]);
+}
+
 /// `call\s+([A-Za-z_]\w*),\s*([0-9]+)$`
-bool callOf(Scanner& line, std::string_view& callee, std::string_view& count) {
-    if (!line.literal("call") || !line.someSpaces() || !line.name(callee) || !line.literal(",")) {
+bool callFrom(Scanner scanner, std::string_view& callee, std::string_view& count) {
+    if (!scanner.literal(Keyword::Call) || !scanner.someSpaces() || !scanner.name(callee) ||
+        !scanner.literal(",")) {
         return false;
     }
-    line.spaces();
-    return line.numberAtEnd(count);
+    scanner.spaces();
+    return scanner.numberAtEnd(count);
 }
 
-bool matchCallWithResult(const Line& line, Groups& groups) {
+bool matchCallWithResult(const ScannedLine& line, Groups& groups) {
     groups[0] = line.target;
-    Scanner scanner = line.scannerAt(line.value);
-    return callOf(scanner, groups[1], groups[2]);
+    return line.isAssignment && callFrom(line.scannerAt(line.assigned), groups[1], groups[2]);
 }
 
-bool matchCall(const Line& line, Groups& groups) {
-    Scanner scanner{line.text};
-    return callOf(scanner, groups[0], groups[1]);
+bool matchCall(const ScannedLine& line, Groups& groups) {
+    return callFrom(line.scannerAt(0), groups[0], groups[1]);
 }
 
 /// Finds `goto\s+B([0-9]+)$` from the line's end: sets the group and where it begins.
@@ -219,7 +235,7 @@ bool gotoAtEnd(std::string_view text, std::size_t& begin, std::string_view& numb
     while (at > 0 && isSpace(text[at - 1])) {
         --at;
     }
-    constexpr std::string_view word = "goto";
+    constexpr std::string_view word = Keyword::Goto;
     if (at == spacesEnd || !text.substr(0, at).ends_with(word)) {
         return false;
     }
@@ -227,11 +243,14 @@ bool gotoAtEnd(std::string_view text, std::size_t& begin, std::string_view& numb
     return true;
 }
 
-bool matchBranch(const Line& line, Groups& groups) {
+// The condition takes as much as it can, so the line is split at its last "goto":
+//
+//     if "x goto B9" goto B4     the condition is "x goto B9" with its quotes, the block is 4
+bool matchBranch(const ScannedLine& line, Groups& groups) {
     const std::string_view text = line.text;
     Scanner scanner{text};
     std::size_t end = 0;
-    if (!scanner.literal("if") || !gotoAtEnd(text, end, groups[1])) {
+    if (!scanner.literal(Keyword::If) || !gotoAtEnd(text, end, groups[1])) {
         return false;
     }
     const std::size_t low = scanner.position() + 1;
@@ -242,50 +261,43 @@ bool matchBranch(const Line& line, Groups& groups) {
     return line.greedyUpTo(low, first, end, line.obstacleFrom(first), groups[0]);
 }
 
-bool matchJump(const Line& line, Groups& groups) {
+bool matchJump(const ScannedLine& line, Groups& groups) {
     Scanner scanner{line.text};
-    return scanner.literal("goto") && scanner.someSpaces() && scanner.literal("B") &&
+    return scanner.literal(Keyword::Goto) && scanner.someSpaces() && scanner.literal("B") &&
            scanner.numberAtEnd(groups[0]);
 }
 
-bool matchReturn(const Line& line, Groups& /*groups*/) {
-    return line.text == "return";
+bool matchReturn(const ScannedLine& line, Groups& /*groups*/) {
+    return line.text == Keyword::Return;
 }
 
-bool matchReturnValue(const Line& line, Groups& groups) {
-    Scanner scanner{line.text};
-    if (!scanner.literal("return ")) {
-        return false;
-    }
-    groups[0] = line.text.substr(scanner.position());
-    return true;
+bool matchReturnValue(const ScannedLine& line, Groups& groups) {
+    return keywordAndRest(line, Keyword::Return, groups[0]);
 }
 
-/// `(word)\s+(.+)$` for one of some words.
-bool conversionOf(const Line& line, std::initializer_list<std::string_view> words,
-                  std::string_view& word, std::string_view& operand) {
-    Scanner scanner = line.scannerAt(line.value);
-    return scanner.name(word) && isOneOf(word, words) &&
+/// `(word)\s+(.+)$` for the words of a class, behind the equals sign.
+bool conversionOf(const ScannedLine& line, std::uint32_t wordClass, std::string_view& word,
+                  std::string_view& operand) {
+    Scanner scanner = line.scannerAt(line.assigned);
+    return line.isAssignment && scanner.name(word) && reservedWordClass(word) == wordClass &&
            line.spacesAndRest(scanner.position(), 1, operand);
 }
 
-bool matchConversion(const Line& line, Groups& groups) {
+bool matchConversion(const ScannedLine& line, Groups& groups) {
     groups[0] = line.target;
-    return conversionOf(line,
-                        {"inttostring", "chartostring", "booltostring", "inttochar", "chartoint"},
-                        groups[1], groups[2]);
+    return conversionOf(line, TokenClass::conversion, groups[1], groups[2]);
 }
 
-bool matchIntToDouble(const Line& line, Groups& groups) {
+bool matchIntToDouble(const ScannedLine& line, Groups& groups) {
     groups[0] = line.target;
     std::string_view word;
-    return conversionOf(line, {"inttodouble"}, word, groups[1]);
+    return conversionOf(line, TokenClass::intToDouble, word, groups[1]);
 }
 
-bool matchDoubleToString(const Line& line, Groups& groups) {
+bool matchDoubleToString(const ScannedLine& line, Groups& groups) {
     groups[0] = line.target;
     std::string_view word;
-    return conversionOf(line, {"doubletostring"}, word, groups[1]);
+    return conversionOf(line, TokenClass::doubleToString, word, groups[1]);
 }
 
 /// The operator of a binary operation whose last character stands at `last`, with a blank on both
@@ -300,37 +312,51 @@ std::string_view operatorEndingAt(std::string_view text, std::size_t last, std::
         return {};
     }
     const std::string_view candidate = text.substr(begin, size);
-    const bool isOperator =
-        isOneOf(candidate, {"+", "-", "*", "/", "<", ">", "==", "!=", "<=", ">=", "&&", "||"});
-    return isOperator ? candidate : std::string_view{};
+    const bool isBinary = (operatorClass(candidate) & TokenClass::anyBinary) != 0;
+    return isBinary ? candidate : std::string_view{};
 }
 
 // The left operand takes as much as it can, so the line is split at its last operator that has
-// blanks on both sides and something behind it.
-bool matchBinaryOperation(const Line& line, Groups& groups) {
+// blanks on both sides and something behind it:
+//
+//     x = a - b + c          the left operand is "a - b", the right one "c"
+//     x = "a" + " - "        the left operand is "a" + " with its quotes, the right one "
+//     x = a + b -            the left operand is "a", the right one "b -"
+bool matchBinaryOperation(const ScannedLine& line, Groups& groups) {
+    if (!line.isAssignment) {
+        return false;
+    }
     const std::string_view text = line.text;
     const std::size_t low = line.afterEquals;
-    const Obstacle obstacle = line.obstacleFrom(line.value);
+    const Obstacle obstacle = line.obstacleFrom(line.assigned);
     groups[0] = line.target;
     for (std::size_t last = text.size() - 1; last-- > low + 1;) {
         groups[2] = operatorEndingAt(text, last, low);
         if (!groups[2].empty() && line.spacesAndRest(last + 1, 1, groups[3]) &&
-            line.greedyUpTo(low, line.value, last + 1 - groups[2].size(), obstacle, groups[1])) {
+            line.greedyUpTo(low, line.assigned, last + 1 - groups[2].size(), obstacle, groups[1])) {
             return true;
         }
     }
     return false;
 }
 
-bool matchUnaryOperation(const Line& line, Groups& groups) {
+bool matchUnaryOperation(const ScannedLine& line, Groups& groups) {
+    if (!line.isAssignment) {
+        return false;
+    }
     groups[0] = line.target;
-    groups[1] = line.text.substr(line.value, 1);
-    return line.spacesAndRest(line.value + 1, 0, groups[2]);
+    groups[1] = line.text.substr(line.assigned, 1);
+    return (operatorClass(groups[1]) & TokenClass::anyUnary) != 0 &&
+           line.spacesAndRest(line.assigned + 1, 0, groups[2]);
 }
 
 // The index takes as much as it can, so the element ends at the last bracket that is followed by
-// an equals sign.
-bool matchElementStore(const Line& line, Groups& groups) {
+// an equals sign:
+//
+//     a[0] = b[1] = c        the element is "a[0] = b[1]", the value "c"
+//     a[0] = "[1] = "        the element is "a[0] = "[1]", the value a quote
+//     a[0] = b[1]            the element is "a[0]", the value "b[1]"
+bool matchElementStore(const ScannedLine& line, Groups& groups) {
     Scanner scanner = line.scannerAt(line.target.size());
     scanner.spaces();
     if (line.target.empty() || !scanner.literal("[")) {
@@ -350,137 +376,65 @@ bool matchElementStore(const Line& line, Groups& groups) {
     return false;
 }
 
-bool matchCopy(const Line& line, Groups& groups) {
+bool matchCopy(const ScannedLine& line, Groups& groups) {
     groups[0] = line.target;
-    return line.spacesAndRest(line.afterEquals, 0, groups[1]);
+    return line.isAssignment && line.spacesAndRest(line.afterEquals, 0, groups[1]);
 }
 
-/// What has to stand at the beginning of a form, so that most forms need not be tried.
-enum class Lead : std::uint8_t { Line, Value, Anything };
-
-struct Form {
-    IRFormPattern definition;
-    Lead lead;
-    std::string_view characters;  // one of which the line or the assigned value begins with
-    bool (*match)(const Line&, Groups&);
+struct FormRow {
+    IRForm form;
+    const char* pattern;
+    bool (*match)(const ScannedLine&, Groups&);
 };
 
 // Reordering the rows changes the language.
-constexpr std::array<Form, 16> forms = {{
-    {{IRForm::IntegerParameter, R"(^param\s+(int|boolean|character|string)\s+([A-Za-z_]\w*)$)"},
-     Lead::Line,
-     "p",
+constexpr std::array<FormRow, irFormCount> formRows = {{
+    {IRForm::IntegerParameter, R"(^param\s+(int|boolean|character|string)\s+([A-Za-z_]\w*)$)",
      matchIntegerParameter},
-    {{IRForm::DoubleParameter, R"(^param\s+double\s+([A-Za-z_]\w*)$)"},
-     Lead::Line,
-     "p",
-     matchDoubleParameter},
-    {{IRForm::Argument, R"(^arg ([\s\S]*)$)"}, Lead::Line, "a", matchArgument},
-    {{IRForm::CallWithResult, R"(^([A-Za-z_]\w*)\s*=\s*call\s+([A-Za-z_]\w*),\s*([0-9]+)$)"},
-     Lead::Value,
-     "c",
+    {IRForm::DoubleParameter, R"(^param\s+double\s+([A-Za-z_]\w*)$)", matchDoubleParameter},
+    {IRForm::Argument, R"(^arg ([\s\S]*)$)", matchArgument},
+    {IRForm::CallWithResult, R"(^([A-Za-z_]\w*)\s*=\s*call\s+([A-Za-z_]\w*),\s*([0-9]+)$)",
      matchCallWithResult},
-    {{IRForm::Call, R"(^call\s+([A-Za-z_]\w*),\s*([0-9]+)$)"}, Lead::Line, "c", matchCall},
-    {{IRForm::Branch, R"(^if\s+(.+)\s+goto\s+B([0-9]+)$)"}, Lead::Line, "i", matchBranch},
-    {{IRForm::Jump, R"(^goto\s+B([0-9]+)$)"}, Lead::Line, "g", matchJump},
-    {{IRForm::Return, R"(^return$)"}, Lead::Line, "r", matchReturn},
-    {{IRForm::ReturnValue, R"(^return ([\s\S]*)$)"}, Lead::Line, "r", matchReturnValue},
-    {{IRForm::Conversion,
-      R"(^([A-Za-z_]\w*)\s*=\s*(inttostring|chartostring|booltostring|inttochar|chartoint)\s+(.+)$)"},
-     Lead::Value,
-     "icb",
+    {IRForm::Call, R"(^call\s+([A-Za-z_]\w*),\s*([0-9]+)$)", matchCall},
+    {IRForm::Branch, R"(^if\s+(.+)\s+goto\s+B([0-9]+)$)", matchBranch},
+    {IRForm::Jump, R"(^goto\s+B([0-9]+)$)", matchJump},
+    {IRForm::Return, R"(^return$)", matchReturn},
+    {IRForm::ReturnValue, R"(^return ([\s\S]*)$)", matchReturnValue},
+    {IRForm::Conversion,
+     R"(^([A-Za-z_]\w*)\s*=\s*(inttostring|chartostring|booltostring|inttochar|chartoint)\s+(.+)$)",
      matchConversion},
-    {{IRForm::IntToDouble, R"(^([A-Za-z_]\w*)\s*=\s*inttodouble\s+(.+)$)"},
-     Lead::Value,
-     "i",
-     matchIntToDouble},
-    {{IRForm::DoubleToString, R"(^([A-Za-z_]\w*)\s*=\s*doubletostring\s+(.+)$)"},
-     Lead::Value,
-     "d",
+    {IRForm::IntToDouble, R"(^([A-Za-z_]\w*)\s*=\s*inttodouble\s+(.+)$)", matchIntToDouble},
+    {IRForm::DoubleToString, R"(^([A-Za-z_]\w*)\s*=\s*doubletostring\s+(.+)$)",
      matchDoubleToString},
-    {{IRForm::BinaryOperation,
-      R"(^([A-Za-z_]\w*)\s*=\s*(.+)\s+(\|\||&&|==|!=|<=|>=|<|>|\+|-|\*|/)\s+(.+)$)"},
-     Lead::Value,
-     "",
+    {IRForm::BinaryOperation,
+     R"(^([A-Za-z_]\w*)\s*=\s*(.+)\s+(\|\||&&|==|!=|<=|>=|<|>|\+|-|\*|/)\s+(.+)$)",
      matchBinaryOperation},
-    {{IRForm::UnaryOperation, R"(^([A-Za-z_]\w*)\s*=\s*(!|-|\+)\s*(.+)$)"},
-     Lead::Value,
-     "!-+",
-     matchUnaryOperation},
-    {{IRForm::ElementStore, R"(^([A-Za-z_]\w*\s*\[.+\])\s*=\s*(.+)$)"},
-     Lead::Anything,
-     "",
-     matchElementStore},
-    {{IRForm::Copy, R"(^([A-Za-z_]\w*)\s*=\s*(.+)$)"}, Lead::Value, "", matchCopy},
+    {IRForm::UnaryOperation, R"(^([A-Za-z_]\w*)\s*=\s*(!|-|\+)\s*(.+)$)", matchUnaryOperation},
+    {IRForm::ElementStore, R"(^([A-Za-z_]\w*\s*\[.+\])\s*=\s*(.+)$)", matchElementStore},
+    {IRForm::Copy, R"(^([A-Za-z_]\w*)\s*=\s*(.+)$)", matchCopy},
 }};
+
+static_assert(hasRowForEachForm(formRows));
 
 }  // namespace
 
-const std::array<IRFormPattern, 16>& irFormPatterns() {
+const std::array<IRFormPattern, irFormCount>& irFormPatterns() {
     static const auto patterns = [] {
-        std::array<IRFormPattern, 16> result{};
-        std::transform(forms.begin(), forms.end(), result.begin(),
-                       [](const Form& form) { return form.definition; });
+        std::array<IRFormPattern, irFormCount> result{};
+        std::transform(formRows.begin(), formRows.end(), result.begin(), [](const FormRow& row) {
+            return IRFormPattern{row.form, row.pattern};
+        });
         return result;
     }();
     return patterns;
 }
 
-namespace {
-
-/// A set of forms: bit i stands for row i.
-using FormSet = std::uint16_t;
-using FormsByCharacter = std::array<FormSet, 256>;
-
-constexpr FormSet formsWithLead(bool (*isWanted)(Lead)) {
-    FormSet wanted = 0;
-    for (std::size_t row = 0; row < forms.size(); ++row) {
-        if (isWanted(forms[row].lead)) {
-            wanted = static_cast<FormSet>(wanted | 1U << row);
-        }
-    }
-    return wanted;
-}
-
-/// The forms that are possible for each character at their lead, and all forms of other leads.
-constexpr FormsByCharacter formsByCharacter(Lead lead) {
-    FormsByCharacter result{};
-    for (std::size_t character = 0; character < result.size(); ++character) {
-        for (std::size_t row = 0; row < forms.size(); ++row) {
-            const std::string_view accepted = forms[row].characters;
-            if (forms[row].lead != lead || accepted.empty() ||
-                accepted.find(static_cast<char>(character)) != accepted.npos) {
-                result[character] = static_cast<FormSet>(result[character] | 1U << row);
-            }
-        }
-    }
-    return result;
-}
-
-constexpr FormsByCharacter formsByLine = formsByCharacter(Lead::Line);
-constexpr FormsByCharacter formsByValue = formsByCharacter(Lead::Value);
-constexpr FormSet formsOfNoAssignment =
-    formsWithLead([](Lead lead) { return lead != Lead::Value; });
-
-/// The forms that are possible by the first character of the line and of the assigned value.
-FormSet possibleForms(const Line& line) {
-    const auto characterAt = [&line](std::size_t at) -> std::size_t {
-        return at < line.text.size() ? static_cast<unsigned char>(line.text[at]) : 0;
-    };
-    const FormSet byValue =
-        line.isAssignment ? formsByValue[characterAt(line.value)] : formsOfNoAssignment;
-    return formsByLine[characterAt(0)] & byValue;
-}
-
-}  // namespace
-
 IRLine recognise(std::string_view text) {
-    const Line line{text};
-    for (unsigned possible = possibleForms(line); possible != 0; possible &= possible - 1) {
-        const Form& form = forms[static_cast<std::size_t>(std::countr_zero(possible))];
+    const ScannedLine line{text};
+    for (const FormRow& row : formRows) {
         Groups groups{};
-        if (form.match(line, groups)) {
-            return {form.definition.form, groups};
+        if (row.match(line, groups)) {
+            return {row.form, groups};
         }
     }
     return {};

@@ -1,32 +1,92 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
-/// The forms that a line of the intermediate representation can have.
+/// The forms that a line of the intermediate representation can have, each with an example and its
+/// groups: what the form takes out of a line, from left to right. A group is an operand or a text
+/// that means something only to its form.
 enum class IRForm : std::uint8_t {
-    IntegerParameter,
-    DoubleParameter,
-    Argument,
-    CallWithResult,
-    Call,
-    Branch,
-    Jump,
-    Return,
-    ReturnValue,
-    Conversion,
-    IntToDouble,
-    DoubleToString,
-    BinaryOperation,
-    UnaryOperation,
-    ElementStore,
-    Copy,
-    None
+    IntegerParameter,  // param int n             type, target
+    DoubleParameter,   // param double d          target
+    Argument,          // arg x                   value
+    CallWithResult,    // _t0 = call f, 2         target, callee, count
+    Call,              // call print, 1           callee, count
+    Branch,            // if _t0 goto B4          condition, block
+    Jump,              // goto B2                 block
+    Return,            // return
+    ReturnValue,       // return _t0              value
+    Conversion,        // _t1 = inttostring x     target, conversion, value
+    IntToDouble,       // _t1 = inttodouble x     target, value
+    DoubleToString,    // _t1 = doubletostring d  target, value
+    BinaryOperation,   // _t2 = a + b             target, left, operator, right
+    UnaryOperation,    // _t3 = !a                target, operator, value
+    ElementStore,      // a[i] = x                target, value
+    Copy,              // x = 5                   target, value
+    None               // any other line
 };
 
-/// A recognised line: its form, and the groups of the form's pattern in order, empty where the
-/// pattern has no more. The groups point into the line and are not trimmed.
+/// How many forms there are, without `None`.
+inline constexpr std::size_t irFormCount = static_cast<std::size_t>(IRForm::None);
+
+/// What a group is; a form that has fewer groups than the longest ends with absent ones.
+enum class IRGroup : std::uint8_t { Absent, Operand, Text };
+
+struct IRFormGroups {
+    IRForm form;
+    std::array<IRGroup, 4> groups;
+};
+
+/// The groups of every form, in the order of the forms.
+inline constexpr std::array<IRFormGroups, irFormCount> irFormGroups = [] {
+    constexpr IRGroup operand = IRGroup::Operand;
+    constexpr IRGroup text = IRGroup::Text;
+    return std::array<IRFormGroups, irFormCount>{{
+        {IRForm::IntegerParameter, {text, operand}},
+        {IRForm::DoubleParameter, {operand}},
+        {IRForm::Argument, {operand}},
+        {IRForm::CallWithResult, {operand, text, text}},
+        {IRForm::Call, {text, text}},
+        {IRForm::Branch, {operand, text}},
+        {IRForm::Jump, {text}},
+        {IRForm::Return, {}},
+        {IRForm::ReturnValue, {operand}},
+        {IRForm::Conversion, {operand, text, operand}},
+        {IRForm::IntToDouble, {operand, operand}},
+        {IRForm::DoubleToString, {operand, operand}},
+        {IRForm::BinaryOperation, {operand, operand, text, operand}},
+        {IRForm::UnaryOperation, {operand, text, operand}},
+        {IRForm::ElementStore, {operand, operand}},
+        {IRForm::Copy, {operand, operand}},
+    }};
+}();
+
+/// Whether a table has a row for every form, in their order: then the number of a form is that of
+/// its row.
+template <typename Table>
+constexpr bool hasRowForEachForm(const Table& table) {
+    std::size_t row = 0;
+    while (row < table.size() && table[row].form == static_cast<IRForm>(row)) {
+        ++row;
+    }
+    return row == irFormCount && table.size() == irFormCount;
+}
+
+static_assert(hasRowForEachForm(irFormGroups));
+
+constexpr std::size_t groupCountOf(IRForm form) {
+    const auto& groups = irFormGroups[static_cast<std::size_t>(form)].groups;
+    std::size_t count = 0;
+    while (count < groups.size() && groups[count] != IRGroup::Absent) {
+        ++count;
+    }
+    return count;
+}
+
+/// A recognised line: its form, and the form's groups in order, empty where it has no more. They
+/// point into the line and are not trimmed.
 struct IRLine {
     IRForm form = IRForm::None;
     std::array<std::string_view, 4> groups;
@@ -40,7 +100,7 @@ struct IRFormPattern {
 
 /// All forms in the order in which they are tried. The order is part of the language: the first
 /// form that matches decides.
-const std::array<IRFormPattern, 16>& irFormPatterns();
+const std::array<IRFormPattern, irFormCount>& irFormPatterns();
 
 /// Finds the form of a trimmed line: gives exactly what the patterns would, tried in their order,
 /// in time linear in the line. `None` when no pattern matches.

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 
 namespace {
@@ -26,12 +27,7 @@ std::string groupsOf(IRForm form, std::string_view line) {
 }  // namespace
 
 TEST(IRFormsTest, FormsAreTriedInTheirOrder) {
-    IRForm previous = IRForm::IntegerParameter;
-    for (const IRFormPattern& pattern : irFormPatterns()) {
-        EXPECT_GE(pattern.form, previous);
-        previous = pattern.form;
-    }
-    EXPECT_EQ(previous, IRForm::Copy);
+    EXPECT_TRUE(hasRowForEachForm(irFormPatterns()));
 }
 
 TEST(IRFormsTest, Parameters) {
@@ -124,6 +120,20 @@ TEST(IRFormsTest, UnaryOperations) {
     EXPECT_EQ(groupsOf(IRForm::UnaryOperation, "x = --y"), "x|-|-y|");
     EXPECT_EQ(groupsOf(IRForm::Copy, "x = !"), "x|!|");
     EXPECT_EQ(groupsOf(IRForm::Copy, "x = *y"), "x|*y|");
+}
+
+TEST(IRFormsTest, AssignmentsNeedAnEqualsSign) {
+    for (const char* line : {"x call f, 1", "inttostring y", "x inttostring y", "x inttodouble y",
+                             "x doubletostring y", "a + b", "x a + b", "!y", "x !y", "- y"}) {
+        EXPECT_EQ(groupsOf(IRForm::None, line), "") << line;
+    }
+}
+
+TEST(IRFormsTest, GroupsAreAsManyAsThoseOfThePattern) {
+    for (const IRFormPattern& form : irFormPatterns()) {
+        const std::regex pattern{form.pattern, std::regex::ECMAScript};
+        EXPECT_EQ(groupCountOf(form.form), pattern.mark_count()) << form.pattern;
+    }
 }
 
 TEST(IRFormsTest, ElementStores) {

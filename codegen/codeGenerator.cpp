@@ -83,8 +83,8 @@ void CodeGenerator::emitReadOnlyData() {
 }
 
 void CodeGenerator::emitFunction(const IRFunction& function) {
-    lines.read(function);
-    FunctionContext context{function, lines.words()};
+    reader.read(function);
+    FunctionContext context{function, reader.words()};
     planFrame(context);
     const std::string& name = context.name;
     out->write("\n\t.globl ", name, "\n\t.type ", name, ", @function\n", name, ":\n");
@@ -96,7 +96,7 @@ void CodeGenerator::emitFunction(const IRFunction& function) {
     for (const IRBasicBlock& block : function.getBlocks()) {
         out->write(context.blockLabel, ShortText::of(block.getNumber()), ":\n");
         for (std::size_t rest = block.getInstructions().size(); rest > 0; --rest) {
-            emitInstruction(lines[line++], context);
+            emitInstruction(reader[line++], context);
         }
     }
     out->write(context.returnLabel, ":\n\tleave\n\tret\n\t.size ", name, ", .-", name, "\n");

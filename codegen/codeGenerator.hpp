@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +38,12 @@ private:
     struct FunctionContext {
         FunctionContext(const IRFunction& function, ValueTable& words);
 
+        /// The value that an operand names, or the array that it is an element of; null if there
+        /// is none.
+        NamedValue* valueOf(const Operand& operand) const {
+            return values.find(operand.valueNumber());
+        }
+
         std::string name;
         Name scope;              // the same as a name, for look-ups
         std::string blockLabel;  // of its blocks, without their numbers
@@ -50,8 +55,11 @@ private:
         long long frameSize = 0;                // bytes below the saved %rbp
     };
 
-    using Operands = std::span<const Operand>;
-    using Emit = void (CodeGenerator::*)(Operands, FunctionContext&);
+    using Emit = void (*)(CodeGenerator&, const Operand* groups, FunctionContext&);
+    struct Emitter {
+        IRForm form;
+        Emit emit;
+    };
 
     // Frames, functions and constants: frame.cpp, codeGenerator.cpp.
     void collectStringLiterals(const IRProgram& program);
@@ -60,39 +68,49 @@ private:
     void readDeclarations(FunctionContext& context) const;
     void emitFunction(const IRFunction& function);
 
-    // Lines: instructions.cpp.
+    // Lines: instructions.cpp. Each form has an emitter, whose parameters are the form's groups.
+    template <IRForm form, auto emitter>
+    static constexpr Emitter emitterFor();
     static Emit emitterOf(IRForm form);
     void emitInstruction(const Instruction& instruction, FunctionContext& context);
-    void emitIntegerParameter(Operands line, FunctionContext& context);
-    void emitDoubleParameter(Operands line, FunctionContext& context);
-    void emitArgument(Operands line, FunctionContext& context);
-    void emitCallWithResult(Operands line, FunctionContext& context);
-    void emitCallWithoutResult(Operands line, FunctionContext& context);
-    void emitBranch(Operands line, FunctionContext& context);
-    void emitJump(Operands line, FunctionContext& context);
-    void emitReturn(Operands line, FunctionContext& context);
-    void emitReturnValue(Operands line, FunctionContext& context);
-    void emitConversion(Operands line, FunctionContext& context);
-    void emitIntToDouble(Operands line, FunctionContext& context);
-    void emitDoubleToString(Operands line, FunctionContext& context);
-    void emitBinaryOperation(Operands line, FunctionContext& context);
-    void emitDoubleOperation(Operands line, FunctionContext& context);
-    void emitConcatenation(Operands line, FunctionContext& context);
-    void emitIntegerOperation(Operands line, FunctionContext& context);
-    void emitUnaryOperation(Operands line, FunctionContext& context);
-    void emitElementStore(Operands line, FunctionContext& context);
-    void emitCopy(Operands line, FunctionContext& context);
+    void emitIntegerParameter(const Operand& type, const Operand& target, FunctionContext& context);
+    void emitDoubleParameter(const Operand& target, FunctionContext& context);
+    void emitArgument(const Operand& value, FunctionContext& context);
+    void emitCallWithResult(const Operand& target, const Operand& callee, const Operand& count,
+                            FunctionContext& context);
+    void emitCallWithoutResult(const Operand& callee, const Operand& count,
+                               FunctionContext& context);
+    void emitBranch(const Operand& condition, const Operand& block, FunctionContext& context);
+    void emitJump(const Operand& block, FunctionContext& context);
+    void emitReturn(FunctionContext& context);
+    void emitReturnValue(const Operand& value, FunctionContext& context);
+    void emitConversion(const Operand& target, const Operand& conversion, const Operand& value,
+                        FunctionContext& context);
+    void emitIntToDouble(const Operand& target, const Operand& value, FunctionContext& context);
+    void emitDoubleToString(const Operand& target, const Operand& value, FunctionContext& context);
+    void emitBinaryOperation(const Operand& target, const Operand& left, const Operand& op,
+                             const Operand& right, FunctionContext& context);
+    void emitDoubleOperation(const Operand& target, const Operand& left, const Operand& op,
+                             const Operand& right, FunctionContext& context);
+    void emitConcatenation(const Operand& target, const Operand& left, const Operand& right,
+                           FunctionContext& context);
+    void emitIntegerOperation(const Operand& target, const Operand& left, const Operand& op,
+                              const Operand& right, FunctionContext& context);
+    void emitUnaryOperation(const Operand& target, const Operand& op, const Operand& value,
+                            FunctionContext& context);
+    void emitElementStore(const Operand& target, const Operand& value, FunctionContext& context);
+    void emitCopy(const Operand& target, const Operand& value, FunctionContext& context);
 
     // Operands and calls: operands.cpp.
     Name typeOf(const Operand& operand, const FunctionContext& context) const;
     Name declaredTypeOf(std::string_view name, const FunctionContext& context) const;
-    static void recordType(const Operand& target, Name type);
+    static void recordType(const Operand& target, Name type, FunctionContext& context);
     void loadValue(const Operand& operand, const ShortText& reg, FunctionContext& context);
     void loadString(std::string_view literal, const ShortText& reg);
     void loadDouble(const Operand& operand, const ShortText& reg, FunctionContext& context);
     void storeValue(const Operand& target, const ShortText& reg, FunctionContext& context);
     void storeDouble(const Operand& target, const ShortText& reg, FunctionContext& context);
-    void loadElementAddress(const Operand& element, FunctionContext& context);
+    void loadElementAddress(const Operand& operand, FunctionContext& context);
     void emitCall(std::string_view callee, FunctionContext& context);
     void passArguments(FunctionContext& context);
 
@@ -100,5 +118,5 @@ private:
     AssemblyWriter* out = nullptr;  // while generate runs
     LiteralTable stringLabels;      // of the whole program, as those of the doubles
     LiteralTable doubleLabels;
-    FunctionReader lines;  // of the function being emitted
+    FunctionReader reader;  // of the function being emitted
 };

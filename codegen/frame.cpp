@@ -21,7 +21,7 @@ namespace {
 constexpr long long slotSize = 8;  // bytes
 
 /// The number of slots that a value takes. Throws for an array whose size is not known.
-int slotLength(const Value& value) {
+int slotLength(const NamedValue& value) {
     if (!value.isArray) {
         return 1;
     }
@@ -48,7 +48,7 @@ CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function, Valu
 void CodeGenerator::planFrame(FunctionContext& context) const {
     readDeclarations(context);
     long long total = 0;  // bytes
-    for (Value* value : context.values.inOrder()) {
+    for (NamedValue* value : context.values.inOrder()) {
         total += slotSize * slotLength(*value);
         value->address = ShortText::of(-total);
         value->address.append("(%rbp)");
@@ -62,7 +62,8 @@ void CodeGenerator::planFrame(FunctionContext& context) const {
 /// Records what the symbols of the function say of its values.
 void CodeGenerator::readDeclarations(FunctionContext& context) const {
     for (const auto& symbol : symbolTable.symbolsOf(context.scope)) {
-        if (Value* value = context.values.find(symbol->symbolName().text()); value != nullptr) {
+        if (NamedValue* value = context.values.find(symbol->symbolName().text());
+            value != nullptr) {
             value->declaredType = symbol->typeName();
             value->type = value->declaredType;
             value->isArray = symbol->isArraySymbol();

@@ -1,8 +1,13 @@
-// Reading lines. Nearly all of them are plain: words, numbers, strings, elements and operators with
-// one blank between two. Those are cut at their blanks, and the kinds of their parts tell the form.
-// All other lines - with escapes, character literals, strings that look like the end of an element
-// or like an operation - are left to the recogniser of forms, which is exact for every line. The
-// two have to agree on the plain ones.
+// Reading lines. Comes in: the lines of a function; goes out: their forms and groups, and the words
+// in them. Nearly all lines are plain: words, numbers, strings, elements and operators with one
+// blank between two. Those are cut at their blanks into tokens, whose classes tell the form:
+//
+//     _t1     =        "a\n"   +        x
+//     value   assign   string  binary   value      is a binary operation: all but '=' are groups
+//
+// All other lines - with character literals, signed numbers, strings that look like an operation or
+// like the end of an element - are left to the recogniser of forms, which is exact for every line.
+// The two have to agree on the plain ones.
 
 #include "codegen/functionReader.hpp"
 
@@ -11,60 +16,97 @@
 #include <cstdint>
 
 #include "codegen/irText.hpp"
+#include "shared/ast/textRuns.hpp"
 #include "shared/krelir-cfg/ir-function.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
 
 namespace {
 
-/// A form of plain lines: what each of its parts may be, and which of them are its groups.
-struct PlainForm {
+/// The classes that the tokens of a plain line of some form may have.
+struct PlainShape {
     IRForm form;
-    std::array<std::uint32_t, 5> parts;
-    std::array<std::uint8_t, 4> groups;
-    std::uint8_t groupCount;
+    std::array<std::uint32_t, 5> tokens;
+
+    constexpr std::size_t size() const {
+        return static_cast<std::size_t>(std::find(tokens.begin(), tokens.end(), 0) -
+                                        tokens.begin());
+    }
 };
 
-constexpr std::uint32_t value = TokenClass::value;
-constexpr std::uint32_t assign = TokenClass::assign;
-constexpr std::uint32_t anyOperand = TokenClass::value | TokenClass::boolean | TokenClass::integer |
-                                     TokenClass::real | TokenClass::string | TokenClass::element;
-constexpr std::uint32_t unary = TokenClass::anyUnary;
-constexpr std::uint32_t binary = TokenClass::anyBinary;
+using namespace TokenClass;
 
-/// Ordered by number of parts. No line fits two of them.
-constexpr std::array<PlainForm, 16> plainForms = {{
-    {IRForm::Return, {TokenClass::leave}, {}, 0},
-    {IRForm::Argument, {TokenClass::arg, anyOperand}, {1}, 1},
-    {IRForm::Jump, {TokenClass::jump, TokenClass::blockName}, {1}, 1},
-    {IRForm::ReturnValue, {TokenClass::leave, anyOperand}, {1}, 1},
-    {IRForm::Copy, {value, assign, anyOperand}, {0, 2}, 2},
-    {IRForm::Call, {TokenClass::call, TokenClass::callee, TokenClass::integer}, {1, 2}, 2},
-    {IRForm::ElementStore, {TokenClass::element, assign, anyOperand}, {0, 2}, 2},
-    {IRForm::IntegerParameter, {TokenClass::param, TokenClass::integerType, value}, {1, 2}, 2},
-    {IRForm::DoubleParameter, {TokenClass::param, TokenClass::doubleType, value}, {2}, 1},
-    {IRForm::Branch,
-     {TokenClass::branch, anyOperand, TokenClass::jump, TokenClass::blockName},
-     {1, 3},
-     2},
-    {IRForm::Conversion, {value, assign, TokenClass::conversion, anyOperand}, {0, 2, 3}, 3},
-    {IRForm::IntToDouble, {value, assign, TokenClass::intToDouble, anyOperand}, {0, 3}, 2},
-    {IRForm::DoubleToString, {value, assign, TokenClass::doubleToString, anyOperand}, {0, 3}, 2},
-    {IRForm::UnaryOperation, {value, assign, unary, anyOperand}, {0, 2, 3}, 3},
-    {IRForm::BinaryOperation, {value, assign, anyOperand, binary, anyOperand}, {0, 2, 3, 4}, 4},
-    {IRForm::CallWithResult,
-     {value, assign, TokenClass::call, TokenClass::callee, TokenClass::integer},
-     {0, 3, 4},
-     3},
+constexpr std::uint32_t anyOperand = value | boolean | integer | real | string | element;
+
+constexpr std::array<PlainShape, irFormCount> plainShapes = {{
+    {IRForm::Return, {leave}},
+    {IRForm::Argument, {arg, anyOperand}},
+    {IRForm::Jump, {jump, blockName}},
+    {IRForm::ReturnValue, {leave, anyOperand}},
+    {IRForm::Copy, {value, assign, anyOperand}},
+    {IRForm::Call, {call, callee, integer}},
+    {IRForm::ElementStore, {element, assign, anyOperand}},
+    {IRForm::IntegerParameter, {param, integerType, value}},
+    {IRForm::DoubleParameter, {param, doubleType, value}},
+    {IRForm::Branch, {branch, anyOperand, jump, blockName}},
+    {IRForm::Conversion, {value, assign, conversion, anyOperand}},
+    {IRForm::IntToDouble, {value, assign, intToDouble, anyOperand}},
+    {IRForm::DoubleToString, {value, assign, doubleToString, anyOperand}},
+    {IRForm::UnaryOperation, {value, assign, anyUnary, anyOperand}},
+    {IRForm::BinaryOperation, {value, assign, anyOperand, anyBinary, anyOperand}},
+    {IRForm::CallWithResult, {value, assign, call, callee, integer}},
 }};
 
-/// Where the forms of each number of parts begin, which is how many have fewer; the next entry is
+/// The classes of tokens that are no group of any form: they only tell it from others.
+constexpr std::uint32_t marks =
+    arg | call | jump | branch | param | leave | doubleType | intToDouble | doubleToString | assign;
+
+/// Whether the tokens of a shape that are no marks are the groups of its form.
+constexpr bool hasGroupsOfForm(const PlainShape& shape) {
+    const auto& groups = irFormGroups[static_cast<std::size_t>(shape.form)].groups;
+    std::size_t group = 0;
+    for (const std::uint32_t token : shape.tokens) {
+        if (token != 0 && (token & marks) == 0) {
+            const bool isOperand = (token & anyOperand) != 0 && token != integer;
+            if (groups[group++] != (isOperand ? IRGroup::Operand : IRGroup::Text)) {
+                return false;
+            }
+        }
+    }
+    return group == groupCountOf(shape.form);
+}
+static_assert(std::all_of(plainShapes.begin(), plainShapes.end(), hasGroupsOfForm));
+
+/// Whether no line has both shapes.
+constexpr bool exclude(const PlainShape& first, const PlainShape& second) {
+    for (std::size_t token = 0; token < first.tokens.size(); ++token) {
+        if ((first.tokens[token] & second.tokens[token]) == 0) {
+            return first.tokens[token] != second.tokens[token];
+        }
+    }
+    return false;
+}
+static_assert([] {
+    for (std::size_t second = 0; second < plainShapes.size(); ++second) {
+        for (std::size_t first = 0; first < second; ++first) {
+            if (!exclude(plainShapes[first], plainShapes[second])) {
+                return false;
+            }
+        }
+    }
+    return true;
+}());
+
+static_assert(std::is_sorted(plainShapes.begin(), plainShapes.end(),
+                             [](const PlainShape& first, const PlainShape& second) {
+                                 return first.size() < second.size();
+                             }));
+
+/// Where the shapes of each number of tokens begin, which is how many have fewer; the next entry is
 /// where they end.
-constexpr auto formsByPartCount = [] {
-    std::array<std::size_t, std::tuple_size_v<decltype(PlainForm::parts)> + 2> begins{};
-    for (const PlainForm& form : plainForms) {
-        const auto partCount = std::count_if(form.parts.begin(), form.parts.end(),
-                                             [](std::uint32_t part) { return part != 0; });
-        for (auto more = static_cast<std::size_t>(partCount) + 1; more < begins.size(); ++more) {
+constexpr auto shapesBySize = [] {
+    std::array<std::size_t, std::tuple_size_v<decltype(PlainShape::tokens)> + 2> begins{};
+    for (const PlainShape& shape : plainShapes) {
+        for (std::size_t more = shape.size() + 1; more < begins.size(); ++more) {
             ++begins[more];
         }
     }
@@ -89,93 +131,108 @@ inline ValueTable::Entry takeWord(const char*& at, const char* end, ValueTable& 
     return table.add(KeyedText{{begin, at}, packed});
 }
 
-/// Cuts a line into its parts, and adds the words that it meets to a table.
-class PlainLine {
-public:
-    PlainLine(std::string_view text, ValueTable& words)
-        : table(words), at(text.data()), end(at + text.size()) {}
-
-    /// False when the line is not plain; the words up to there have been added.
-    bool cut() {
-        while (at != end && count < classes.size()) {
-            if (!takePart(operands[count], classes[count])) {
-                return false;
-            }
-            ++count;
-            if (at == end) {
+/// Whether a pattern could take a part of a string for something else: for an operator with blanks
+/// on both sides, for the end of an element in front of an equals sign, or for a line break, which
+/// few groups can hold.
+bool looksLikeMore(std::string_view string) {
+    const auto isSuspicious = [](char character) { return isSpace(character) || character == ']'; };
+    const char* const end = string.data() + string.size() - 1;  // at the closing quote
+    for (std::size_t place = plainRun(string, 0, isSuspicious).size(); place < string.size();
+         place += 1 + plainRun(string, place + 1, isSuspicious).size()) {
+        const char* const at = string.data() + place;
+        if (*at == ']') {
+            if (*skip(at + 1, end, isSpace) == '=') {
                 return true;
             }
+            continue;
+        }
+        const char* const operatorEnd = skip(at + 1, end, isOperatorCharacter);
+        const std::string_view op{at + 1, operatorEnd};
+        const bool isOperation =
+            isSpace(*operatorEnd) && !op.empty() && (operatorClass(op) & anyBinary) != 0;
+        if (isOperation || *at == '\n' || *at == '\r') {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Cuts a line into tokens. Appends those that are groups to the groups of the lines before, and
+/// adds the words that it meets to a table.
+class PlainLine {
+public:
+    PlainLine(std::string_view line, ValueTable& words, std::vector<Operand>& allGroups)
+        : table(words), groups(allGroups), at(line.data()), end(at + line.size()) {}
+
+    /// The form of the line. `None` when it is not plain; the groups and words up to there have
+    /// been added.
+    IRForm read() {
+        while (at != end && count < classes.size()) {
+            classes[count] = takeToken();
+            if (classes[count++] == 0) {
+                return IRForm::None;
+            }
+            if (at == end) {
+                return formOfTokens();
+            }
             if (*at++ != ' ') {
-                return false;
+                return IRForm::None;
             }
         }
-        return false;
+        return IRForm::None;
     }
-
-    /// The form of the parts; null when they have none that plain lines can have.
-    const PlainForm* form() const {
-        const std::size_t last = formsByPartCount[count + 1];
-        for (std::size_t row = formsByPartCount[count]; row < last; ++row) {
-            const PlainForm& form = plainForms[row];
-            std::size_t part = 0;
-            while (part < count && (classes[part] & form.parts[part]) != 0) {
-                ++part;
-            }
-            if (part == count) {
-                return &form;
-            }
-        }
-        return nullptr;
-    }
-
-    const PackedOperand& operator[](std::size_t part) const { return operands[part]; }
 
 private:
-    bool takePart(PackedOperand& operand, std::uint32_t& partClass) {
+    IRForm formOfTokens() const {
+        for (std::size_t row = shapesBySize[count]; row < shapesBySize[count + 1]; ++row) {
+            const PlainShape& shape = plainShapes[row];
+            std::size_t token = 0;
+            while (token < count && (classes[token] & shape.tokens[token]) != 0) {
+                ++token;
+            }
+            if (token == count) {
+                return shape.form;
+            }
+        }
+        return IRForm::None;
+    }
+
+    /// Moves to the end of a token and gives its class; 0 when it is none of plain lines.
+    std::uint32_t takeToken() {
         if (beginsName(*at)) {
-            return takeName(operand, partClass);
+            return takeName();
         }
-        const char* const begin = at;
-        Operand::Kind kind = Operand::Kind::Word;
         if (isDigit(*at)) {
-            kind = takeNumber();
-            partClass = kind == Operand::Kind::Integer ? TokenClass::integer : TokenClass::real;
-        } else if (*at == '"') {
-            kind = Operand::Kind::String;
-            partClass = takeString() ? TokenClass::string : 0;
-        } else {
-            at = skip(at, end, isOperatorCharacter);
-            partClass = operatorClass({begin, at});
+            return takeNumber();
         }
-        operand = {{begin, at}, kind};
-        return partClass != 0;
+        return *at == '"' ? takeString() : takeOperator();
     }
 
     /// A word, an element of the array that the word names, or a callee.
-    bool takeName(PackedOperand& operand, std::uint32_t& partClass) {
+    std::uint32_t takeName() {
         const char* const begin = at;
-        const ValueTable::Entry entry = takeWord(at, end, table);
-        const std::string_view word{begin, at};
+        const auto [number, wordClass] = takeWord(at, end, table);
         const char next = at != end ? *at : '\0';
-        partClass = entry.wordClass;
         if (next == ',') {
-            partClass = TokenClass::callee;
-            operand = {word, Operand::Kind::Word};
-            ++at;
-        } else if (partClass == TokenClass::value && next == '[') {
-            const bool isElement = takeIndex();
-            partClass = TokenClass::element;
-            operand = {{begin, at}, Operand::Kind::Element, entry.number};
-            return isElement;
-        } else if (partClass == TokenClass::value) {
-            operand = {word, Operand::Kind::Named, entry.number};
-        } else if (partClass == TokenClass::boolean) {
-            operand = {word, Operand::Kind::Boolean};
-        } else {
-            const bool isBlockName = partClass == TokenClass::blockName;
-            operand = {word.substr(isBlockName ? 1 : 0), Operand::Kind::Word};
+            groups.emplace_back(std::string_view{begin, at++}, Operand::Kind::Text);
+            return callee;
         }
-        return true;
+        if (wordClass == value) {
+            const bool isElement = next == '[';
+            if (isElement && !takeIndex()) {
+                return 0;
+            }
+            groups.emplace_back(std::string_view{begin, at},
+                                isElement ? Operand::Kind::Element : Operand::Kind::Named, number);
+            return isElement ? element : value;
+        }
+        if ((wordClass & marks) == 0) {
+            const int letters = wordClass == blockName ? 1 : 0;  // before the number
+            groups.emplace_back(std::string_view{begin + letters, at}, wordClass == boolean
+                                                                           ? Operand::Kind::Boolean
+                                                                           : Operand::Kind::Text);
+        }
+        return wordClass;
     }
 
     /// One word or integer in brackets.
@@ -193,37 +250,47 @@ private:
         return at != end && *at++ == ']';
     }
 
-    Operand::Kind takeNumber() {
+    std::uint32_t takeNumber() {
+        const char* const begin = at;
         at = skip(at, end, isDigit);
-        if (at == end || *at != '.') {
-            return Operand::Kind::Integer;
+        const bool isReal = at != end && *at == '.';
+        if (isReal) {
+            at = skip(at + 1, end, isDigit);
         }
-        at = skip(at + 1, end, isDigit);
-        return Operand::Kind::Double;
+        groups.emplace_back(std::string_view{begin, at},
+                            isReal ? Operand::Kind::Double : Operand::Kind::Integer);
+        return isReal ? real : integer;
     }
 
-    /// A string that cannot be taken for anything else wherever it stands: without an escape, what
-    /// may be the end of an element, a line break, or an operator behind a blank.
-    bool takeString() {
-        for (++at; at != end && *at != '"'; ++at) {
-            const bool isOperator = isOperatorCharacter(*at) && isSpace(at[-1]);
-            if (isOperator || *at == '\\' || *at == ']' || *at == '\n' || *at == '\r') {
-                return false;
-            }
+    std::uint32_t takeString() {
+        const std::size_t size = stringLiteralEnd({at, end}, 0);
+        if (size == std::string_view::npos || looksLikeMore({at, size})) {
+            return 0;
         }
-        if (at == end) {
-            return false;
+        groups.emplace_back(std::string_view{at, size}, Operand::Kind::String);
+        at += size;
+        return string;
+    }
+
+    std::uint32_t takeOperator() {
+        const char* const begin = at;
+        at = skip(at, end, isOperatorCharacter);
+        if (at == begin) {
+            return 0;
         }
-        ++at;
-        return true;
+        const std::uint32_t tokenClass = operatorClass({begin, at});
+        if (tokenClass != assign) {
+            groups.emplace_back(std::string_view{begin, at}, Operand::Kind::Text);
+        }
+        return tokenClass;
     }
 
     ValueTable& table;
+    std::vector<Operand>& groups;
     const char* at;
     const char* const end;
-    std::array<std::uint32_t, 5> classes{};  // of the parts: one bit of TokenClass
-    std::array<PackedOperand, 5> operands{};
-    std::size_t count = 0;  // of parts
+    std::array<std::uint32_t, 5> classes{};  // of the tokens
+    std::size_t count = 0;                   // of tokens
 };
 
 }  // namespace
@@ -237,7 +304,7 @@ void FunctionReader::read(const IRFunction& function) {
         count += block.getInstructions().size();
     }
     lines.reserve(count);
-    groups.reserve(count * current.size());  // memory that stays unused is never touched
+    groups.reserve(count * maxGroupCount);  // memory that stays unused is never touched
     for (const IRBasicBlock& block : function.getBlocks()) {
         const IRInstructionList& instructions = block.getInstructions();
         for (std::size_t index = 0; index < instructions.size(); ++index) {
@@ -246,66 +313,47 @@ void FunctionReader::read(const IRFunction& function) {
     }
 }
 
-void FunctionReader::readLine(std::string_view text) {
-    PlainLine line{text, table};
-    const PlainForm* form = line.cut() ? line.form() : nullptr;
-    if (form == nullptr) {
-        readAnyLine(text);
-        return;
+void FunctionReader::readLine(std::string_view line) {
+    const std::size_t first = groups.size();
+    IRForm form = PlainLine{line, table, groups}.read();
+    if (form == IRForm::None) {
+        groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(first), groups.end());
+        form = readAnyLine(line);
     }
-    lines.push_back({form->form, form->groupCount, static_cast<std::uint32_t>(groups.size())});
-    for (std::size_t group = 0; group < form->groupCount; ++group) {
-        groups.push_back(line[form->groups[group]]);
-    }
+    lines.push_back({form, static_cast<std::uint32_t>(first)});
 }
 
-void FunctionReader::readAnyLine(std::string_view text) {
-    addWords(text);
-    const IRLine line = recognise(text);
-    const auto first = static_cast<std::uint32_t>(groups.size());
-    if (line.form == IRForm::None) {
-        groups.emplace_back(text, Operand::Kind::Word);
-    } else {
-        for (const std::string_view group : line.groups) {
-            if (group.data() != nullptr) {
-                groups.emplace_back(trim(group), Operand::Kind::Unknown);
-            }
-        }
+// The words come first: what the operands stand for depends on them.
+IRForm FunctionReader::readAnyLine(std::string_view line) {
+    addWords(line);
+    const IRLine found = recognise(line);
+    if (found.form == IRForm::None) {
+        groups.emplace_back(line, Operand::Kind::Text);
+        return found.form;
     }
-    lines.push_back({line.form, static_cast<std::uint8_t>(groups.size() - first), first});
-}
-
-// Only now are all words known: what the recogniser left to be found out is found out here.
-Instruction FunctionReader::operator[](std::size_t line) {
-    const Line& read = lines[line];
-    for (std::size_t group = 0; group < read.groupCount; ++group) {
-        const PackedOperand& packed = groups[read.firstGroup + group];
-        Operand& operand = current[group];
-        if (packed.kind() == Operand::Kind::Unknown) {
-            operand = operandOf(packed.text());
-        } else {
-            operand.text = packed.text();
-            operand.value = packed.word() != 0 ? &table[packed.word()] : nullptr;
-            operand.kind = packed.kind();
-        }
+    for (std::size_t group = 0; group < groupCountOf(found.form); ++group) {
+        const std::string_view text = trim(found.groups[group]);
+        const bool isOperand =
+            irFormGroups[static_cast<std::size_t>(found.form)].groups[group] == IRGroup::Operand;
+        groups.push_back(isOperand ? operandOf(text) : Operand{text, Operand::Kind::Text});
     }
-    return {read.form, {current.data(), read.groupCount}};
+    return found.form;
 }
 
 /// Adds every word of a line that has the shape of a name, outside of string literals. Character
 /// literals are not left out (kept): what is spelled in them counts as a name.
-void FunctionReader::addWords(std::string_view text) {
+void FunctionReader::addWords(std::string_view line) {
     constexpr unsigned wordOrString = CharacterClass::letter | CharacterClass::quote;
-    const char* at = text.data();
-    const char* const end = at + text.size();
+    const char* at = line.data();
+    const char* const end = at + line.size();
     while (true) {
         at = skip(at, end, [](char character) { return !hasClass(character, wordOrString); });
         if (at == end) {
             return;
         }
         if (*at == '"') {
-            const auto quote = static_cast<std::size_t>(at - text.data());
-            at = text.data() + std::min(stringLiteralEnd(text, quote), text.size());
+            const auto quote = static_cast<std::size_t>(at - line.data());
+            at = line.data() + std::min(stringLiteralEnd(line, quote), line.size());
         } else {
             takeWord(at, end, table);
         }
@@ -313,27 +361,32 @@ void FunctionReader::addWords(std::string_view text) {
 }
 
 // The tests exclude each other by what they ask of the first character.
-Operand FunctionReader::operandOf(std::string_view text, LineBreaks lineBreaks) {
+Operand FunctionReader::operandOf(std::string_view text, LineBreaks lineBreaks) const {
     using Kind = Operand::Kind;
-    Operand read{trim(text), nullptr, Kind::Unknown};
+    const std::string_view trimmed = trim(text);
+    if (isIdentifier(trimmed)) {
+        const bool isBoolean = reservedWordClass(trimmed) == boolean;
+        return {trimmed, isBoolean ? Kind::Boolean : Kind::Named, table.numberOf(trimmed)};
+    }
     std::string_view array;
     std::string_view index;
-    if (isIdentifier(read.text)) {
-        read.value = table.find(read.text);
-        const bool isBoolean =
-            read.value == nullptr && reservedWordClass(read.text) == TokenClass::boolean;
-        read.kind = isBoolean ? Kind::Boolean : Kind::Named;
-    } else if (parseArrayAccess(read.text, array, index, lineBreaks)) {
-        read.kind = Kind::Element;
-        read.value = table.find(array);
-    } else if (isStringLiteral(read.text)) {
-        read.kind = Kind::String;
-    } else if (isCharacterLiteral(read.text)) {
-        read.kind = Kind::Character;
-    } else if (isIntegerLiteral(read.text)) {
-        read.kind = Kind::Integer;
-    } else if (isDoubleLiteral(read.text)) {
-        read.kind = Kind::Double;
+    if (parseArrayAccess(trimmed, array, index, lineBreaks)) {
+        return {trimmed, Kind::Element, table.numberOf(array)};
     }
-    return read;
+    struct LiteralKind {
+        bool (*isLiteral)(std::string_view);
+        Kind kind;
+    };
+    static constexpr std::array<LiteralKind, 4> literalKinds = {{
+        {isStringLiteral, Kind::String},
+        {isCharacterLiteral, Kind::Character},
+        {isIntegerLiteral, Kind::Integer},
+        {isDoubleLiteral, Kind::Double},
+    }};
+    for (const auto& [isLiteral, kind] : literalKinds) {
+        if (isLiteral(trimmed)) {
+            return {trimmed, kind};
+        }
+    }
+    return {trimmed, Kind::Unknown};
 }

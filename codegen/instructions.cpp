@@ -5,6 +5,7 @@
 #include <charconv>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "codegen/assemblyWriter.hpp"
 #include "codegen/codeGenerator.hpp"
@@ -80,63 +81,77 @@ ShortText blockNumber(std::string_view digits) {
 
 }  // namespace
 
-CodeGenerator::Emit CodeGenerator::emitterOf(IRForm form) {
-    static constexpr std::array<Emit, 16> emitters = {
-        &CodeGenerator::emitIntegerParameter,
-        &CodeGenerator::emitDoubleParameter,
-        &CodeGenerator::emitArgument,
-        &CodeGenerator::emitCallWithResult,
-        &CodeGenerator::emitCallWithoutResult,
-        &CodeGenerator::emitBranch,
-        &CodeGenerator::emitJump,
-        &CodeGenerator::emitReturn,
-        &CodeGenerator::emitReturnValue,
-        &CodeGenerator::emitConversion,
-        &CodeGenerator::emitIntToDouble,
-        &CodeGenerator::emitDoubleToString,
-        &CodeGenerator::emitBinaryOperation,
-        &CodeGenerator::emitUnaryOperation,
-        &CodeGenerator::emitElementStore,
-        &CodeGenerator::emitCopy,
+/// The row of a form. Its function hands as many groups to the emitter as the form has: with any
+/// other number of parameters it does not compile.
+template <IRForm form, auto emitter>
+constexpr CodeGenerator::Emitter CodeGenerator::emitterFor() {
+    const auto emit = [](CodeGenerator& generator, const Operand* groups,
+                         FunctionContext& context) {
+        const auto pass = [&]<std::size_t... group>(std::index_sequence<group...>) {
+            (generator.*emitter)(groups[group]..., context);
+        };
+        pass(std::make_index_sequence<groupCountOf(form)>{});
     };
-    return emitters[static_cast<std::size_t>(form)];
+    return {form, emit};
+}
+
+CodeGenerator::Emit CodeGenerator::emitterOf(IRForm form) {
+    static constexpr std::array<Emitter, irFormCount> emitters = {
+        emitterFor<IRForm::IntegerParameter, &CodeGenerator::emitIntegerParameter>(),
+        emitterFor<IRForm::DoubleParameter, &CodeGenerator::emitDoubleParameter>(),
+        emitterFor<IRForm::Argument, &CodeGenerator::emitArgument>(),
+        emitterFor<IRForm::CallWithResult, &CodeGenerator::emitCallWithResult>(),
+        emitterFor<IRForm::Call, &CodeGenerator::emitCallWithoutResult>(),
+        emitterFor<IRForm::Branch, &CodeGenerator::emitBranch>(),
+        emitterFor<IRForm::Jump, &CodeGenerator::emitJump>(),
+        emitterFor<IRForm::Return, &CodeGenerator::emitReturn>(),
+        emitterFor<IRForm::ReturnValue, &CodeGenerator::emitReturnValue>(),
+        emitterFor<IRForm::Conversion, &CodeGenerator::emitConversion>(),
+        emitterFor<IRForm::IntToDouble, &CodeGenerator::emitIntToDouble>(),
+        emitterFor<IRForm::DoubleToString, &CodeGenerator::emitDoubleToString>(),
+        emitterFor<IRForm::BinaryOperation, &CodeGenerator::emitBinaryOperation>(),
+        emitterFor<IRForm::UnaryOperation, &CodeGenerator::emitUnaryOperation>(),
+        emitterFor<IRForm::ElementStore, &CodeGenerator::emitElementStore>(),
+        emitterFor<IRForm::Copy, &CodeGenerator::emitCopy>(),
+    };
+    static_assert(hasRowForEachForm(emitters));
+    return emitters[static_cast<std::size_t>(form)].emit;
 }
 
 void CodeGenerator::emitInstruction(const Instruction& instruction, FunctionContext& context) {
     if (instruction.form == IRForm::None) {
         throw std::runtime_error("unsupported IR instruction: " +
-                                 std::string{instruction.operands[0].text});
+                                 std::string{instruction.groups.front().text()});
     }
-    (this->*emitterOf(instruction.form))(instruction.operands, context);
+    emitterOf(instruction.form)(*this, instruction.groups.data(), context);
 }
 
-void CodeGenerator::emitIntegerParameter(Operands line, FunctionContext& context) {
+void CodeGenerator::emitIntegerParameter(const Operand& type, const Operand& target,
+                                         FunctionContext& context) {
     if (context.parameterIndex == integerRegisters.size()) {
         throw std::runtime_error("more than six integer or pointer parameters are not implemented");
     }
-    const Operand& parameter = line[1];
-    recordType(parameter, Name::known(line[0].text));
-    storeValue(parameter, integerRegisters[context.parameterIndex++], context);
+    recordType(target, Name::known(type.text()), context);
+    storeValue(target, integerRegisters[context.parameterIndex++], context);
 }
 
-void CodeGenerator::emitDoubleParameter(Operands line, FunctionContext& context) {
+void CodeGenerator::emitDoubleParameter(const Operand& target, FunctionContext& context) {
     if (context.doubleParameterIndex == doubleRegisters.size()) {
         throw std::runtime_error("more than eight double parameters are not implemented");
     }
-    const Operand& parameter = line[0];
-    recordType(parameter, TypeName::Double);
-    storeDouble(parameter, doubleRegisters[context.doubleParameterIndex++], context);
+    recordType(target, TypeName::Double, context);
+    storeDouble(target, doubleRegisters[context.doubleParameterIndex++], context);
 }
 
-void CodeGenerator::emitArgument(Operands line, FunctionContext& context) {
-    context.pendingArguments.push_back(line[0]);
+void CodeGenerator::emitArgument(const Operand& value, FunctionContext& context) {
+    context.pendingArguments.push_back(value);
 }
 
 // The number of arguments in the line is not read (kept): the lines before the call decide.
-void CodeGenerator::emitCallWithResult(Operands line, FunctionContext& context) {
-    const Operand& target = line[0];
-    emitCall(line[1].text, context);
-    const Name name = Name::known(line[1].text);
+void CodeGenerator::emitCallWithResult(const Operand& target, const Operand& callee,
+                                       const Operand& /*count*/, FunctionContext& context) {
+    emitCall(callee.text(), context);
+    const Name name = Name::known(callee.text());
     const Symbol* function = symbolTable.lookup(name, name, 0);
     if (function != nullptr && function->typeName() == TypeName::Double) {
         storeDouble(target, Register::xmm0, context);
@@ -144,34 +159,35 @@ void CodeGenerator::emitCallWithResult(Operands line, FunctionContext& context) 
         storeValue(target, Register::rax, context);
     }
     if (function != nullptr) {
-        recordType(target, function->typeName());
+        recordType(target, function->typeName(), context);
     }
 }
 
-void CodeGenerator::emitCallWithoutResult(Operands line, FunctionContext& context) {
-    emitCall(line[0].text, context);
+void CodeGenerator::emitCallWithoutResult(const Operand& callee, const Operand& /*count*/,
+                                          FunctionContext& context) {
+    emitCall(callee.text(), context);
 }
 
 // Always an integer load, whatever the type of the condition.
-void CodeGenerator::emitBranch(Operands line, FunctionContext& context) {
-    loadValue(line[0], Register::rax, context);
-    out->write("\ttestq %rax, %rax\n\tjne ", context.blockLabel, blockNumber(line[1].text), "\n");
+void CodeGenerator::emitBranch(const Operand& condition, const Operand& block,
+                               FunctionContext& context) {
+    loadValue(condition, Register::rax, context);
+    out->write("\ttestq %rax, %rax\n\tjne ", context.blockLabel, blockNumber(block.text()), "\n");
 }
 
-void CodeGenerator::emitJump(Operands line, FunctionContext& context) {
-    out->write("\tjmp ", context.blockLabel, blockNumber(line[0].text), "\n");
+void CodeGenerator::emitJump(const Operand& block, FunctionContext& context) {
+    out->write("\tjmp ", context.blockLabel, blockNumber(block.text()), "\n");
 }
 
 // The program's exit status is what main returns.
-void CodeGenerator::emitReturn(Operands /*line*/, FunctionContext& context) {
+void CodeGenerator::emitReturn(FunctionContext& context) {
     if (context.name == "main") {
         out->write("\txorl %eax, %eax\n");
     }
     out->write("\tjmp ", context.returnLabel, "\n");
 }
 
-void CodeGenerator::emitReturnValue(Operands line, FunctionContext& context) {
-    const Operand& value = line[0];
+void CodeGenerator::emitReturnValue(const Operand& value, FunctionContext& context) {
     if (typeOf(value, context) == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
     } else {
@@ -181,58 +197,62 @@ void CodeGenerator::emitReturnValue(Operands line, FunctionContext& context) {
 }
 
 // Between int and character nothing is converted: a character may hold more than 8 bits (kept).
-void CodeGenerator::emitConversion(Operands line, FunctionContext& context) {
-    const std::string_view conversion = line[1].text;
-    const Operand& target = line[0];
-    loadValue(line[2], Register::rdi, context);
-    if (conversion == Spelling::IntToChar || conversion == Spelling::CharToInt) {
+void CodeGenerator::emitConversion(const Operand& target, const Operand& conversion,
+                                   const Operand& value, FunctionContext& context) {
+    const std::string_view word = conversion.text();
+    loadValue(value, Register::rdi, context);
+    if (word == Spelling::IntToChar || word == Spelling::CharToInt) {
         storeValue(target, Register::rdi, context);
-        recordType(target, conversion == Spelling::IntToChar ? TypeName::Character : TypeName::Int);
+        recordType(target, word == Spelling::IntToChar ? TypeName::Character : TypeName::Int,
+                   context);
         return;
     }
-    out->write("\tcall krel_", conversion, "@PLT\n");
+    out->write("\tcall krel_", word, "@PLT\n");
     storeValue(target, Register::rax, context);
-    recordType(target, TypeName::String);
+    recordType(target, TypeName::String, context);
 }
 
-void CodeGenerator::emitIntToDouble(Operands line, FunctionContext& context) {
-    const Operand& target = line[0];
-    loadValue(line[1], Register::rax, context);
+void CodeGenerator::emitIntToDouble(const Operand& target, const Operand& value,
+                                    FunctionContext& context) {
+    loadValue(value, Register::rax, context);
     out->write("\tcvtsi2sdq %rax, %xmm0\n");
     storeDouble(target, Register::xmm0, context);
-    recordType(target, TypeName::Double);
+    recordType(target, TypeName::Double, context);
 }
 
-void CodeGenerator::emitDoubleToString(Operands line, FunctionContext& context) {
-    const Operand& target = line[0];
-    loadDouble(line[1], Register::xmm0, context);
+void CodeGenerator::emitDoubleToString(const Operand& target, const Operand& value,
+                                       FunctionContext& context) {
+    loadDouble(value, Register::xmm0, context);
     out->write("\tcall krel_doubletostring@PLT\n");
     storeValue(target, Register::rax, context);
-    recordType(target, TypeName::String);
+    recordType(target, TypeName::String, context);
 }
 
-void CodeGenerator::emitBinaryOperation(Operands line, FunctionContext& context) {
-    const Name leftType = typeOf(line[1], context);
-    const Name rightType = typeOf(line[3], context);
+void CodeGenerator::emitBinaryOperation(const Operand& target, const Operand& left,
+                                        const Operand& op, const Operand& right,
+                                        FunctionContext& context) {
+    const Name leftType = typeOf(left, context);
+    const Name rightType = typeOf(right, context);
     if (leftType == TypeName::Double || rightType == TypeName::Double) {
-        emitDoubleOperation(line, context);
-    } else if (line[2].text == Spelling::Plus &&
+        emitDoubleOperation(target, left, op, right, context);
+    } else if (op.text() == Spelling::Plus &&
                (leftType == TypeName::String || rightType == TypeName::String)) {
-        emitConcatenation(line, context);
+        emitConcatenation(target, left, right, context);
     } else {
-        emitIntegerOperation(line, context);
+        emitIntegerOperation(target, left, op, right, context);
     }
 }
 
-void CodeGenerator::emitDoubleOperation(Operands line, FunctionContext& context) {
-    const Operand& target = line[0];
-    const OperatorCode& code = codeOf(line[2].text);
-    loadDouble(line[1], Register::xmm0, context);
-    loadDouble(line[3], Register::xmm1, context);
+void CodeGenerator::emitDoubleOperation(const Operand& target, const Operand& left,
+                                        const Operand& op, const Operand& right,
+                                        FunctionContext& context) {
+    const OperatorCode& code = codeOf(op.text());
+    loadDouble(left, Register::xmm0, context);
+    loadDouble(right, Register::xmm1, context);
     if (!code.real.empty()) {
         out->write(code.real);
         storeDouble(target, Register::xmm0, context);
-        recordType(target, TypeName::Double);
+        recordType(target, TypeName::Double, context);
         return;
     }
     out->write("\tucomisd %xmm1, %xmm0\n");
@@ -241,24 +261,25 @@ void CodeGenerator::emitDoubleOperation(Operands line, FunctionContext& context)
     }
     out->write(code.setReal, widenResult);
     storeValue(target, Register::rax, context);
-    recordType(target, TypeName::Boolean);
+    recordType(target, TypeName::Boolean, context);
 }
 
 // One string is enough; the other operand is passed as it is.
-void CodeGenerator::emitConcatenation(Operands line, FunctionContext& context) {
-    const Operand& target = line[0];
-    loadValue(line[1], Register::rdi, context);
-    loadValue(line[3], Register::rsi, context);
+void CodeGenerator::emitConcatenation(const Operand& target, const Operand& left,
+                                      const Operand& right, FunctionContext& context) {
+    loadValue(left, Register::rdi, context);
+    loadValue(right, Register::rsi, context);
     out->write("\tcall krel_concat@PLT\n");
     storeValue(target, Register::rax, context);
-    recordType(target, TypeName::String);
+    recordType(target, TypeName::String, context);
 }
 
-void CodeGenerator::emitIntegerOperation(Operands line, FunctionContext& context) {
-    const Operand& target = line[0];
-    const OperatorCode& code = codeOf(line[2].text);
-    loadValue(line[1], Register::rax, context);
-    loadValue(line[3], Register::rcx, context);
+void CodeGenerator::emitIntegerOperation(const Operand& target, const Operand& left,
+                                         const Operand& op, const Operand& right,
+                                         FunctionContext& context) {
+    const OperatorCode& code = codeOf(op.text());
+    loadValue(left, Register::rax, context);
+    loadValue(right, Register::rcx, context);
     const bool isComparison = code.integer.empty();
     if (isComparison) {
         out->write("\tcmpq %rcx, %rax\n", code.setInteger, widenResult);
@@ -267,62 +288,58 @@ void CodeGenerator::emitIntegerOperation(Operands line, FunctionContext& context
     }
     storeValue(target, Register::rax, context);
     if (isComparison) {
-        recordType(target, TypeName::Boolean);
-    } else if (target.value->type.empty()) {
-        recordType(target, typeOf(line[1], context));
+        recordType(target, TypeName::Boolean, context);
+    } else if (context.values[target.valueNumber()].type.empty()) {
+        recordType(target, typeOf(left, context), context);
     }
 }
 
 // "!" and "+" copy a double as it is (kept); negation and "+" record no type for integers.
-void CodeGenerator::emitUnaryOperation(Operands line, FunctionContext& context) {
-    const Operand& target = line[0];
-    const std::string_view op = line[1].text;
-    const Operand& operand = line[2];
-    if (typeOf(operand, context) == TypeName::Double) {
-        loadDouble(operand, Register::xmm0, context);
-        if (op == Spelling::Minus) {
+void CodeGenerator::emitUnaryOperation(const Operand& target, const Operand& op,
+                                       const Operand& value, FunctionContext& context) {
+    const std::string_view word = op.text();
+    if (typeOf(value, context) == TypeName::Double) {
+        loadDouble(value, Register::xmm0, context);
+        if (word == Spelling::Minus) {
             out->write("\txorpd %xmm1, %xmm1\n\tsubsd %xmm0, %xmm1\n\tmovapd %xmm1, %xmm0\n");
         }
         storeDouble(target, Register::xmm0, context);
-        recordType(target, TypeName::Double);
+        recordType(target, TypeName::Double, context);
         return;
     }
-    loadValue(operand, Register::rax, context);
-    if (op == Spelling::Not) {
+    loadValue(value, Register::rax, context);
+    if (word == Spelling::Not) {
         out->write("\ttestq %rax, %rax\n\tsete %al\n", widenResult);
-    } else if (op == Spelling::Minus) {
+    } else if (word == Spelling::Minus) {
         out->write("\tnegq %rax\n");
     }
     storeValue(target, Register::rax, context);
-    if (op == Spelling::Not) {
-        recordType(target, TypeName::Boolean);
+    if (word == Spelling::Not) {
+        recordType(target, TypeName::Boolean, context);
     }
 }
 
-void CodeGenerator::emitElementStore(Operands line, FunctionContext& context) {
-    const Operand& element = line[0];
-    const Operand& value = line[1];
-    if (typeOf(element, context) == TypeName::Double ||
-        typeOf(value, context) == TypeName::Double) {
+void CodeGenerator::emitElementStore(const Operand& target, const Operand& value,
+                                     FunctionContext& context) {
+    if (typeOf(target, context) == TypeName::Double || typeOf(value, context) == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
-        storeDouble(element, Register::xmm0, context);
+        storeDouble(target, Register::xmm0, context);
     } else {
         loadValue(value, Register::rax, context);
-        storeValue(element, Register::rax, context);
+        storeValue(target, Register::rax, context);
     }
 }
 
-void CodeGenerator::emitCopy(Operands line, FunctionContext& context) {
-    const Operand& target = line[0];
-    const Operand& value = line[1];
+void CodeGenerator::emitCopy(const Operand& target, const Operand& value,
+                             FunctionContext& context) {
     const Name type = typeOf(value, context);
     if (typeOf(target, context) == TypeName::Double || type == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
         storeDouble(target, Register::xmm0, context);
-        recordType(target, TypeName::Double);
+        recordType(target, TypeName::Double, context);
     } else {
         loadValue(value, Register::rax, context);
         storeValue(target, Register::rax, context);
-        recordType(target, type);
+        recordType(target, type, context);
     }
 }

@@ -12,7 +12,7 @@
 
 namespace {
 
-using Groups = std::array<std::string_view, 4>;
+using Groups = decltype(IRLine::groups);
 
 /// A line, read from left to right. A step that fails leaves the position undefined.
 class Scanner {

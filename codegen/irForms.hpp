@@ -31,12 +31,14 @@ enum class IRForm : std::uint8_t {
 /// How many forms there are, without `None`.
 inline constexpr std::size_t irFormCount = static_cast<std::size_t>(IRForm::None);
 
-/// What a group is; a form that has fewer groups than the longest ends with absent ones.
+inline constexpr std::size_t maxGroupCount = 4;
+
+/// What a group is; absent ones follow the last one of a form.
 enum class IRGroup : std::uint8_t { Absent, Operand, Text };
 
 struct IRFormGroups {
     IRForm form;
-    std::array<IRGroup, 4> groups;
+    std::array<IRGroup, maxGroupCount> groups;
 };
 
 /// The groups of every form, in the order of the forms.
@@ -89,7 +91,7 @@ constexpr std::size_t groupCountOf(IRForm form) {
 /// point into the line and are not trimmed.
 struct IRLine {
     IRForm form = IRForm::None;
-    std::array<std::string_view, 4> groups;
+    std::array<std::string_view, maxGroupCount> groups;
 };
 
 /// A form and the ECMAScript pattern that defines it, for a match of the whole line.

@@ -32,8 +32,8 @@ unsigned characterCode(std::string_view literal) {
     return isEscape && character == 'n' ? 10U : static_cast<unsigned char>(character);
 }
 
-/// The parts of an element's text. Found again whenever it is loaded or stored, which is seldom:
-/// operands stay small.
+/// An element's text taken apart. Done whenever it is loaded or stored, which is seldom: operands
+/// stay small.
 struct Element {
     std::string_view array;
     std::string_view index;
@@ -41,16 +41,16 @@ struct Element {
 
 Element elementOf(const Operand& operand) {
     Element element;
-    parseArrayAccess(operand.text, element.array, element.index);
+    parseArrayAccess(operand.text(), element.array, element.index);
     return element;
 }
 
-/// The array that an element is of.
-const Value* arrayOf(const Operand& element, const Element& parts) {
-    if (element.value == nullptr || element.value->length == 0) {
-        fail("unknown array: ", parts.array);
+/// The array of an element, which must have a length.
+const NamedValue* knownArray(const NamedValue* array, std::string_view name) {
+    if (array == nullptr || array->length == 0) {
+        fail("unknown array: ", name);
     }
-    return element.value;
+    return array;
 }
 
 }  // namespace
@@ -61,7 +61,8 @@ Name CodeGenerator::declaredTypeOf(std::string_view name, const FunctionContext&
 }
 
 Name CodeGenerator::typeOf(const Operand& operand, const FunctionContext& context) const {
-    switch (operand.kind) {
+    const NamedValue* const value = context.valueOf(operand);
+    switch (operand.kind()) {
         case Operand::Kind::String:
             return TypeName::String;
         case Operand::Kind::Boolean:
@@ -71,33 +72,33 @@ Name CodeGenerator::typeOf(const Operand& operand, const FunctionContext& contex
         case Operand::Kind::Double:
             return TypeName::Double;
         case Operand::Kind::Element:
-            if (operand.value != nullptr && !operand.value->declaredType.empty()) {
-                return operand.value->declaredType;
+            if (value != nullptr && !value->declaredType.empty()) {
+                return value->declaredType;
             }
             return declaredTypeOf(elementOf(operand).array, context);
         case Operand::Kind::Named:
-            if (operand.value != nullptr && !operand.value->type.empty()) {
-                return operand.value->type;
+            if (value != nullptr && !value->type.empty()) {
+                return value->type;
             }
-            return declaredTypeOf(operand.text, context);
+            return declaredTypeOf(operand.text(), context);
         case Operand::Kind::Integer:
-        case Operand::Kind::Word:
+        case Operand::Kind::Text:
         case Operand::Kind::Unknown:
             break;
     }
     return TypeName::Int;
 }
 
-void CodeGenerator::recordType(const Operand& target, Name type) {
-    if (target.value != nullptr) {
-        target.value->type = type;
+void CodeGenerator::recordType(const Operand& target, Name type, FunctionContext& context) {
+    if (NamedValue* value = context.valueOf(target); value != nullptr) {
+        value->type = type;
     }
 }
 
 void CodeGenerator::loadValue(const Operand& operand, const ShortText& reg,
                               FunctionContext& context) {
-    const std::string_view text = operand.text;
-    switch (operand.kind) {
+    const std::string_view text = operand.text();
+    switch (operand.kind()) {
         case Operand::Kind::Boolean:
             if (text == Keyword::True) {
                 out->write("\tmovq $1, ", reg, "\n");
@@ -122,13 +123,13 @@ void CodeGenerator::loadValue(const Operand& operand, const ShortText& reg,
             out->write("\tmovq (%r10,%r11,8), ", reg, "\n");
             return;
         case Operand::Kind::Named:
-            if (operand.value != nullptr) {
-                out->write("\tmovq ", operand.value->address, ", ", reg, "\n");
+            if (const NamedValue* value = context.valueOf(operand); value != nullptr) {
+                out->write("\tmovq ", value->address, ", ", reg, "\n");
                 return;
             }
             break;
         case Operand::Kind::Double:
-        case Operand::Kind::Word:
+        case Operand::Kind::Text:
         case Operand::Kind::Unknown:
             break;
     }
@@ -145,56 +146,56 @@ void CodeGenerator::loadString(std::string_view literal, const ShortText& reg) {
 
 void CodeGenerator::loadDouble(const Operand& operand, const ShortText& reg,
                                FunctionContext& context) {
-    if (operand.kind == Operand::Kind::Double) {
-        const std::size_t label = doubleLabels.add(operand.text);
+    if (operand.kind() == Operand::Kind::Double) {
+        const std::size_t label = doubleLabels.add(operand.text());
         out->write("\tmovsd .LCD", ShortText::of(label), "(%rip), ", reg, "\n");
-    } else if (operand.kind == Operand::Kind::Element) {
+    } else if (operand.kind() == Operand::Kind::Element) {
         loadElementAddress(operand, context);
         out->write("\tmovsd (%r10,%r11,8), ", reg, "\n");
-    } else if (operand.value != nullptr) {
-        out->write("\tmovsd ", operand.value->address, ", ", reg, "\n");
+    } else if (const NamedValue* value = context.valueOf(operand); value != nullptr) {
+        out->write("\tmovsd ", value->address, ", ", reg, "\n");
     } else {
-        fail("unknown double IR value: ", operand.text);
+        fail("unknown double IR value: ", operand.text());
     }
 }
 
 void CodeGenerator::storeValue(const Operand& target, const ShortText& reg,
                                FunctionContext& context) {
-    if (target.kind == Operand::Kind::Element) {
+    if (target.kind() == Operand::Kind::Element) {
         loadElementAddress(target, context);
         out->write("\tmovq ", reg, ", (%r10,%r11,8)\n");
-    } else if (target.value != nullptr) {
-        out->write("\tmovq ", reg, ", ", target.value->address, "\n");
+    } else if (const NamedValue* value = context.valueOf(target); value != nullptr) {
+        out->write("\tmovq ", reg, ", ", value->address, "\n");
     } else {
-        fail("no stack slot for IR value: ", target.text);
+        fail("no stack slot for IR value: ", target.text());
     }
 }
 
 void CodeGenerator::storeDouble(const Operand& target, const ShortText& reg,
                                 FunctionContext& context) {
-    if (target.kind == Operand::Kind::Element) {
+    if (target.kind() == Operand::Kind::Element) {
         loadElementAddress(target, context);
         out->write("\tmovsd ", reg, ", (%r10,%r11,8)\n");
-    } else if (target.value != nullptr) {
-        out->write("\tmovsd ", reg, ", ", target.value->address, "\n");
+    } else if (const NamedValue* value = context.valueOf(target); value != nullptr) {
+        out->write("\tmovsd ", reg, ", ", value->address, "\n");
     } else {
-        fail("no stack slot for double IR value: ", target.text);
+        fail("no stack slot for double IR value: ", target.text());
     }
 }
 
 /// Loads an index into %r11 and the address of the array's element 0 into %r10. The index is not
 /// checked against the length. It may be an element itself, to any depth: not in a source, but in a
 /// line that comes from elsewhere. Then the innermost is loaded first.
-void CodeGenerator::loadElementAddress(const Operand& element, FunctionContext& context) {
-    Element parts = elementOf(element);
-    const Value* array = arrayOf(element, parts);
-    Operand index = lines.operandOf(parts.index, LineBreaks::Impossible);
-    std::vector<const Value*> outerArrays;
-    while (index.kind == Operand::Kind::Element) {
+void CodeGenerator::loadElementAddress(const Operand& operand, FunctionContext& context) {
+    Element element = elementOf(operand);
+    const NamedValue* array = knownArray(context.valueOf(operand), element.array);
+    Operand index = reader.operandOf(element.index, LineBreaks::Impossible);
+    std::vector<const NamedValue*> outerArrays;
+    while (index.kind() == Operand::Kind::Element) {
         outerArrays.push_back(array);
-        parseArrayAccess(index.text, parts.array, parts.index, LineBreaks::Impossible);
-        array = arrayOf(index, parts);
-        index = lines.operandOf(parts.index, LineBreaks::Impossible);
+        parseArrayAccess(index.text(), element.array, element.index, LineBreaks::Impossible);
+        array = knownArray(context.valueOf(index), element.array);
+        index = reader.operandOf(element.index, LineBreaks::Impossible);
     }
     loadValue(index, Register::r11, context);
     out->write("\tleaq ", array->address, ", %r10\n");

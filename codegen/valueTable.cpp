@@ -37,11 +37,11 @@ void ValueTable::clear() {
     values.resize(reservedWords.size());
 }
 
-const std::vector<Value*>& ValueTable::inOrder() {
+const std::vector<NamedValue*>& ValueTable::inOrder() {
     places.clear();
     for (std::uint32_t number = 1; number <= index.size(); ++number) {
         if (index.tagOf(number) == TokenClass::value) {
-            Value& value = (*this)[number];
+            NamedValue& value = (*this)[number];
             places.push_back({prefixOf(value.name, index.keyOf(number)), &value});
         }
     }

@@ -10,8 +10,21 @@
 #include "shared/ast/textIndex.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
 
-/// A named value of a function.
-struct Value {
+// The words of one function. Comes in: the words of its lines, one by one; goes out: a number for
+// each, and a place for what is known of the value that it names. From the lines
+//
+//     x = 5
+//     if x goto B2
+//
+// it has, behind the reserved words, which have the first numbers in every function,
+//
+//     number   word   class       value
+//     22       x      value       address "-8(%rbp)", type int
+//     23       B2     blockName   only a name
+
+/// A named value of a function: a variable, a parameter or a temporary, but also whatever else is
+/// spelled like a name, as callees are (kept).
+struct NamedValue {
     std::string_view name;
     ShortText address;  // of its slot, as an operand: "-24(%rbp)"
     int length = 0;     // elements of an array, by its symbol
@@ -20,8 +33,8 @@ struct Value {
     Name type;          // what it is believed to hold now; empty when nothing is known
 };
 
-/// The words of one function, found by their texts, which stay the caller's. Every word stands for
-/// a value, but for keywords and block names.
+/// Finds the words of one function by their texts, which stay the caller's. Every word stands for a
+/// value, but for reserved words and block names.
 class ValueTable {
 public:
     /// What is known of a word.
@@ -34,41 +47,44 @@ public:
 
     /// The entry of a word, which is added unless it is known.
     Entry add(const KeyedText& word) {
-        const std::uint32_t number = numberOf(word);
+        const std::uint32_t number = numberOfWord(word);
         return number != 0 ? Entry{number, index.tagOf(number)} : insert(word);
     }
     Entry add(std::string_view word) { return add(KeyedText{word}); }
 
-    /// The value of the word of a number. Valid until the next word is added.
-    Value& operator[](std::uint32_t number) { return values[number - 1]; }
-
-    /// The value of a word, or null when the word is not known or has none. Valid until the next
-    /// word is added.
-    Value* find(std::string_view word) {
-        const std::uint32_t number = numberOf(KeyedText{word});
-        const bool isValue = number != 0 && index.tagOf(number) == TokenClass::value;
-        return isValue ? &(*this)[number] : nullptr;
+    /// The number of the value that a word names; 0 when it is not known or names none.
+    std::uint32_t numberOf(std::string_view word) const {
+        const std::uint32_t number = numberOfWord(KeyedText{word});
+        return number != 0 && index.tagOf(number) == TokenClass::value ? number : 0;
     }
+
+    /// The value of the word of a number. Valid until the next word is added.
+    NamedValue& operator[](std::uint32_t number) { return values[number - 1]; }
+
+    /// The value of a number, or null for 0. Valid until the next word is added.
+    NamedValue* find(std::uint32_t number) { return number != 0 ? &(*this)[number] : nullptr; }
+    /// The value that a word names, or null.
+    NamedValue* find(std::string_view word) { return find(numberOf(word)); }
 
     /// Forgets the words that were added, for the next function.
     void clear();
 
     /// All values, ordered by name byte by byte. Valid until the next word is added.
-    const std::vector<Value*>& inOrder();
+    const std::vector<NamedValue*>& inOrder();
 
 private:
     /// A value's place among the others, as far as the beginning of its name decides on it. Most
     /// comparisons of a sort then touch no value.
     struct Place {
         std::uint64_t prefix;  // of the name
-        Value* value;
+        NamedValue* value;
 
         bool operator<(const Place& other) const {
             return prefix != other.prefix ? prefix < other.prefix : value->name < other.value->name;
         }
     };
 
-    std::uint32_t numberOf(const KeyedText& word) const {
+    std::uint32_t numberOfWord(const KeyedText& word) const {
         return index.find(word, [&](std::uint32_t number) {
             return word.isUniqueWord() || values[number - 1].name == word.text();
         });
@@ -78,8 +94,8 @@ private:
     Entry insert(const KeyedText& word);
 
     TextIndex index;  // the tag of a word is its class
-    // By number, keywords first. A keyword or block name has only the name of its value.
-    std::vector<Value> values;
+    // By number, reserved words first. They and block names have only the name of their value.
+    std::vector<NamedValue> values;
     std::vector<Place> places;
-    std::vector<Value*> ordered;
+    std::vector<NamedValue*> ordered;
 };

@@ -27,17 +27,17 @@ IRFunction functionOf(const Texts& lines) {
     return function;
 }
 
-Texts operandTexts(const Instruction& instruction) {
+Texts groupTexts(const Instruction& instruction) {
     Texts texts;
-    for (const Operand& operand : instruction.operands) {
-        texts.emplace_back(operand.text);
+    for (const Operand& group : instruction.groups) {
+        texts.emplace_back(group.text());
     }
     return texts;
 }
 
 Texts namesOf(FunctionReader& reader) {
     Texts names;
-    for (const Value* value : reader.words().inOrder()) {
+    for (const NamedValue* value : reader.words().inOrder()) {
         names.emplace_back(value->name);
     }
     return names;
@@ -115,7 +115,7 @@ TEST(FunctionReaderTest, ReadsEveryForm) {
         reader.read(function);
         ASSERT_EQ(reader.size(), 1U);
         EXPECT_EQ(reader[0].form, expected.form) << expected.line;
-        EXPECT_EQ(operandTexts(reader[0]), expected.operands) << expected.line;
+        EXPECT_EQ(groupTexts(reader[0]), expected.operands) << expected.line;
     }
 }
 
@@ -129,13 +129,14 @@ TEST(FunctionReaderTest, FindsWhatOperandsStandFor) {
                                         Kind::Element,   Kind::Unknown};
     ASSERT_EQ(reader.size(), expected.size());
     for (std::size_t line = 0; line < expected.size(); ++line) {
-        EXPECT_EQ(reader[line].operands[0].kind, Kind::Named);
-        EXPECT_EQ(reader[line].operands[0].value, reader.words().find("x"));
-        EXPECT_EQ(reader[line].operands[1].kind, expected[line]) << line;
+        EXPECT_EQ(reader[line].groups[0].kind(), Kind::Named);
+        EXPECT_EQ(reader.words().find(reader[line].groups[0].valueNumber()),
+                  reader.words().find("x"));
+        EXPECT_EQ(reader[line].groups[1].kind(), expected[line]) << line;
     }
-    EXPECT_EQ(reader[5].operands[1].value, reader.words().find("a"));
-    EXPECT_EQ(reader[6].operands[1].value, reader.words().find("y"));
-    EXPECT_EQ(reader[7].operands[1].value, nullptr);
+    EXPECT_EQ(reader.words().find(reader[5].groups[1].valueNumber()), reader.words().find("a"));
+    EXPECT_EQ(reader.words().find(reader[6].groups[1].valueNumber()), reader.words().find("y"));
+    EXPECT_EQ(reader.words().find(reader[7].groups[1].valueNumber()), nullptr);
 }
 
 TEST(FunctionReaderTest, AddsTheWordsOutsideOfStrings) {
@@ -166,8 +167,8 @@ TEST(FunctionReaderTest, ReadsAllBlocksInOrder) {
     FunctionReader reader;
     reader.read(function);
     ASSERT_EQ(reader.size(), 2U);
-    EXPECT_EQ(operandTexts(reader[0]), (Texts{"a", "1"}));
-    EXPECT_EQ(operandTexts(reader[1]), (Texts{"b", "2"}));
+    EXPECT_EQ(groupTexts(reader[0]), (Texts{"a", "1"}));
+    EXPECT_EQ(groupTexts(reader[1]), (Texts{"b", "2"}));
 }
 
 /// The names of all words of a line, ordered, by the rules for them: outside of strings, no
@@ -201,11 +202,11 @@ void compare(const std::string& line, std::size_t& differences) {
     bool isSame = found.form == expected.form && namesOf(reader) == wordsOf(line);
     const std::vector<bool> isOperand = operandGroups(expected.form);
     for (std::size_t group = 0; isSame && group < isOperand.size(); ++group) {
-        const Operand& operand = found.operands[group];
-        isSame = operand.text == trim(expected.groups[group]);
+        const Operand& operand = found.groups[group];
+        isSame = operand.text() == trim(expected.groups[group]);
         if (isSame && isOperand[group]) {
-            const Operand alone = reader.operandOf(operand.text);
-            isSame = operand.kind == alone.kind && operand.value == alone.value;
+            const Operand alone = reader.operandOf(operand.text());
+            isSame = operand.kind() == alone.kind() && operand.valueNumber() == alone.valueNumber();
         }
     }
     if (!isSame && ++differences <= 10) {

@@ -9,7 +9,7 @@ namespace {
 
 std::vector<std::string> namesInOrder(ValueTable& values) {
     std::vector<std::string> names;
-    for (const Value* value : values.inOrder()) {
+    for (const NamedValue* value : values.inOrder()) {
         names.emplace_back(value->name);
     }
     return names;

@@ -33,6 +33,7 @@ void KrelIR::visitFunctionDeclaration(Node* node) {
     if (children.size() < 3) {
         internalError("FunctionDeclaration node has fewer than 3 children.");
     }
+    origin = node;
     temporaryCounter = 0;
     blockCounter = 0;
     loops.clear();
@@ -53,7 +54,7 @@ void KrelIR::visitParameters(Node* list) {
             internalError("FunctionDeclaration node has malformed parameter.");
         }
         const std::string& type = childOf(parameter, 0)->getStringValue();
-        emit(Keyword::Param, " ", type, " ", parameter->getStringValue());
+        emitFor(parameter, Keyword::Param, " ", type, " ", parameter->getStringValue());
     }
     if (list->hasChildren()) {
         separateInstructions();
@@ -100,7 +101,9 @@ void KrelIR::visitStatement(Node* node) {
     if (statement == nullptr) {
         internalError("Unsupported statement node: " + node->getKind());
     }
+    const Node* const outer = std::exchange(origin, node);
     (this->*statement)(node);
+    origin = outer;
 }
 
 void KrelIR::visitDeclaration(Node* node) {
@@ -311,13 +314,17 @@ IRBasicBlock& KrelIR::blockForEmission() {
     return *currentBlock;
 }
 
+SourceRange KrelIR::rangeOfOrigin() const {
+    return origin->getRange();
+}
+
 void KrelIR::emitJump(int block) {
     emit(Keyword::Goto, " B", std::to_string(block));
 }
 
 void KrelIR::emitBranchUnless(Node* condition, int block) {
     const Value negated = negatedCondition(condition);
-    emit(Keyword::If, " ", negated, " ", Keyword::Goto, " B", std::to_string(block));
+    emitFor(condition, Keyword::If, " ", negated, " ", Keyword::Goto, " B", std::to_string(block));
 }
 
 void KrelIR::separateInstructions() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "shared/ast/name.hpp"
+#include "shared/error/place.hpp"
 #include "shared/krelir-cfg/ir-program.hpp"
 #include "shared/krelir-cfg/textParts.hpp"
 
@@ -28,6 +29,11 @@ public:
     IRProgram& analyze(Node* root);
     /// The program made last; empty at first.
     IRProgram& getProgram() { return program; }
+
+    /// From now on the bytes of the source that each instruction comes from are added to `list`, in
+    /// the order of the program: those of the innermost statement or expression that makes it. The
+    /// list stays the caller's; null ends that.
+    void recordSources(std::vector<SourceRange>* list) { sources = list; }
 
 private:
     using Statement = void (KrelIR::*)(Node*);
@@ -94,7 +100,18 @@ private:
     void emit(const Parts&... parts) {
         blockForEmission().addInstructionOf(separateNextInstruction, parts...);
         separateNextInstruction = false;
+        if (sources != nullptr) {
+            sources->push_back(rangeOfOrigin());
+        }
     }
+    /// The same for an instruction that comes from a part of the statement.
+    template <typename... Parts>
+    void emitFor(const Node* node, const Parts&... parts) {
+        const Node* const outer = std::exchange(origin, node);
+        emit(parts...);
+        origin = outer;
+    }
+    SourceRange rangeOfOrigin() const;
     IRBasicBlock& blockForEmission();
     void emitJump(int block);
     void emitBranchUnless(Node* condition, int block);
@@ -126,6 +143,8 @@ private:
     IRFunction* currentFunction = nullptr;
     IRBasicBlock* currentBlock = nullptr;
     bool separateNextInstruction = false;
+    const Node* origin = nullptr;  // what the next instruction comes from
+    std::vector<SourceRange>* sources = nullptr;
     int temporaryCounter = 0;       // the next temporary of the function
     int blockCounter = 0;           // the last block number handed out in the function
     std::vector<Node*> operations;  // whose left operands are being lowered, innermost last

@@ -107,20 +107,20 @@ KrelIR::Value KrelIR::expression(Node* node) {
 KrelIR::Value KrelIR::binaryOp(Node* node, Value left) {
     const Value right = expression(childOf(node, 1));
     const Value result = newTemporary();
-    emit(result, " = ", left, " ", node->getStringValue(), " ", right);
+    emitFor(node, result, " = ", left, " ", node->getStringValue(), " ", right);
     return result;
 }
 
 KrelIR::Value KrelIR::unaryOp(Node* node, Value operand) {
     const Value result = newTemporary();
-    emit(result, " = ", node->getStringValue(), " ", operand);
+    emitFor(node, result, " = ", node->getStringValue(), " ", operand);
     return result;
 }
 
 KrelIR::Value KrelIR::conversion(Node* node) {
     const Value operand = expression(childOf(node, 0));
     const Value result = newTemporary();
-    emit(result, " = ", node->getKind(), " ", operand);
+    emitFor(node, result, " = ", node->getKind(), " ", operand);
     return result;
 }
 
@@ -141,10 +141,10 @@ KrelIR::Value KrelIR::updateValue(Node* node) {
     const std::string& kind = node->getKind();
     const Value place = lvalue(childOf(node, 0));
     const Value before = newTemporary();
-    emit(before, " = ", place);
+    emitFor(node, before, " = ", place);
     const Value after = newTemporary();
-    emit(after, " = ", place, " ", updateOperator(kind), " 1");
-    emit(place, " = ", after);
+    emitFor(node, after, " = ", place, " ", updateOperator(kind), " 1");
+    emitFor(node, place, " = ", after);
     return kind.starts_with("Post") ? before : after;
 }
 
@@ -165,16 +165,16 @@ KrelIR::Value KrelIR::call(Node* node) {
     }
     const std::string count = std::to_string(values.size() - first);
     for (std::size_t index = first; index < values.size(); ++index) {
-        emit(Keyword::Arg, " ", values[index]);
+        emitFor(node, Keyword::Arg, " ", values[index]);
     }
     values.resize(first);
     const Value callee = lvalue(children[0]);
     if (node->semanticTypeName() == TypeName::Void) {
-        emit(Keyword::Call, " ", callee, ", ", count);
+        emitFor(node, Keyword::Call, " ", callee, ", ", count);
         return {};
     }
     const Value result = newTemporary();
-    emit(result, " = ", Keyword::Call, " ", callee, ", ", count);
+    emitFor(node, result, " = ", Keyword::Call, " ", callee, ", ", count);
     return result;
 }
 
@@ -207,7 +207,7 @@ void KrelIR::assign(Value target, Node* value) {
                value->kindName() == NodeKind::ArrayAccess) {
         const Value copy = newTemporary();
         const Value source = lvalue(value);
-        emit(copy, " = ", source);
+        emitFor(value, copy, " = ", source);
         emit(target, " = ", copy);
     } else {
         const Value result = expression(value);
@@ -228,12 +228,12 @@ KrelIR::Value KrelIR::negatedCondition(Node* node) {
         const Value left = expression(childOf(node, 0));
         const Value right = expression(childOf(node, 1));
         const Value result = newTemporary();
-        emit(result, " = ", left, " ", inverseComparison(op).text(), " ", right);
+        emitFor(node, result, " = ", left, " ", inverseComparison(op).text(), " ", right);
         return result;
     }
     const Value result = newTemporary();
     const Value value = expression(node);
-    emit(result, " = ", Spelling::Not, value);
+    emitFor(node, result, " = ", Spelling::Not, value);
     return result;
 }
 

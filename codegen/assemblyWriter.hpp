@@ -4,6 +4,7 @@
 #include <memory>
 #include <ostream>
 #include <string_view>
+#include <utility>
 
 #include "codegen/shortText.hpp"
 #include "shared/krelir-cfg/textParts.hpp"
@@ -34,17 +35,21 @@ public:
         }
     }
 
+    /// How many bytes there have been so far.
+    std::size_t position() const { return handedOn + used; }
+
 private:
     static constexpr std::size_t blockSize = std::size_t{1} << 16;
 
     void writeThrough(const ShortText& text) { writeThrough(text.view()); }
     void writeThrough(std::string_view text) {
         out.write(text.data(), static_cast<std::streamsize>(text.size()));
+        handedOn += text.size();
     }
 
     void flush() {
         out.write(block.get(), static_cast<std::streamsize>(used));
-        used = 0;
+        handedOn += std::exchange(used, 0);
     }
 
     std::ostream& out;
@@ -52,4 +57,5 @@ private:
     std::unique_ptr<char[]> block =
         std::make_unique_for_overwrite<char[]>(blockSize + ShortText::capacity);
     std::size_t used = 0;
+    std::size_t handedOn = 0;
 };

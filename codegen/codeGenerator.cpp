@@ -33,6 +33,8 @@ std::string escapeAssemblyString(std::string_view text) {
 void CodeGenerator::generate(const IRProgram& program, std::ostream& stream) {
     AssemblyWriter writer{stream};
     out = &writer;
+    instructionCount = 0;
+    recordSource(Source::none);
     stringLabels.clear();
     doubleLabels.clear();
     collectStringLiterals(program);
@@ -82,6 +84,12 @@ void CodeGenerator::emitReadOnlyData() {
     });
 }
 
+void CodeGenerator::recordSource(std::size_t instruction) {
+    if (sources != nullptr) {
+        sources->push_back({out->position(), instruction});
+    }
+}
+
 void CodeGenerator::emitFunction(const IRFunction& function) {
     reader.read(function);
     FunctionContext context{function, reader.words()};
@@ -96,8 +104,10 @@ void CodeGenerator::emitFunction(const IRFunction& function) {
     for (const IRBasicBlock& block : function.getBlocks()) {
         out->write(context.blockLabel, ShortText::of(block.getNumber()), ":\n");
         for (std::size_t rest = block.getInstructions().size(); rest > 0; --rest) {
+            recordSource(instructionCount++);
             emitInstruction(reader[line++], context);
         }
+        recordSource(Source::none);
     }
     out->write(context.returnLabel, ":\n\tleave\n\tret\n\t.size ", name, ", .-", name, "\n");
 }

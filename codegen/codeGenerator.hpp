@@ -34,6 +34,18 @@ public:
     /// the other. Throws std::runtime_error; a failure of the stream stays in its state.
     void generate(const IRProgram& program, std::ostream& stream);
 
+    /// From the first byte on at `position` of the assembly text comes what stands for the
+    /// instruction with this number, counted through the whole program; or what stands for none.
+    struct Source {
+        static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+        std::size_t position;
+        std::size_t instruction;
+    };
+    /// From now on the beginning of each such stretch is added to `list`, in order. The list stays
+    /// the caller's; null ends that.
+    void recordSources(std::vector<Source>* list) { sources = list; }
+
 private:
     struct FunctionContext {
         FunctionContext(const IRFunction& function, ValueTable& words);
@@ -64,6 +76,7 @@ private:
     // Frames, functions and constants: frame.cpp, codeGenerator.cpp.
     void collectStringLiterals(const IRProgram& program);
     void emitReadOnlyData();
+    void recordSource(std::size_t instruction);
     void planFrame(FunctionContext& context) const;
     void readDeclarations(FunctionContext& context) const;
     void emitFunction(const IRFunction& function);
@@ -119,4 +132,6 @@ private:
     LiteralTable stringLabels;      // of the whole program, as those of the doubles
     LiteralTable doubleLabels;
     FunctionReader reader;  // of the function being emitted
+    std::vector<Source>* sources = nullptr;
+    std::size_t instructionCount = 0;  // emitted so far
 };

@@ -129,6 +129,14 @@ Node::Node(Name itsKind, Node* first, Node* second, Node* third, Place place)
     addChild(third);
 }
 
+Node* Node::copyWithoutChildren() const {
+    Node* const copy = valueType == ValueType::Double
+                           ? new Node(kindName(), getDoubleValue(), getPlace())
+                           : new Node(kindName(), valueType, value, getPlace());
+    copy->semanticType = semanticType;
+    return copy;
+}
+
 // Descendants are taken over before they are deleted: a chain of a million operators is as many
 // levels deep, and no stack holds a destructor for each.
 Node::~Node() {

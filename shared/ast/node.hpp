@@ -45,6 +45,9 @@ public:
     /// Deletes all descendants, however deep the tree is.
     ~Node();
 
+    /// A node with the same kind, value, type and place, in the memory in use. The caller owns it.
+    Node* copyWithoutChildren() const;
+
     /// Nodes lie in the memory in use (treeMemory.hpp). Throws std::bad_alloc.
     static void* operator new(std::size_t size);
     static void operator delete(void* node);

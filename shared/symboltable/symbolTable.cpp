@@ -22,6 +22,7 @@ bool SymbolTable::insertSymbol(Name scope, const Place& place, Symbol* symbol) {
     constexpr std::size_t usualSymbols = 8;
     entry->second.symbols.reserve(usualSymbols);
     entry->second.file(symbol);
+    names.push_back(scope);
     return true;
 }
 

@@ -31,6 +31,9 @@ public:
     /// All symbols of `scope` in the order of their insertion; none when it was never opened.
     const std::vector<std::unique_ptr<Symbol>>& symbolsOf(Name scope) const;
 
+    /// The names of all scopes in the order in which they were opened.
+    const std::vector<Name>& scopesInOrder() const { return names; }
+
     /// Writes all scopes, ordered by name, to standard output, for debugging.
     void printSymbolTable() const;
 
@@ -46,4 +49,5 @@ private:
     const Scope* findScope(Name name) const;
 
     std::unordered_map<Name, Scope> scopes;
+    std::vector<Name> names;
 };

@@ -6,7 +6,6 @@
 #include <string_view>
 #include <utility>
 
-#include "codegen/shortText.hpp"
 #include "shared/krelir-cfg/textParts.hpp"
 
 /// Collects assembly text and hands it to a stream in blocks; the rest follows on destruction, also
@@ -41,7 +40,6 @@ public:
 private:
     static constexpr std::size_t blockSize = std::size_t{1} << 16;
 
-    void writeThrough(const ShortText& text) { writeThrough(text.view()); }
     void writeThrough(std::string_view text) {
         out.write(text.data(), static_cast<std::streamsize>(text.size()));
         handedOn += text.size();
@@ -53,9 +51,7 @@ private:
     }
 
     std::ostream& out;
-    // With room behind the block for what a short text copies beyond its size.
-    std::unique_ptr<char[]> block =
-        std::make_unique_for_overwrite<char[]>(blockSize + ShortText::capacity);
+    std::unique_ptr<char[]> block = std::make_unique_for_overwrite<char[]>(blockSize);
     std::size_t used = 0;
     std::size_t handedOn = 0;
 };

@@ -121,16 +121,6 @@ const char* skip(const char* at, const char* end, Predicate isSkipped) {
     return at;
 }
 
-/// Adds the word that begins at `at` to a table and moves to its end.
-inline ValueTable::Entry takeWord(const char*& at, const char* end, ValueTable& table) {
-    const char* const begin = at;
-    std::uint64_t packed = 0;
-    do {
-        packed = KeyedText::packNext(packed, *at++);
-    } while (at != end && isNameCharacter(*at));
-    return table.add(KeyedText{{begin, at}, packed});
-}
-
 /// Whether a pattern could take a part of a string for something else: for an operator with blanks
 /// on both sides, for the end of an element in front of an equals sign, or for a line break, which
 /// few groups can hold.
@@ -208,10 +198,20 @@ private:
         return *at == '"' ? takeString() : takeOperator();
     }
 
+    /// Adds a word to the table, whose key is made on the way to its end.
+    ValueTable::Entry takeWord() {
+        const char* const begin = at;
+        std::uint64_t packed = 0;
+        do {
+            packed = KeyedText::packNext(packed, *at++);
+        } while (at != end && isNameCharacter(*at));
+        return table.add(KeyedText{{begin, at}, packed});
+    }
+
     /// A word, an element of the array that the word names, or a callee.
     std::uint32_t takeName() {
         const char* const begin = at;
-        const auto [number, wordClass] = takeWord(at, end, table);
+        const auto [number, wordClass] = takeWord();
         const char next = at != end ? *at : '\0';
         if (next == ',') {
             groups.emplace_back(std::string_view{begin, at++}, Operand::Kind::Text);
@@ -237,17 +237,14 @@ private:
 
     /// One word or integer in brackets.
     bool takeIndex() {
-        ++at;
+        const char* const begin = ++at;
         if (at != end && beginsName(*at)) {
-            takeWord(at, end, table);
+            at = skip(at, end, isNameCharacter);
+            table.add(std::string_view{begin, at});
         } else {
-            const char* const begin = at;
             at = skip(at, end, isDigit);
-            if (at == begin) {
-                return false;
-            }
         }
-        return at != end && *at++ == ']';
+        return at != begin && at != end && *at++ == ']';
     }
 
     std::uint32_t takeNumber() {
@@ -355,7 +352,9 @@ void FunctionReader::addWords(std::string_view line) {
             const auto quote = static_cast<std::size_t>(at - line.data());
             at = line.data() + std::min(stringLiteralEnd(line, quote), line.size());
         } else {
-            takeWord(at, end, table);
+            const char* const begin = at;
+            at = skip(at, end, isNameCharacter);
+            table.add(std::string_view{begin, at});
         }
     }
 }

@@ -1,16 +1,15 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
-/// A text of at most 23 characters, kept in place. All of them are copied whatever its size, which
-/// takes a few moves and no call: this is how most of the assembly text (registers, addresses,
-/// numbers) gets into the output.
+/// A text of at most 23 characters that is kept in place: a register, an address, a number. It can
+/// stand for a string view wherever one is taken.
 class ShortText {
 public:
     static constexpr std::size_t capacity = 23;
@@ -26,7 +25,7 @@ public:
     template <std::integral Number>
     static ShortText of(Number number) {
         ShortText text;
-        char* begin = text.characters.data();
+        char* const begin = text.characters.data();
         text.length =
             static_cast<std::uint8_t>(std::to_chars(begin, begin + capacity, number).ptr - begin);
         return text;
@@ -36,27 +35,13 @@ public:
     template <std::size_t size>
     constexpr void append(const char (&literal)[size]) {
         static_assert(size - 1 <= capacity);
-        for (std::size_t index = 0; index + 1 < size; ++index) {
-            characters[length + index] = literal[index];
-        }
+        std::copy_n(literal, size - 1, characters.begin() + length);
         length = static_cast<std::uint8_t>(length + size - 1);
     }
 
-    constexpr std::size_t size() const { return length; }
-    /// `capacity` characters, of which size() count.
-    const char* data() const { return characters.data(); }
-    std::string_view view() const { return {characters.data(), length}; }
+    operator std::string_view() const { return {characters.data(), length}; }
 
 private:
     std::array<char, capacity> characters{};
     std::uint8_t length = 0;
 };
-
-// As a part of another text: `writePart` needs room for all the characters.
-inline std::size_t partSize(const ShortText& text) {
-    return text.size();
-}
-inline char* writePart(char* at, const ShortText& text) {
-    std::memcpy(at, text.data(), ShortText::capacity);
-    return at + text.size();
-}

@@ -141,14 +141,14 @@ void KrelIR::visitExpressionStatement(Node* node) {
 }
 
 void KrelIR::visitAssignment(Node* node) {
-    const Value target = lvalue(childOf(node, 0));
+    const Operand target = lvalue(childOf(node, 0));
     assign(target, childOf(node, 1));
 }
 
 void KrelIR::visitCompoundAssignment(Node* node) {
-    const Value target = lvalue(childOf(node, 0));
-    const Value value = expression(childOf(node, 1));
-    const Value result = newTemporary();
+    const Operand target = lvalue(childOf(node, 0));
+    const Operand value = expression(childOf(node, 1));
+    const Operand result = newTemporary();
     const std::string_view op = std::string_view{node->getStringValue()}.substr(0, 1);
     emit(result, " = ", target, " ", op, " ", value);
     emit(target, " = ", result);
@@ -156,8 +156,8 @@ void KrelIR::visitCompoundAssignment(Node* node) {
 
 // As statements the four kinds lower alike, with one temporary.
 void KrelIR::visitUpdate(Node* node) {
-    const Value target = lvalue(childOf(node, 0));
-    const Value result = newTemporary();
+    const Operand target = lvalue(childOf(node, 0));
+    const Operand result = newTemporary();
     emit(result, " = ", target, " ", updateOperator(node->getKind()), " 1");
     emit(target, " = ", result);
 }
@@ -168,17 +168,17 @@ void KrelIR::visitCall(Node* node) {
 
 // One print makes one call, of all its arguments joined from left to right.
 void KrelIR::visitPrintStatement(Node* node) {
-    const std::size_t first = values.size();
+    const std::size_t first = operands.size();
     if (node->hasChildren()) {
-        pushValues(childOf(node, 0));
+        pushOperands(childOf(node, 0));
     }
-    Value joined = values.size() == first ? "\"\"" : values[first];
-    for (std::size_t index = first + 1; index < values.size(); ++index) {
-        const Value longer = newTemporary();
-        emit(longer, " = ", joined, " ", Spelling::Plus, " ", values[index]);
+    Operand joined = operands.size() == first ? "\"\"" : operands[first];
+    for (std::size_t index = first + 1; index < operands.size(); ++index) {
+        const Operand longer = newTemporary();
+        emit(longer, " = ", joined, " ", Spelling::Plus, " ", operands[index]);
         joined = longer;
     }
-    values.resize(first);
+    operands.resize(first);
     emit(Keyword::Arg, " ", joined);
     emit(Keyword::Call, " ", Callee::Print, ", 1");
 }
@@ -195,9 +195,9 @@ void KrelIR::visitReturnStatement(Node* node) {
         return;
     }
     Node* value = childOf(node, 0);
-    Value result = expression(value);
+    Operand result = expression(value);
     if (value->kindName() == NodeKind::Identifier || value->kindName() == NodeKind::ArrayAccess) {
-        const Value copy = newTemporary();
+        const Operand copy = newTemporary();
         emit(copy, " = ", result);
         result = copy;
     }
@@ -323,7 +323,7 @@ void KrelIR::emitJump(int block) {
 }
 
 void KrelIR::emitBranchUnless(Node* condition, int block) {
-    const Value negated = negatedCondition(condition);
+    const Operand negated = negatedCondition(condition);
     emitFor(condition, Keyword::If, " ", negated, " ", Keyword::Goto, " B", std::to_string(block));
 }
 

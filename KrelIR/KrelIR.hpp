@@ -37,10 +37,10 @@ public:
 
 private:
     using Statement = void (KrelIR::*)(Node*);
-    /// The text of a value: that of a name of the tree, or one of `texts`. Good until the
+    /// The text that stands for a value: a name of the tree, or one of `texts`. Valid until the
     /// statement has been lowered.
-    using Value = std::string_view;
-    using Expression = Value (KrelIR::*)(Node*);
+    using Operand = std::string_view;
+    using Expression = Operand (KrelIR::*)(Node*);
 
     /// The blocks that `continue` and `break` jump to.
     using Loop = std::pair<int, int>;
@@ -75,25 +75,25 @@ private:
     void visitBreakStatement(Node* node);
     void visitContinueStatement(Node* node);
 
-    Value expression(Node* node);
-    Value binaryOp(Node* node, Value left);
-    Value unaryOp(Node* node, Value operand);
-    Value conversion(Node* node);
-    Value identifier(Node* node);
-    Value parenthesized(Node* node);
-    Value assignmentValue(Node* node);
-    Value updateValue(Node* node);
-    Value unresolvedCast(Node* node);
-    Value call(Node* node);
-    /// Lowers the children of a node and appends their values to `values`.
-    void pushValues(Node* expressions);
-    Value lvalue(Node* node);
-    Value literal(Node* node);
-    void assign(Value target, Node* value);
-    Value negatedCondition(Node* node);
+    Operand expression(Node* node);
+    Operand binaryOp(Node* node, Operand left);
+    Operand unaryOp(Node* node, Operand operand);
+    Operand conversion(Node* node);
+    Operand identifier(Node* node);
+    Operand parenthesized(Node* node);
+    Operand assignmentValue(Node* node);
+    Operand updateValue(Node* node);
+    Operand unresolvedCast(Node* node);
+    Operand call(Node* node);
+    /// Lowers the children of a node and appends what stands for their values to `operands`.
+    void pushOperands(Node* expressions);
+    Operand lvalue(Node* node);
+    Operand literal(Node* node);
+    void assign(Operand target, Node* value);
+    Operand negatedCondition(Node* node);
 
     int newBlock() { return ++blockCounter; }
-    Value newTemporary();
+    Operand newTemporary();
     void emitLabel(int number);
     /// Appends an instruction to the current block; its text is that of all the parts.
     template <typename... Parts>
@@ -121,10 +121,10 @@ private:
     static Node* childOf(const Node* node, std::size_t index);
     static bool endsInReturn(Node* block);
     static bool isLiteral(Node* node);
-    Value quote(std::string_view text, char quotationMark);
+    Operand quote(std::string_view text, char quotationMark);
     /// The parts as one text among `texts`.
     template <typename... Parts>
-    Value keep(const Parts&... parts) {
+    Operand keep(const Parts&... parts) {
         const std::size_t size = (partSize(parts) + ...);
         char* const text = textOf(size);
         char* at = text;
@@ -148,6 +148,6 @@ private:
     int temporaryCounter = 0;       // the next temporary of the function
     int blockCounter = 0;           // the last block number handed out in the function
     std::vector<Node*> operations;  // whose left operands are being lowered, innermost last
-    std::vector<Value> values;      // of the arguments of calls being lowered, innermost last
+    std::vector<Operand> operands;  // of the arguments of calls being lowered, innermost last
     std::vector<Loop> loops;        // the loops around the statement, innermost last
 };

@@ -1,5 +1,5 @@
-// Expressions, calls, assignments and conditions. Each operation returns the text that stands for
-// the value in later instructions, and emits the instructions that compute it. Temporaries are
+// Expressions, calls, assignments and conditions. Each operation returns the operand that stands
+// for the value in later instructions, and emits the instructions that compute it. Temporaries are
 // numbered in the order in which they are taken; that order is part of the output.
 
 #include <array>
@@ -82,7 +82,7 @@ KrelIR::Expression KrelIR::expressionOf(Name kind) {
 
 // Operators associate to the left, so a chain of a million of them is a million levels deep on its
 // left side. That side is walked down and up again here; only right operands recurse.
-KrelIR::Value KrelIR::expression(Node* node) {
+KrelIR::Operand KrelIR::expression(Node* node) {
     const std::size_t bottom = operations.size();
     while (isOperation(*node)) {
         operations.push_back(node);
@@ -92,7 +92,7 @@ KrelIR::Value KrelIR::expression(Node* node) {
     if (lower == nullptr) {
         internalError("Unsupported expression node: " + node->getKind());
     }
-    Value value = (this->*lower)(node);
+    Operand value = (this->*lower)(node);
     while (operations.size() > bottom) {
         Node* operation = operations.back();
         operations.pop_back();
@@ -104,119 +104,119 @@ KrelIR::Value KrelIR::expression(Node* node) {
 
 /// The operation on its left operand's value. Both operands are always evaluated, those of "&&" and
 /// "||" too.
-KrelIR::Value KrelIR::binaryOp(Node* node, Value left) {
-    const Value right = expression(childOf(node, 1));
-    const Value result = newTemporary();
+KrelIR::Operand KrelIR::binaryOp(Node* node, Operand left) {
+    const Operand right = expression(childOf(node, 1));
+    const Operand result = newTemporary();
     emitFor(node, result, " = ", left, " ", node->getStringValue(), " ", right);
     return result;
 }
 
-KrelIR::Value KrelIR::unaryOp(Node* node, Value operand) {
-    const Value result = newTemporary();
+KrelIR::Operand KrelIR::unaryOp(Node* node, Operand operand) {
+    const Operand result = newTemporary();
     emitFor(node, result, " = ", node->getStringValue(), " ", operand);
     return result;
 }
 
-KrelIR::Value KrelIR::conversion(Node* node) {
-    const Value operand = expression(childOf(node, 0));
-    const Value result = newTemporary();
+KrelIR::Operand KrelIR::conversion(Node* node) {
+    const Operand operand = expression(childOf(node, 0));
+    const Operand result = newTemporary();
     emitFor(node, result, " = ", node->getKind(), " ", operand);
     return result;
 }
 
-KrelIR::Value KrelIR::identifier(Node* node) {
+KrelIR::Operand KrelIR::identifier(Node* node) {
     return node->getStringValue();
 }
 
-KrelIR::Value KrelIR::parenthesized(Node* node) {
+KrelIR::Operand KrelIR::parenthesized(Node* node) {
     return expression(childOf(node, 0));
 }
 
-KrelIR::Value KrelIR::assignmentValue(Node* node) {
+KrelIR::Operand KrelIR::assignmentValue(Node* node) {
     visitStatement(node);
     return lvalue(childOf(node, 0));
 }
 
-KrelIR::Value KrelIR::updateValue(Node* node) {
+KrelIR::Operand KrelIR::updateValue(Node* node) {
     const std::string& kind = node->getKind();
-    const Value place = lvalue(childOf(node, 0));
-    const Value before = newTemporary();
+    const Operand place = lvalue(childOf(node, 0));
+    const Operand before = newTemporary();
     emitFor(node, before, " = ", place);
-    const Value after = newTemporary();
+    const Operand after = newTemporary();
     emitFor(node, after, " = ", place, " ", updateOperator(kind), " 1");
     emitFor(node, place, " = ", after);
     return kind.starts_with("Post") ? before : after;
 }
 
-KrelIR::Value KrelIR::unresolvedCast(Node* /*node*/) {
+KrelIR::Operand KrelIR::unresolvedCast(Node* /*node*/) {
     internalError("CastExpression should have been resolved during semantic analysis.");
 }
 
 // All arguments are computed before the first is passed. A call that the analyser did not type has
 // a result, even if the function has none.
-KrelIR::Value KrelIR::call(Node* node) {
+KrelIR::Operand KrelIR::call(Node* node) {
     const NodeList& children = node->getChildren();
     if (children.empty()) {
         internalError("CallStatement node has no callee.");
     }
-    const std::size_t first = values.size();
+    const std::size_t first = operands.size();
     if (children.size() > 1) {
-        pushValues(children[1]);
+        pushOperands(children[1]);
     }
-    const std::string count = std::to_string(values.size() - first);
-    for (std::size_t index = first; index < values.size(); ++index) {
-        emitFor(node, Keyword::Arg, " ", values[index]);
+    const std::string count = std::to_string(operands.size() - first);
+    for (std::size_t index = first; index < operands.size(); ++index) {
+        emitFor(node, Keyword::Arg, " ", operands[index]);
     }
-    values.resize(first);
-    const Value callee = lvalue(children[0]);
+    operands.resize(first);
+    const Operand callee = lvalue(children[0]);
     if (node->semanticTypeName() == TypeName::Void) {
         emitFor(node, Keyword::Call, " ", callee, ", ", count);
         return {};
     }
-    const Value result = newTemporary();
+    const Operand result = newTemporary();
     emitFor(node, result, " = ", Keyword::Call, " ", callee, ", ", count);
     return result;
 }
 
-void KrelIR::pushValues(Node* expressions) {
+void KrelIR::pushOperands(Node* expressions) {
     for (Node* node : expressions->getChildren()) {
-        const Value value = expression(node);
-        values.push_back(value);
+        const Operand value = expression(node);
+        operands.push_back(value);
     }
 }
 
 // The index is lowered before the array's name.
-KrelIR::Value KrelIR::lvalue(Node* node) {
+KrelIR::Operand KrelIR::lvalue(Node* node) {
     if (node->kindName() == NodeKind::Identifier) {
         return node->getStringValue();
     }
     if (node->kindName() != NodeKind::ArrayAccess) {
         internalError("Unsupported lvalue node: " + node->getKind());
     }
-    const Value index = expression(childOf(node, 1));
-    const Value array = expression(childOf(node, 0));
+    const Operand index = expression(childOf(node, 1));
+    const Operand array = expression(childOf(node, 0));
     return keep(array, "[", index, "]");
 }
 
 // A variable or element is never copied straight into another: the copy passes through a temporary,
 // which is taken before those of the source's index.
-void KrelIR::assign(Value target, Node* value) {
+void KrelIR::assign(Operand target, Node* value) {
     if (isLiteral(value)) {
         emit(target, " = ", literal(value));
     } else if (value->kindName() == NodeKind::Identifier ||
                value->kindName() == NodeKind::ArrayAccess) {
-        const Value copy = newTemporary();
-        const Value source = lvalue(value);
+        const Operand copy = newTemporary();
+        const Operand source = lvalue(value);
         emitFor(value, copy, " = ", source);
         emit(target, " = ", copy);
     } else {
-        const Value result = expression(value);
+        const Operand result = expression(value);
         emit(target, " = ", result);
     }
 }
 
 // In the last case the result's temporary is taken before the operand is lowered (kept).
-KrelIR::Value KrelIR::negatedCondition(Node* node) {
+KrelIR::Operand KrelIR::negatedCondition(Node* node) {
     while (node->kindName() == NodeKind::ParenthesizedExpression) {
         node = childOf(node, 0);
     }
@@ -225,19 +225,19 @@ KrelIR::Value KrelIR::negatedCondition(Node* node) {
         return expression(childOf(node, 0));
     }
     if (node->kindName() == NodeKind::BinaryOp && !inverseComparison(op).empty()) {
-        const Value left = expression(childOf(node, 0));
-        const Value right = expression(childOf(node, 1));
-        const Value result = newTemporary();
+        const Operand left = expression(childOf(node, 0));
+        const Operand right = expression(childOf(node, 1));
+        const Operand result = newTemporary();
         emitFor(node, result, " = ", left, " ", inverseComparison(op).text(), " ", right);
         return result;
     }
-    const Value result = newTemporary();
-    const Value value = expression(node);
+    const Operand result = newTemporary();
+    const Operand value = expression(node);
     emitFor(node, result, " = ", Spelling::Not, value);
     return result;
 }
 
-KrelIR::Value KrelIR::newTemporary() {
+KrelIR::Operand KrelIR::newTemporary() {
     std::array<char, 16> digits;
     const char* const end = std::to_chars(digits.begin(), digits.end(), temporaryCounter++).ptr;
     return keep("_t", std::string_view{digits.begin(), end});
@@ -247,7 +247,7 @@ bool KrelIR::isLiteral(Node* node) {
     return expressionOf(node->kindName()) == &KrelIR::literal;
 }
 
-KrelIR::Value KrelIR::literal(Node* node) {
+KrelIR::Operand KrelIR::literal(Node* node) {
     if (node->kindName() == NodeKind::StringLiteral) {
         return quote(node->getStringValue(), '"');
     }
@@ -258,7 +258,7 @@ KrelIR::Value KrelIR::literal(Node* node) {
     return keep(node->valueAsString());
 }
 
-KrelIR::Value KrelIR::quote(std::string_view text, char quotationMark) {
+KrelIR::Operand KrelIR::quote(std::string_view text, char quotationMark) {
     const auto runFrom = [text, quotationMark](std::size_t from) {
         return plainRun(text, from, [quotationMark](char character) {
             return isEscaped(character, quotationMark);

@@ -54,7 +54,9 @@ protected:
 
 /// A load into %rax and a store into the first slot.
 std::string copyOf(const std::string& load) {
-    return "\t" + load + ", %rax\n\tmovq %rax, -8(%rbp)\n";
+    return "\t" + load +
+           ", %rax\n"
+           "\tmovq %rax, -8(%rbp)\n";
 }
 
 }  // namespace
@@ -62,7 +64,9 @@ std::string copyOf(const std::string& load) {
 TEST_F(CodeGeneratorTest, EmptyProgramHasItsFirstAndLastLine) {
     std::ostringstream out;
     CodeGenerator{table}.generate(IRProgram{}, out);
-    EXPECT_EQ(out.str(), "\t.text\n\t.section .note.GNU-stack,\"\",@progbits\n");
+    EXPECT_EQ(out.str(),
+              "\t.text\n"
+              "\t.section .note.GNU-stack,\"\",@progbits\n");
 }
 
 TEST_F(CodeGeneratorTest, FunctionsAndBlocksKeepTheirOrderAndNumbers) {
@@ -76,11 +80,29 @@ TEST_F(CodeGeneratorTest, FunctionsAndBlocksKeepTheirOrderAndNumbers) {
     CodeGenerator{table}.generate(program, out);
     EXPECT_EQ(out.str(),
               "\t.text\n"
-              "\n\t.globl g\n\t.type g, @function\ng:\n\tpushq %rbp\n\tmovq %rsp, %rbp\n"
-              ".Lg_B12:\n\tjmp .Lg_B0\n.Lg_B3:\n.Lg_B0:\n\tjmp .Lg_return\n"
-              ".Lg_return:\n\tleave\n\tret\n\t.size g, .-g\n"
-              "\n\t.globl f\n\t.type f, @function\nf:\n\tpushq %rbp\n\tmovq %rsp, %rbp\n"
-              ".Lf_return:\n\tleave\n\tret\n\t.size f, .-f\n"
+              "\n\t.globl g\n"
+              "\t.type g, @function\n"
+              "g:\n"
+              "\tpushq %rbp\n"
+              "\tmovq %rsp, %rbp\n"
+              ".Lg_B12:\n"
+              "\tjmp .Lg_B0\n"
+              ".Lg_B3:\n"
+              ".Lg_B0:\n"
+              "\tjmp .Lg_return\n"
+              ".Lg_return:\n"
+              "\tleave\n"
+              "\tret\n"
+              "\t.size g, .-g\n"
+              "\n\t.globl f\n"
+              "\t.type f, @function\n"
+              "f:\n"
+              "\tpushq %rbp\n"
+              "\tmovq %rsp, %rbp\n"
+              ".Lf_return:\n"
+              "\tleave\n"
+              "\tret\n"
+              "\t.size f, .-f\n"
               "\t.section .note.GNU-stack,\"\",@progbits\n");
 }
 
@@ -101,10 +123,18 @@ TEST_F(CodeGeneratorTest, EachProgramStartsItsLabelsAnew) {
         return assembly.substr(assembly.find("\n\t.section .rodata\n"));
     };
     EXPECT_EQ(constantsOf(first.str()),
-              "\n\t.section .rodata\n.LC0:\n\t.string \"a\"\n.LCD0:\n\t.double 0.5\n"
+              "\n\t.section .rodata\n"
+              ".LC0:\n"
+              "\t.string \"a\"\n"
+              ".LCD0:\n"
+              "\t.double 0.5\n"
               "\t.section .note.GNU-stack,\"\",@progbits\n");
     EXPECT_EQ(constantsOf(second.str()),
-              "\n\t.section .rodata\n.LC0:\n\t.string \"b\"\n.LCD0:\n\t.double 1.5\n"
+              "\n\t.section .rodata\n"
+              ".LC0:\n"
+              "\t.string \"b\"\n"
+              ".LCD0:\n"
+              "\t.double 1.5\n"
               "\t.section .note.GNU-stack,\"\",@progbits\n");
 }
 
@@ -138,38 +168,60 @@ TEST_F(CodeGeneratorTest, BinaryOperationsAreSplitAtTheirLastOperator) {
 
 TEST_F(CodeGeneratorTest, SignedOperandsOfABinaryOperation) {
     EXPECT_EQ(bodyOf({"x = -1 - -2"}),
-              "\tmovq $-1, %rax\n\tmovq $-2, %rcx\n\tsubq %rcx, %rax\n\tmovq %rax, -8(%rbp)\n");
+              "\tmovq $-1, %rax\n"
+              "\tmovq $-2, %rcx\n"
+              "\tsubq %rcx, %rax\n"
+              "\tmovq %rax, -8(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, UnaryOperatorMayTouchItsOperand) {
-    const std::string negation = "\tmovq -16(%rbp), %rax\n\tnegq %rax\n\tmovq %rax, -8(%rbp)\n";
+    const std::string negation =
+        "\tmovq -16(%rbp), %rax\n"
+        "\tnegq %rax\n"
+        "\tmovq %rax, -8(%rbp)\n";
     EXPECT_EQ(bodyOf({"a = -x"}), negation);
     EXPECT_EQ(bodyOf({"a = - x"}), negation);
     EXPECT_EQ(bodyOf({"a =-  x"}), negation);
-    EXPECT_EQ(bodyOf({"a = -5"}), "\tmovq $5, %rax\n\tnegq %rax\n\tmovq %rax, -8(%rbp)\n");
+    EXPECT_EQ(bodyOf({"a = -5"}),
+              "\tmovq $5, %rax\n"
+              "\tnegq %rax\n"
+              "\tmovq %rax, -8(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, ArgumentCountIsNotRead) {
     EXPECT_EQ(bodyOf({"arg 1", "arg 2", "call g, 3"}),
-              "\tmovq $1, %rdi\n\tmovq $2, %rsi\n\tcall g@PLT\n");
+              "\tmovq $1, %rdi\n"
+              "\tmovq $2, %rsi\n"
+              "\tcall g@PLT\n");
     EXPECT_EQ(bodyOf({"call g, 99999999999999999999"}), "\tcall g@PLT\n");
 }
 
 TEST_F(CodeGeneratorTest, ArgumentsWaitForTheNextCall) {
     EXPECT_EQ(bodyOf({"arg 1", "x = 2", "call g, 0", "call g, 0"}),
-              "\tmovq $2, %rax\n\tmovq %rax, -16(%rbp)\n\tmovq $1, %rdi\n\tcall g@PLT\n"
+              "\tmovq $2, %rax\n"
+              "\tmovq %rax, -16(%rbp)\n"
+              "\tmovq $1, %rdi\n"
+              "\tcall g@PLT\n"
               "\tcall g@PLT\n");
 }
 
 TEST_F(CodeGeneratorTest, ExitWithoutArgumentsClearsTheStatus) {
-    EXPECT_EQ(bodyOf({"call exit, 0"}), "\txorl %edi, %edi\n\tcall exit@PLT\n");
-    EXPECT_EQ(bodyOf({"arg 3", "call exit, 1"}), "\tmovq $3, %rdi\n\tcall exit@PLT\n");
+    EXPECT_EQ(bodyOf({"call exit, 0"}),
+              "\txorl %edi, %edi\n"
+              "\tcall exit@PLT\n");
+    EXPECT_EQ(bodyOf({"arg 3", "call exit, 1"}),
+              "\tmovq $3, %rdi\n"
+              "\tcall exit@PLT\n");
     EXPECT_EQ(bodyOf({"exit = call exit, 0"}),
-              "\txorl %edi, %edi\n\tcall exit@PLT\n\tmovq %rax, -8(%rbp)\n");
+              "\txorl %edi, %edi\n"
+              "\tcall exit@PLT\n"
+              "\tmovq %rax, -8(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, PrintIsTheRuntimes) {
-    EXPECT_EQ(bodyOf({"print = call print, 0"}), "\tcall krel_print@PLT\n\tmovq %rax, -8(%rbp)\n");
+    EXPECT_EQ(bodyOf({"print = call print, 0"}),
+              "\tcall krel_print@PLT\n"
+              "\tmovq %rax, -8(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, ReturnsClearTheStatusInMainOnly) {
@@ -177,14 +229,20 @@ TEST_F(CodeGeneratorTest, ReturnsClearTheStatusInMainOnly) {
     program.addFunction("main").addBlock(1).addInstruction("return 5", false);
     std::ostringstream out;
     CodeGenerator{table}.generate(program, out);
-    EXPECT_NE(out.str().find(".Lmain_B1:\n\tmovq $5, %rax\n\tjmp .Lmain_return\n"),
+    EXPECT_NE(out.str().find(".Lmain_B1:\n"
+                             "\tmovq $5, %rax\n"
+                             "\tjmp .Lmain_return\n"),
               std::string::npos);
     EXPECT_EQ(bodyOf({"return"}), "\tjmp .Lf_return\n");
 }
 
 TEST_F(CodeGeneratorTest, IntegersAreLoadedAsWritten) {
-    EXPECT_EQ(bodyOf({"arg +7", "call g, 1"}), "\tmovq $+7, %rdi\n\tcall g@PLT\n");
-    EXPECT_EQ(bodyOf({"arg 007", "call g, 1"}), "\tmovq $007, %rdi\n\tcall g@PLT\n");
+    EXPECT_EQ(bodyOf({"arg +7", "call g, 1"}),
+              "\tmovq $+7, %rdi\n"
+              "\tcall g@PLT\n");
+    EXPECT_EQ(bodyOf({"arg 007", "call g, 1"}),
+              "\tmovq $007, %rdi\n"
+              "\tcall g@PLT\n");
 }
 
 TEST_F(CodeGeneratorTest, CharactersAreLoadedByTheirCode) {
@@ -192,7 +250,9 @@ TEST_F(CodeGeneratorTest, CharactersAreLoadedByTheirCode) {
         return bodyOf({(std::string{"arg "} + literal).c_str(), "call Z, 1"});
     };
     const auto load = [](int code) {
-        return "\tmovq $" + std::to_string(code) + ", %rdi\n\tcall Z@PLT\n";
+        return "\tmovq $" + std::to_string(code) +
+               ", %rdi\n"
+               "\tcall Z@PLT\n";
     };
     EXPECT_EQ(codeOf("'A'"), load(65));
     EXPECT_EQ(codeOf(R"('\n')"), load(10));
@@ -209,13 +269,35 @@ TEST_F(CodeGeneratorTest, CharactersAreLoadedByTheirCode) {
 
 TEST_F(CodeGeneratorTest, DoublesAreEmittedAsWritten) {
     EXPECT_EQ(assemblyOf({"arg 1.", "arg .5", "arg -0.25", "arg +1.50", "call g, 4"}),
-              "\t.text\n\n\t.globl f\n\t.type f, @function\nf:\n\tpushq %rbp\n"
-              "\tmovq %rsp, %rbp\n\tsubq $16, %rsp\n.Lf_B1:\n"
-              "\tmovsd .LCD0(%rip), %xmm0\n\tmovsd .LCD1(%rip), %xmm1\n"
-              "\tmovsd .LCD2(%rip), %xmm2\n\tmovsd .LCD3(%rip), %xmm3\n\tcall g@PLT\n"
-              ".Lf_return:\n\tleave\n\tret\n\t.size f, .-f\n\n\t.section .rodata\n"
-              ".LCD0:\n\t.double 1.\n.LCD1:\n\t.double .5\n.LCD2:\n\t.double -0.25\n"
-              ".LCD3:\n\t.double +1.50\n\t.section .note.GNU-stack,\"\",@progbits\n");
+              "\t.text\n"
+              "\n"
+              "\t.globl f\n"
+              "\t.type f, @function\n"
+              "f:\n"
+              "\tpushq %rbp\n"
+              "\tmovq %rsp, %rbp\n"
+              "\tsubq $16, %rsp\n"
+              ".Lf_B1:\n"
+              "\tmovsd .LCD0(%rip), %xmm0\n"
+              "\tmovsd .LCD1(%rip), %xmm1\n"
+              "\tmovsd .LCD2(%rip), %xmm2\n"
+              "\tmovsd .LCD3(%rip), %xmm3\n"
+              "\tcall g@PLT\n"
+              ".Lf_return:\n"
+              "\tleave\n"
+              "\tret\n"
+              "\t.size f, .-f\n"
+              "\n"
+              "\t.section .rodata\n"
+              ".LCD0:\n"
+              "\t.double 1.\n"
+              ".LCD1:\n"
+              "\t.double .5\n"
+              ".LCD2:\n"
+              "\t.double -0.25\n"
+              ".LCD3:\n"
+              "\t.double +1.50\n"
+              "\t.section .note.GNU-stack,\"\",@progbits\n");
 }
 
 TEST_F(CodeGeneratorTest, DoublesOfAnotherSpellingAreNoDoubles) {
@@ -241,23 +323,33 @@ TEST_F(CodeGeneratorTest, ElementsMayHoldBlanks) {
     declareArray(table, "f", "int", "a", 3);
     declareVariable(table, "f", "int", "i");
     const std::string load =
-        "\tmovq -32(%rbp), %r11\n\tleaq -24(%rbp), %r10\n\tmovq (%r10,%r11,8), %rax\n"
+        "\tmovq -32(%rbp), %r11\n"
+        "\tleaq -24(%rbp), %r10\n"
+        "\tmovq (%r10,%r11,8), %rax\n"
         "\tmovq %rax, -40(%rbp)\n";
     EXPECT_EQ(bodyOf({"x = a[i]"}), load);
     EXPECT_EQ(bodyOf({"x = a [ i ]"}), load);
     EXPECT_EQ(bodyOf({"a [ i ] = 1"}),
-              "\tmovq $1, %rax\n\tmovq -32(%rbp), %r11\n\tleaq -24(%rbp), %r10\n"
+              "\tmovq $1, %rax\n"
+              "\tmovq -32(%rbp), %r11\n"
+              "\tleaq -24(%rbp), %r10\n"
               "\tmovq %rax, (%r10,%r11,8)\n");
 }
 
 TEST_F(CodeGeneratorTest, IndexesMayBeAnyIntegerValue) {
     declareArray(table, "f", "int", "a", 1);
     EXPECT_EQ(bodyOf({"x = a[true]"}),
-              "\tmovq $1, %r11\n\tleaq -8(%rbp), %r10\n\tmovq (%r10,%r11,8), %rax\n"
+              "\tmovq $1, %r11\n"
+              "\tleaq -8(%rbp), %r10\n"
+              "\tmovq (%r10,%r11,8), %rax\n"
               "\tmovq %rax, -16(%rbp)\n");
     EXPECT_EQ(bodyOf({"x = a[a[-2]]"}),
-              "\tmovq $-2, %r11\n\tleaq -8(%rbp), %r10\n\tmovq (%r10,%r11,8), %r11\n"
-              "\tleaq -8(%rbp), %r10\n\tmovq (%r10,%r11,8), %rax\n\tmovq %rax, -16(%rbp)\n");
+              "\tmovq $-2, %r11\n"
+              "\tleaq -8(%rbp), %r10\n"
+              "\tmovq (%r10,%r11,8), %r11\n"
+              "\tleaq -8(%rbp), %r10\n"
+              "\tmovq (%r10,%r11,8), %rax\n"
+              "\tmovq %rax, -16(%rbp)\n");
     EXPECT_EQ(errorOf({"x = a[0.5]"}), "unknown IR value: 0.5");
     EXPECT_EQ(errorOf({"x = a[ ]"}), "unknown IR value: ");
 }
@@ -278,13 +370,18 @@ std::string nested(const std::string& core, std::size_t depth) {
 TEST_F(CodeGeneratorTest, IndexesMayBeNestedToAnyDepth) {
     declareArray(table, "f", "int", "a", 1);
     constexpr std::size_t depth = 50'000;
-    const std::string index = "\tmovq $7, %r11\n\tleaq -8(%rbp), %r10\n";
+    const std::string index =
+        "\tmovq $7, %r11\n"
+        "\tleaq -8(%rbp), %r10\n";
     std::string inner = index;
     for (std::size_t level = 1; level < depth; ++level) {
-        inner += "\tmovq (%r10,%r11,8), %r11\n\tleaq -8(%rbp), %r10\n";
+        inner +=
+            "\tmovq (%r10,%r11,8), %r11\n"
+            "\tleaq -8(%rbp), %r10\n";
     }
-    EXPECT_EQ(bodyOf({("x = " + nested("7", depth)).c_str()}),
-              inner + "\tmovq (%r10,%r11,8), %rax\n\tmovq %rax, -16(%rbp)\n");
+    EXPECT_EQ(bodyOf({("x = " + nested("7", depth)).c_str()}), inner +
+                                                                   "\tmovq (%r10,%r11,8), %rax\n"
+                                                                   "\tmovq %rax, -16(%rbp)\n");
     EXPECT_EQ(bodyOf({(nested("7", depth) + " = 1").c_str()}),
               "\tmovq $1, %rax\n" + inner + "\tmovq %rax, (%r10,%r11,8)\n");
     EXPECT_EQ(errorOf({("x = " + nested("b[7]", depth)).c_str()}), "unknown array: b");
@@ -296,9 +393,14 @@ TEST_F(CodeGeneratorTest, InnermostOfNestedElementsIsLoadedFirst) {
     declareArray(table, "f", "int", "b", 1);
     declareArray(table, "f", "int", "c", 1);
     EXPECT_EQ(bodyOf({"x = a[b[c[7]]]"}),
-              "\tmovq $7, %r11\n\tleaq -24(%rbp), %r10\n\tmovq (%r10,%r11,8), %r11\n"
-              "\tleaq -16(%rbp), %r10\n\tmovq (%r10,%r11,8), %r11\n"
-              "\tleaq -8(%rbp), %r10\n\tmovq (%r10,%r11,8), %rax\n\tmovq %rax, -32(%rbp)\n");
+              "\tmovq $7, %r11\n"
+              "\tleaq -24(%rbp), %r10\n"
+              "\tmovq (%r10,%r11,8), %r11\n"
+              "\tleaq -16(%rbp), %r10\n"
+              "\tmovq (%r10,%r11,8), %r11\n"
+              "\tleaq -8(%rbp), %r10\n"
+              "\tmovq (%r10,%r11,8), %rax\n"
+              "\tmovq %rax, -32(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, ArraysOfNoSymbolAreUnknown) {
@@ -334,7 +436,9 @@ TEST_F(CodeGeneratorTest, BlockNamesAndReservedWordsHaveNoSlot) {
 
 TEST_F(CodeGeneratorTest, WordsAfterDigitsCountAsNames) {
     // e10x is a name to the frame, so y is the second one.
-    EXPECT_EQ(bodyOf({"arg 1e10x", "y = 2"}), "\tmovq $2, %rax\n\tmovq %rax, -16(%rbp)\n");
+    EXPECT_EQ(bodyOf({"arg 1e10x", "y = 2"}),
+              "\tmovq $2, %rax\n"
+              "\tmovq %rax, -16(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, UnterminatedLiteralsAreRefusedBeforeAnythingIsWritten) {
@@ -357,9 +461,23 @@ TEST_F(CodeGeneratorTest, LiteralsSplitByAnOperatorAreNotInterned) {
 
 TEST_F(CodeGeneratorTest, EveryStringLiteralOfALineIsInterned) {
     const std::string assembly = assemblyOf({R"(x = "b" + "a")", R"(x = "a" + "")"});
-    EXPECT_NE(assembly.find(".LC0:\n\t.string \"b\"\n.LC1:\n\t.string \"a\"\n"
-                            ".LC2:\n\t.string \"\"\n"),
+    EXPECT_NE(assembly.find(".LC0:\n"
+                            "\t.string \"b\"\n"
+                            ".LC1:\n"
+                            "\t.string \"a\"\n"
+                            ".LC2:\n"
+                            "\t.string \"\"\n"),
               std::string::npos);
+}
+
+TEST_F(CodeGeneratorTest, LiteralsWithEscapesAreFoundByTheirLabels) {
+    EXPECT_EQ(bodyOf({R"(x = "a\"b" + "c\\")", R"(arg "c\\")", "call f, 1"}),
+              "\tleaq .LC0(%rip), %rdi\n"
+              "\tleaq .LC1(%rip), %rsi\n"
+              "\tcall krel_concat@PLT\n"
+              "\tmovq %rax, -16(%rbp)\n"
+              "\tleaq .LC1(%rip), %rdi\n"
+              "\tcall f@PLT\n");
 }
 
 TEST_F(CodeGeneratorTest, EscapesOfLiteralsReachTheDataAsTheyAreWritten) {
@@ -370,42 +488,64 @@ TEST_F(CodeGeneratorTest, EscapesOfLiteralsReachTheDataAsTheyAreWritten) {
 }
 
 TEST_F(CodeGeneratorTest, CharacterConversionsCopy) {
-    EXPECT_EQ(bodyOf({"x = inttochar 300"}), "\tmovq $300, %rdi\n\tmovq %rdi, -8(%rbp)\n");
-    EXPECT_EQ(bodyOf({"x = chartoint 'a'"}), "\tmovq $97, %rdi\n\tmovq %rdi, -16(%rbp)\n");
+    EXPECT_EQ(bodyOf({"x = inttochar 300"}),
+              "\tmovq $300, %rdi\n"
+              "\tmovq %rdi, -8(%rbp)\n");
+    EXPECT_EQ(bodyOf({"x = chartoint 'a'"}),
+              "\tmovq $97, %rdi\n"
+              "\tmovq %rdi, -16(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, TemporaryHasTheTypeOfItsLastWrite) {
     EXPECT_EQ(bodyOf({"x = 0.5", "x = 1.5 < 2.5", "y = x"}),
-              "\tmovsd .LCD0(%rip), %xmm0\n\tmovsd %xmm0, -8(%rbp)\n"
-              "\tmovsd .LCD1(%rip), %xmm0\n\tmovsd .LCD2(%rip), %xmm1\n"
-              "\tucomisd %xmm1, %xmm0\n\tsetb %al\n\tmovzbq %al, %rax\n\tmovq %rax, -8(%rbp)\n"
-              "\tmovq -8(%rbp), %rax\n\tmovq %rax, -16(%rbp)\n");
+              "\tmovsd .LCD0(%rip), %xmm0\n"
+              "\tmovsd %xmm0, -8(%rbp)\n"
+              "\tmovsd .LCD1(%rip), %xmm0\n"
+              "\tmovsd .LCD2(%rip), %xmm1\n"
+              "\tucomisd %xmm1, %xmm0\n"
+              "\tsetb %al\n"
+              "\tmovzbq %al, %rax\n"
+              "\tmovq %rax, -8(%rbp)\n"
+              "\tmovq -8(%rbp), %rax\n"
+              "\tmovq %rax, -16(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, IntegerArithmeticRecordsTheLeftTypeWhereThereIsNone) {
     // x becomes a string by the subtraction, so the sum with it concatenates.
     EXPECT_EQ(bodyOf({R"(x = "a" - 1)", "y = x + 1"}),
-              "\tleaq .LC0(%rip), %rax\n\tmovq $1, %rcx\n\tsubq %rcx, %rax\n"
-              "\tmovq %rax, -8(%rbp)\n\tmovq -8(%rbp), %rdi\n\tmovq $1, %rsi\n"
-              "\tcall krel_concat@PLT\n\tmovq %rax, -16(%rbp)\n");
+              "\tleaq .LC0(%rip), %rax\n"
+              "\tmovq $1, %rcx\n"
+              "\tsubq %rcx, %rax\n"
+              "\tmovq %rax, -8(%rbp)\n"
+              "\tmovq -8(%rbp), %rdi\n"
+              "\tmovq $1, %rsi\n"
+              "\tcall krel_concat@PLT\n"
+              "\tmovq %rax, -16(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, CallOfAFunctionWithASymbolRecordsItsType) {
     declareFunction(table, "double", "g");
     EXPECT_EQ(bodyOf({"x = call g, 0", "y = x"}),
-              "\tcall g@PLT\n\tmovsd %xmm0, -16(%rbp)\n\tmovsd -16(%rbp), %xmm0\n"
+              "\tcall g@PLT\n"
+              "\tmovsd %xmm0, -16(%rbp)\n"
+              "\tmovsd -16(%rbp), %xmm0\n"
               "\tmovsd %xmm0, -24(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, ParametersMayStandAnywhere) {
     EXPECT_EQ(bodyOf({"x = 1", "param  string\ty", "param double z"}),
-              "\tmovq $1, %rax\n\tmovq %rax, -8(%rbp)\n\tmovq %rdi, -16(%rbp)\n"
+              "\tmovq $1, %rax\n"
+              "\tmovq %rax, -8(%rbp)\n"
+              "\tmovq %rdi, -16(%rbp)\n"
               "\tmovsd %xmm0, -24(%rbp)\n");
 }
 
 TEST_F(CodeGeneratorTest, BranchesMayNameAnyBlock) {
     EXPECT_EQ(bodyOf({"if true goto B99", "goto B7"}),
-              "\tmovq $1, %rax\n\ttestq %rax, %rax\n\tjne .Lf_B99\n\tjmp .Lf_B7\n");
+              "\tmovq $1, %rax\n"
+              "\ttestq %rax, %rax\n"
+              "\tjne .Lf_B99\n"
+              "\tjmp .Lf_B7\n");
 }
 
 TEST_F(CodeGeneratorTest, BlockNumbersAreInts) {

@@ -256,4 +256,47 @@ TEST(FunctionReaderTest, AgreesWithTheRecogniserOnAllShortPlainLines) {
     EXPECT_EQ(differences, 0U);
 }
 
+/// All texts of up to so many pieces.
+Texts textsOf(std::size_t size, const Texts& pieces) {
+    Texts texts = {""};
+    for (std::size_t done = 0, piece = 0; piece < size; ++piece) {
+        const std::size_t all = texts.size();
+        for (; done < all; ++done) {
+            for (const std::string& next : pieces) {
+                texts.push_back(texts[done] + next);
+            }
+        }
+    }
+    return texts;
+}
+
+// What a string holds decides whether a line is plain: escapes, operators behind blanks, brackets
+// before equals signs, line breaks.
+TEST(FunctionReaderTest, AgreesWithTheRecogniserOnStrings) {
+    std::size_t differences = 0;
+    for (const std::string& text : textsOf(4, {"a", " ", "+", "]", "=", R"(\")", R"(\\)", "\n"})) {
+        const std::string string = "\"" + text + "\"";
+        compare("x = " + string, differences);
+        compare("a[i] = " + string, differences);
+        compare("x = " + string + " - y", differences);
+        compare("x = y == " + string, differences);
+        compare("x = ! " + string, differences);
+        compare("x = inttostring " + string, differences);
+        compare("arg " + string, differences);
+        compare("return " + string, differences);
+        compare("if " + string + " goto B2", differences);
+    }
+    EXPECT_EQ(differences, 0U);
+}
+
+TEST(FunctionReaderTest, StringsEndAtTheirFirstUnescapedQuote) {
+    const IRFunction function =
+        functionOf({R"(x = "a\"b\\" + "\\\"\n")", R"(arg "] = \" + ")", R"(x = "\")"});
+    FunctionReader reader;
+    reader.read(function);
+    EXPECT_EQ(groupTexts(reader[0]), (Texts{"x", R"("a\"b\\")", "+", R"("\\\"\n")"}));
+    EXPECT_EQ(groupTexts(reader[1]), (Texts{R"("] = \" + ")"}));
+    EXPECT_EQ(groupTexts(reader[2]), (Texts{"x", R"("\")"}));
+}
+
 }  // namespace

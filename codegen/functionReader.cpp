@@ -13,7 +13,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
+#include <tuple>
 
 #include "codegen/irText.hpp"
 #include "shared/ast/textRuns.hpp"
@@ -22,15 +24,10 @@
 
 namespace {
 
-/// The classes that the tokens of a plain line of some form may have.
+/// The classes that the tokens of a plain line of some form may have; none behind its end.
 struct PlainShape {
     IRForm form;
-    std::array<std::uint32_t, 5> tokens;
-
-    constexpr std::size_t size() const {
-        return static_cast<std::size_t>(std::find(tokens.begin(), tokens.end(), 0) -
-                                        tokens.begin());
-    }
+    std::array<std::uint32_t, 6> tokens;
 };
 
 using namespace TokenClass;
@@ -38,23 +35,24 @@ using namespace TokenClass;
 constexpr std::uint32_t anyOperand = value | boolean | integer | real | string | element;
 
 constexpr std::array<PlainShape, irFormCount> plainShapes = {{
-    {IRForm::Return, {leave}},
-    {IRForm::Argument, {arg, anyOperand}},
-    {IRForm::Jump, {jump, blockName}},
-    {IRForm::ReturnValue, {leave, anyOperand}},
-    {IRForm::Copy, {value, assign, anyOperand}},
-    {IRForm::Call, {call, callee, integer}},
-    {IRForm::ElementStore, {element, assign, anyOperand}},
     {IRForm::IntegerParameter, {param, integerType, value}},
     {IRForm::DoubleParameter, {param, doubleType, value}},
+    {IRForm::Argument, {arg, anyOperand}},
+    {IRForm::CallWithResult, {value, assign, call, callee, integer}},
+    {IRForm::Call, {call, callee, integer}},
     {IRForm::Branch, {branch, anyOperand, jump, blockName}},
+    {IRForm::Jump, {jump, blockName}},
+    {IRForm::Return, {leave}},
+    {IRForm::ReturnValue, {leave, anyOperand}},
     {IRForm::Conversion, {value, assign, conversion, anyOperand}},
     {IRForm::IntToDouble, {value, assign, intToDouble, anyOperand}},
     {IRForm::DoubleToString, {value, assign, doubleToString, anyOperand}},
-    {IRForm::UnaryOperation, {value, assign, anyUnary, anyOperand}},
     {IRForm::BinaryOperation, {value, assign, anyOperand, anyBinary, anyOperand}},
-    {IRForm::CallWithResult, {value, assign, call, callee, integer}},
+    {IRForm::UnaryOperation, {value, assign, anyUnary, anyOperand}},
+    {IRForm::ElementStore, {element, assign, anyOperand}},
+    {IRForm::Copy, {value, assign, anyOperand}},
 }};
+static_assert(hasRowForEachForm(plainShapes));
 
 /// The classes of tokens that are no group of any form: they only tell it from others.
 constexpr std::uint32_t marks =
@@ -76,41 +74,27 @@ constexpr bool hasGroupsOfForm(const PlainShape& shape) {
 }
 static_assert(std::all_of(plainShapes.begin(), plainShapes.end(), hasGroupsOfForm));
 
-/// Whether no line has both shapes.
-constexpr bool exclude(const PlainShape& first, const PlainShape& second) {
-    for (std::size_t token = 0; token < first.tokens.size(); ++token) {
-        if ((first.tokens[token] & second.tokens[token]) == 0) {
-            return first.tokens[token] != second.tokens[token];
-        }
-    }
-    return false;
+/// What stands behind a line, as one more class.
+constexpr std::uint32_t lineEnd = 1U << 31;
+
+constexpr std::size_t lowestBit(std::uint32_t set) {
+    return static_cast<std::size_t>(std::countr_zero(set));
 }
-static_assert([] {
-    for (std::size_t second = 0; second < plainShapes.size(); ++second) {
-        for (std::size_t first = 0; first < second; ++first) {
-            if (!exclude(plainShapes[first], plainShapes[second])) {
-                return false;
+
+/// For each place in a line and each class there, the shapes that allow it: bit i stands for row i.
+constexpr auto shapesByToken = [] {
+    std::array<std::array<std::uint32_t, 32>, std::tuple_size_v<decltype(PlainShape::tokens)>>
+        sets{};
+    for (std::size_t row = 0; row < plainShapes.size(); ++row) {
+        for (std::size_t place = 0; place < sets.size(); ++place) {
+            const std::uint32_t token = plainShapes[row].tokens[place];
+            const std::uint32_t allowed = token != 0 ? token : lineEnd;
+            for (std::size_t bit = 0; bit < sets[place].size(); ++bit) {
+                sets[place][bit] |= (allowed >> bit & 1) << row;
             }
         }
     }
-    return true;
-}());
-
-static_assert(std::is_sorted(plainShapes.begin(), plainShapes.end(),
-                             [](const PlainShape& first, const PlainShape& second) {
-                                 return first.size() < second.size();
-                             }));
-
-/// Where the shapes of each number of tokens begin, which is how many have fewer; the next entry is
-/// where they end.
-constexpr auto shapesBySize = [] {
-    std::array<std::size_t, std::tuple_size_v<decltype(PlainShape::tokens)> + 2> begins{};
-    for (const PlainShape& shape : plainShapes) {
-        for (std::size_t more = shape.size() + 1; more < begins.size(); ++more) {
-            ++begins[more];
-        }
-    }
-    return begins;
+    return sets;
 }();
 
 template <typename Predicate>
@@ -157,13 +141,19 @@ public:
     /// The form of the line. `None` when it is not plain; the groups and words up to there have
     /// been added.
     IRForm read() {
-        while (at != end && count < classes.size()) {
-            classes[count] = takeToken();
-            if (classes[count++] == 0) {
+        std::uint32_t possible = ~0U;
+        for (std::size_t place = 0; at != end; ++place) {
+            const std::uint32_t tokenClass = takeToken();
+            if (tokenClass == 0) {
+                return IRForm::None;
+            }
+            possible &= shapesByToken[place][lowestBit(tokenClass)];
+            if (possible == 0) {
                 return IRForm::None;
             }
             if (at == end) {
-                return formOfTokens();
+                possible &= shapesByToken[place + 1][lowestBit(lineEnd)];
+                return possible != 0 ? plainShapes[lowestBit(possible)].form : IRForm::None;
             }
             if (*at++ != ' ') {
                 return IRForm::None;
@@ -173,20 +163,6 @@ public:
     }
 
 private:
-    IRForm formOfTokens() const {
-        for (std::size_t row = shapesBySize[count]; row < shapesBySize[count + 1]; ++row) {
-            const PlainShape& shape = plainShapes[row];
-            std::size_t token = 0;
-            while (token < count && (classes[token] & shape.tokens[token]) != 0) {
-                ++token;
-            }
-            if (token == count) {
-                return shape.form;
-            }
-        }
-        return IRForm::None;
-    }
-
     /// Moves to the end of a token and gives its class; 0 when it is none of plain lines.
     std::uint32_t takeToken() {
         if (beginsName(*at)) {
@@ -286,8 +262,6 @@ private:
     std::vector<Operand>& groups;
     const char* at;
     const char* const end;
-    std::array<std::uint32_t, 5> classes{};  // of the tokens
-    std::size_t count = 0;                   // of tokens
 };
 
 }  // namespace

@@ -288,16 +288,12 @@ bool matchConversion(const ScannedLine& line, Groups& groups) {
     return conversionOf(line, TokenClass::conversion, groups[1], groups[2]);
 }
 
-bool matchIntToDouble(const ScannedLine& line, Groups& groups) {
+/// The same for a class of one word, which is no group.
+template <std::uint32_t wordClass>
+bool matchConversionBy(const ScannedLine& line, Groups& groups) {
     groups[0] = line.target;
     std::string_view word;
-    return conversionOf(line, TokenClass::intToDouble, word, groups[1]);
-}
-
-bool matchDoubleToString(const ScannedLine& line, Groups& groups) {
-    groups[0] = line.target;
-    std::string_view word;
-    return conversionOf(line, TokenClass::doubleToString, word, groups[1]);
+    return conversionOf(line, wordClass, word, groups[1]);
 }
 
 /// The operator of a binary operation whose last character stands at `last`, with a blank on both
@@ -403,9 +399,10 @@ constexpr std::array<FormRow, irFormCount> formRows = {{
     {IRForm::Conversion,
      R"(^([A-Za-z_]\w*)\s*=\s*(inttostring|chartostring|booltostring|inttochar|chartoint)\s+(.+)$)",
      matchConversion},
-    {IRForm::IntToDouble, R"(^([A-Za-z_]\w*)\s*=\s*inttodouble\s+(.+)$)", matchIntToDouble},
+    {IRForm::IntToDouble, R"(^([A-Za-z_]\w*)\s*=\s*inttodouble\s+(.+)$)",
+     matchConversionBy<TokenClass::intToDouble>},
     {IRForm::DoubleToString, R"(^([A-Za-z_]\w*)\s*=\s*doubletostring\s+(.+)$)",
-     matchDoubleToString},
+     matchConversionBy<TokenClass::doubleToString>},
     {IRForm::BinaryOperation,
      R"(^([A-Za-z_]\w*)\s*=\s*(.+)\s+(\|\||&&|==|!=|<=|>=|<|>|\+|-|\*|/)\s+(.+)$)",
      matchBinaryOperation},
@@ -418,15 +415,8 @@ static_assert(hasRowForEachForm(formRows));
 
 }  // namespace
 
-const std::array<IRFormPattern, irFormCount>& irFormPatterns() {
-    static const auto patterns = [] {
-        std::array<IRFormPattern, irFormCount> result{};
-        std::transform(formRows.begin(), formRows.end(), result.begin(), [](const FormRow& row) {
-            return IRFormPattern{row.form, row.pattern};
-        });
-        return result;
-    }();
-    return patterns;
+const char* irPatternOf(IRForm form) {
+    return formRows[static_cast<std::size_t>(form)].pattern;
 }
 
 IRLine recognise(std::string_view text) {

@@ -43,25 +43,24 @@ struct IRFormGroups {
 
 /// The groups of every form, in the order of the forms.
 inline constexpr std::array<IRFormGroups, irFormCount> irFormGroups = [] {
-    constexpr IRGroup operand = IRGroup::Operand;
-    constexpr IRGroup text = IRGroup::Text;
+    using enum IRGroup;
     return std::array<IRFormGroups, irFormCount>{{
-        {IRForm::IntegerParameter, {text, operand}},
-        {IRForm::DoubleParameter, {operand}},
-        {IRForm::Argument, {operand}},
-        {IRForm::CallWithResult, {operand, text, text}},
-        {IRForm::Call, {text, text}},
-        {IRForm::Branch, {operand, text}},
-        {IRForm::Jump, {text}},
+        {IRForm::IntegerParameter, {Text, Operand}},
+        {IRForm::DoubleParameter, {Operand}},
+        {IRForm::Argument, {Operand}},
+        {IRForm::CallWithResult, {Operand, Text, Text}},
+        {IRForm::Call, {Text, Text}},
+        {IRForm::Branch, {Operand, Text}},
+        {IRForm::Jump, {Text}},
         {IRForm::Return, {}},
-        {IRForm::ReturnValue, {operand}},
-        {IRForm::Conversion, {operand, text, operand}},
-        {IRForm::IntToDouble, {operand, operand}},
-        {IRForm::DoubleToString, {operand, operand}},
-        {IRForm::BinaryOperation, {operand, operand, text, operand}},
-        {IRForm::UnaryOperation, {operand, text, operand}},
-        {IRForm::ElementStore, {operand, operand}},
-        {IRForm::Copy, {operand, operand}},
+        {IRForm::ReturnValue, {Operand}},
+        {IRForm::Conversion, {Operand, Text, Operand}},
+        {IRForm::IntToDouble, {Operand, Operand}},
+        {IRForm::DoubleToString, {Operand, Operand}},
+        {IRForm::BinaryOperation, {Operand, Operand, Text, Operand}},
+        {IRForm::UnaryOperation, {Operand, Text, Operand}},
+        {IRForm::ElementStore, {Operand, Operand}},
+        {IRForm::Copy, {Operand, Operand}},
     }};
 }();
 
@@ -94,16 +93,10 @@ struct IRLine {
     std::array<std::string_view, maxGroupCount> groups;
 };
 
-/// A form and the ECMAScript pattern that defines it, for a match of the whole line.
-struct IRFormPattern {
-    IRForm form;
-    const char* pattern;
-};
+/// The ECMAScript pattern that defines a form, for a match of the whole line. The order of the
+/// forms is part of the language: they are tried in it, and the first that matches decides.
+const char* irPatternOf(IRForm form);
 
-/// All forms in the order in which they are tried. The order is part of the language: the first
-/// form that matches decides.
-const std::array<IRFormPattern, irFormCount>& irFormPatterns();
-
-/// Finds the form of a trimmed line: gives exactly what the patterns would, tried in their order,
-/// in time linear in the line. `None` when no pattern matches.
+/// Finds the form of a trimmed line: gives exactly what the patterns would, in time linear in the
+/// line. `None` when no pattern matches.
 IRLine recognise(std::string_view line);

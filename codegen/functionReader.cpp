@@ -18,7 +18,6 @@
 #include <tuple>
 
 #include "codegen/irText.hpp"
-#include "shared/ast/textRuns.hpp"
 #include "shared/krelir-cfg/ir-function.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
 
@@ -105,26 +104,22 @@ const char* skip(const char* at, const char* end, Predicate isSkipped) {
     return at;
 }
 
-/// Whether a pattern could take a part of a string for something else: for an operator with blanks
-/// on both sides, for the end of an element in front of an equals sign, or for a line break, which
-/// few groups can hold.
+/// Whether an operator of two operands with blanks on both sides begins at `at`.
+bool holdsOperator(const char* at, const char* end) {
+    const char* const operatorEnd = skip(at, end, isOperatorCharacter);
+    return operatorEnd != at && isSpace(*operatorEnd) &&
+           (operatorClass({at, operatorEnd}) & anyBinary) != 0;
+}
+
+/// Whether a pattern could take a part of a string for something else: for the end of an element in
+/// front of an equals sign, for an operator, or for a line break, which few groups can hold.
 bool looksLikeMore(std::string_view string) {
-    const auto isSuspicious = [](char character) { return isSpace(character) || character == ']'; };
+    const auto isHarmless = [](char character) { return !isSpace(character) && character != ']'; };
     const char* const end = string.data() + string.size() - 1;  // at the closing quote
-    for (std::size_t place = plainRun(string, 0, isSuspicious).size(); place < string.size();
-         place += 1 + plainRun(string, place + 1, isSuspicious).size()) {
-        const char* const at = string.data() + place;
-        if (*at == ']') {
-            if (*skip(at + 1, end, isSpace) == '=') {
-                return true;
-            }
-            continue;
-        }
-        const char* const operatorEnd = skip(at + 1, end, isOperatorCharacter);
-        const std::string_view op{at + 1, operatorEnd};
-        const bool isOperation =
-            isSpace(*operatorEnd) && !op.empty() && (operatorClass(op) & anyBinary) != 0;
-        if (isOperation || *at == '\n' || *at == '\r') {
+    for (const char* at = string.data(); (at = skip(at, end, isHarmless)) != end; ++at) {
+        const bool isElementEnd = *at == ']' && *skip(at + 1, end, isSpace) == '=';
+        const bool isLineBreak = *at == '\n' || *at == '\r';
+        if (isElementEnd || isLineBreak || (*at != ']' && holdsOperator(at + 1, end))) {
             return true;
         }
     }

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -48,11 +47,11 @@ private:
     std::uint32_t numberAndKind;  // and no memory has room for 28 bits of words
 };
 
-/// A line that has been read, with the groups of its form in order; one of no form has its whole
-/// text as the only group.
+/// A line that has been read, with as many groups as its form has, in order; one of no form has its
+/// whole text as the only group.
 struct Instruction {
     IRForm form;
-    std::span<const Operand> groups;
+    const Operand* groups;
 };
 
 /// Reads the lines of a function, each of them once: finds the words in them, the form of every
@@ -66,10 +65,7 @@ public:
     /// The instruction of a line; lines count from 0 through all blocks. Valid until the next
     /// function is read.
     Instruction operator[](std::size_t line) const {
-        const std::size_t first = lines[line].firstGroup;
-        const bool isLast = line + 1 == lines.size();
-        const std::size_t end = isLast ? groups.size() : lines[line + 1].firstGroup;
-        return {lines[line].form, {groups.data() + first, end - first}};
+        return {lines[line].form, groups.data() + lines[line].firstGroup};
     }
 
     /// The words of the function and what is known of their values.

@@ -121,9 +121,9 @@ CodeGenerator::Emit CodeGenerator::emitterOf(IRForm form) {
 void CodeGenerator::emitInstruction(const Instruction& instruction, FunctionContext& context) {
     if (instruction.form == IRForm::None) {
         throw std::runtime_error("unsupported IR instruction: " +
-                                 std::string{instruction.groups.front().text()});
+                                 std::string{instruction.groups->text()});
     }
-    emitterOf(instruction.form)(*this, instruction.groups.data(), context);
+    emitterOf(instruction.form)(*this, instruction.groups, context);
 }
 
 void CodeGenerator::emitIntegerParameter(const Operand& type, const Operand& target,

@@ -29,8 +29,9 @@ IRFunction functionOf(const Texts& lines) {
 
 Texts groupTexts(const Instruction& instruction) {
     Texts texts;
-    for (const Operand& group : instruction.groups) {
-        texts.emplace_back(group.text());
+    const std::size_t count = instruction.form == IRForm::None ? 1 : groupCountOf(instruction.form);
+    for (std::size_t group = 0; group < count; ++group) {
+        texts.emplace_back(instruction.groups[group].text());
     }
     return texts;
 }

@@ -1,9 +1,11 @@
 #include "driver/compilerDriver.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -139,47 +141,76 @@ int generate(const Options& options, const std::string& compiler, const fs::path
     return 0;
 }
 
-}  // namespace
-
-bool parseOptions(int argc, char** argv, Options& options) {
-    const std::pair<std::string_view, bool Options::*> flags[] = {
+/// The option that a word of the command line sets; null when it sets none.
+bool Options::*flagOf(std::string_view word) {
+    constexpr std::pair<std::string_view, bool Options::*> flags[] = {
         {"--ast-dump", &Options::dumpParserAst},
         {"--ast-semantic-dump", &Options::dumpSemanticAst},
         {"--ir-dump", &Options::dumpIr},
         {"--asm-dump", &Options::dumpAssembly},
     };
-    bool hasSource = false;
-    bool hasOutput = false;
-    for (int index = 1; index < argc; ++index) {
-        const std::string_view argument = argv[index];
-        bool isFlag = false;
-        for (const auto& [name, flag] : flags) {
-            if (argument == name) {
-                options.*flag = true;
-                isFlag = true;
-            }
+    const auto entry = std::find_if(std::begin(flags), std::end(flags),
+                                    [word](const auto& flag) { return flag.first == word; });
+    return entry == std::end(flags) ? nullptr : entry->second;
+}
+
+/// The words of the command line, read one by one.
+class CommandLine {
+public:
+    CommandLine(char** first, char** last) : next(first), end(last) {}
+
+    bool atEnd() const { return next >= end; }
+    bool hasSource() const { return sourceIsKnown; }
+    bool hasOutput() const { return outputIsKnown; }
+
+    /// Takes the next word, and what belongs to it, into the options. False for a usage error.
+    bool readInto(Options& options) {
+        const std::string_view word = *next++;
+        if (const auto flag = flagOf(word); flag != nullptr) {
+            options.*flag = true;
+            return true;
         }
-        if (isFlag) {
-            continue;
+        return word == "-o" ? readOutput(options) : readSource(word, options);
+    }
+
+private:
+    bool readOutput(Options& options) {
+        if (outputIsKnown || atEnd()) {
+            return false;
         }
-        if (argument == "-o") {
-            if (hasOutput || index + 1 == argc) {
-                return false;
-            }
-            options.output = argv[++index];
-            hasOutput = true;
-        } else {
-            if (argument.starts_with('-') || hasSource) {
-                return false;
-            }
-            options.source = argument;
-            hasSource = true;
+        options.output = *next++;
+        outputIsKnown = true;
+        return true;
+    }
+
+    bool readSource(std::string_view word, Options& options) {
+        if (word.starts_with('-') || sourceIsKnown) {
+            return false;
+        }
+        options.source = word;
+        sourceIsKnown = true;
+        return true;
+    }
+
+    char** next;
+    char** end;
+    bool sourceIsKnown = false;
+    bool outputIsKnown = false;
+};
+
+}  // namespace
+
+bool parseOptions(int argc, char** argv, Options& options) {
+    CommandLine line{argv + 1, argv + argc};
+    while (!line.atEnd()) {
+        if (!line.readInto(options)) {
+            return false;
         }
     }
-    if (!hasSource || options.source.extension() != ".krl") {
+    if (!line.hasSource() || options.source.extension() != ".krl") {
         return false;
     }
-    if (!hasOutput) {
+    if (!line.hasOutput()) {
         options.output = fs::path{options.source}.replace_extension();
     }
     return !options.output.empty();

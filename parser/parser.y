@@ -45,6 +45,7 @@ int krel_lex(KREL_STYPE* value, TokenLocation* location, void* scanner);
 
 #include "parser/parseContext.hpp"
 #include "shared/ast/node.hpp"
+#include "shared/ast/textRuns.hpp"
 #include "shared/error/error.hpp"
 
 /* A phrase reaches from its first symbol to its last one. An empty one stands where the token before
@@ -487,9 +488,17 @@ static std::string decodeQuotedLiteral(const char* text) {
     }
     std::string decoded;
     decoded.reserve(raw.size());
-    for (std::size_t at = 0; at < raw.size(); ++at) {
-        const bool isEscape = raw[at] == '\\' && at + 1 < raw.size();
-        decoded += isEscape ? decodeEscape(raw[++at]) : raw[at];
+    for (std::size_t at = 0; at < raw.size();) {
+        const std::string_view plain =
+            plainRun(raw, at, [](char character) { return character == '\\'; });
+        decoded += plain;
+        at += plain.size();
+        if (at + 1 < raw.size()) {
+            decoded += decodeEscape(raw[at + 1]);
+        } else if (at < raw.size()) {
+            decoded += raw[at];  // a backslash with nothing behind it
+        }
+        at += 2;
     }
     return decoded;
 }

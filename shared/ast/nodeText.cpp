@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "shared/ast/node.hpp"
+#include "shared/ast/textRuns.hpp"
 #include "shared/error/error.hpp"
 
 namespace {
@@ -183,15 +184,14 @@ private:
 
     void quoted(std::string_view raw) {
         put("\"");
-        std::size_t copied = 0;
         for (std::size_t at = 0; at < raw.size(); ++at) {
-            if (hasJsonEscape(raw[at])) {
-                put(raw.substr(copied, at - copied));
+            const std::string_view plain = plainRun(raw, at, hasJsonEscape);
+            put(plain);
+            at += plain.size();
+            if (at < raw.size()) {
                 put(jsonEscape(raw[at]));
-                copied = at + 1;
             }
         }
-        put(raw.substr(copied));
         put("\"");
     }
 

@@ -1,6 +1,7 @@
 #include "shared/ast/treeMemory.hpp"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <memory>
 #include <string>
@@ -79,6 +80,29 @@ TEST(TreeMemoryTest, ValuesOfOneDoNotDisturbThoseOfOthers) {
         EXPECT_EQ(second->getDoubleValue(), 3.5 + round);
     }
     EXPECT_EQ(outside->getDoubleValue(), 1.5);
+}
+
+/// The sanitizer's allocator keeps no such figure: 0 then.
+std::size_t bytesInUse() {
+    const struct mallinfo2 figures = mallinfo2();
+    return figures.uordblks + figures.hblkhd;
+}
+
+TEST(TreeMemoryTest, ValuesAreGivenBack) {
+    constexpr int count = 10'000;
+    const auto makeAndForget = [] {
+        TreeMemory memory;
+        const TreeMemory::Use use{memory};
+        for (int number = 0; number < count; ++number) {
+            new Node("DecimalLiteral", 0.5, 1);
+        }
+    };
+    makeAndForget();
+    const std::size_t before = bytesInUse();
+    for (int round = 0; round < 50; ++round) {
+        makeAndForget();
+    }
+    EXPECT_LT(bytesInUse(), before + 10 * count * sizeof(double));
 }
 
 TEST(NameScopeTest, NamesEndWithTheirScope) {

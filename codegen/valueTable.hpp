@@ -26,7 +26,7 @@
 /// spelled like a name, as callees are (kept).
 struct NamedValue {
     std::string_view name;
-    ShortText address;  // of its slot, as an operand: "-24(%rbp)"
+    ShortText address;  // of its slot, in assembly: "-24(%rbp)"
     int length = 0;     // elements of an array, by its symbol
     bool isArray = false;
     Name declaredType;  // of its symbol; empty without one

@@ -154,7 +154,7 @@ void KrelIR::visitCompoundAssignment(Node* node) {
     emit(target, " = ", result);
 }
 
-// As statements the four kinds lower alike, with one temporary.
+/// As statements the four kinds lower alike, with one temporary.
 void KrelIR::visitUpdate(Node* node) {
     const Operand target = lvalue(childOf(node, 0));
     const Operand result = newTemporary();
@@ -166,7 +166,7 @@ void KrelIR::visitCall(Node* node) {
     call(node);
 }
 
-// One print makes one call, of all its arguments joined from left to right.
+/// One print makes one call, of all its arguments joined from left to right.
 void KrelIR::visitPrintStatement(Node* node) {
     const std::size_t first = operands.size();
     if (node->hasChildren()) {
@@ -183,12 +183,12 @@ void KrelIR::visitPrintStatement(Node* node) {
     emit(Keyword::Call, " ", Callee::Print, ", 1");
 }
 
-// The argument is not evaluated (kept): every exit ends the program with status 0.
+/// The argument is not evaluated (kept): every exit ends the program with status 0.
 void KrelIR::visitExitStatement(Node* /*node*/) {
     emit(Keyword::Call, " ", Callee::Exit, ", 0");
 }
 
-// A variable or element is copied first: what is returned is never a place.
+/// A variable or element is copied first: what is returned is never a place.
 void KrelIR::visitReturnStatement(Node* node) {
     if (!node->hasChildren()) {
         emit(Keyword::Return);
@@ -247,8 +247,8 @@ void KrelIR::visitForStatement(Node* node) {
     emitLabel(exit);
 }
 
-// Blocks are numbered join first, then test and body of each arm, then the else block; they are
-// laid out arms first, then the else block, and last the join.
+/// Blocks are numbered join first, then test and body of each arm, then the else block; they are
+/// laid out arms first, then the else block, and last the join.
 void KrelIR::visitIfStatement(Node* node) {
     const NodeList& children = node->getChildren();
     std::vector<Arm> arms = {{childOf(node, 0), childOf(node, 1), 0, 0}};

@@ -135,11 +135,11 @@ private:
     static std::string_view updateOperator(std::string_view kind);
 
     IRProgram program;
-    // What statements need of texts beside those of the tree; all of them end with the statement.
+    /// What statements need of texts beside those of the tree; all of them end with the statement.
     std::array<char, 1024> firstTexts;
     std::pmr::monotonic_buffer_resource texts{firstTexts.data(), firstTexts.size()};
-    // Both point into `program` and are set anew at every function and block that is added, which
-    // may move the ones before it. Null outside a function, and before its first block.
+    /// Both point into `program` and are set anew at every function and block that is added, which
+    /// may move the ones before it. Null outside a function, and before its first block.
     IRFunction* currentFunction = nullptr;
     IRBasicBlock* currentBlock = nullptr;
     bool separateNextInstruction = false;

@@ -80,8 +80,8 @@ KrelIR::Expression KrelIR::expressionOf(Name kind) {
     return expressions.find(kind);
 }
 
-// Operators associate to the left, so a chain of a million of them is a million levels deep on its
-// left side. That side is walked down and up again here; only right operands recurse.
+/// Operators associate to the left, so a chain of a million of them is a million levels deep on its
+/// left side. That side is walked down and up again here; only right operands recurse.
 KrelIR::Operand KrelIR::expression(Node* node) {
     const std::size_t bottom = operations.size();
     while (isOperation(*node)) {
@@ -152,8 +152,8 @@ KrelIR::Operand KrelIR::unresolvedCast(Node* /*node*/) {
     internalError("CastExpression should have been resolved during semantic analysis.");
 }
 
-// All arguments are computed before the first is passed. A call that the analyser did not type has
-// a result, even if the function has none.
+/// All arguments are computed before the first is passed. A call that the analyser did not type has
+/// a result, even if the function has none.
 KrelIR::Operand KrelIR::call(Node* node) {
     const NodeList& children = node->getChildren();
     if (children.empty()) {
@@ -185,7 +185,7 @@ void KrelIR::pushOperands(Node* expressions) {
     }
 }
 
-// The index is lowered before the array's name.
+/// The index is lowered before the array's name.
 KrelIR::Operand KrelIR::lvalue(Node* node) {
     if (node->kindName() == NodeKind::Identifier) {
         return node->getStringValue();
@@ -198,8 +198,8 @@ KrelIR::Operand KrelIR::lvalue(Node* node) {
     return keep(array, "[", index, "]");
 }
 
-// A variable or element is never copied straight into another: the copy passes through a temporary,
-// which is taken before those of the source's index.
+/// A variable or element is never copied straight into another: the copy passes through a
+/// temporary, which is taken before those of the source's index.
 void KrelIR::assign(Operand target, Node* value) {
     if (isLiteral(value)) {
         emit(target, " = ", literal(value));
@@ -215,7 +215,7 @@ void KrelIR::assign(Operand target, Node* value) {
     }
 }
 
-// In the last case the result's temporary is taken before the operand is lowered (kept).
+/// In the last case the result's temporary is taken before the operand is lowered (kept).
 KrelIR::Operand KrelIR::negatedCondition(Node* node) {
     while (node->kindName() == NodeKind::ParenthesizedExpression) {
         node = childOf(node, 0);

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Nothing but the permission is tested (kept): a directory that may be searched passes.
+/// Nothing but the permission is tested (kept): a directory that may be searched passes.
 bool isExecutable(const fs::path& path) {
     return access(path.c_str(), X_OK) == 0;
 }

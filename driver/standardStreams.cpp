@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <initializer_list>
 
-// A new descriptor has the lowest number that is free; one that only names a place in the file
-// system cannot be read or written.
+/// A new descriptor has the lowest number that is free; one that only names a place in the file
+/// system cannot be read or written.
 void CompilerDriver::occupyClosedStandardStreams() {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF) {

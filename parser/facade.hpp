@@ -1,3 +1,5 @@
+// Parsing for a process that compiles one program: its input and what comes of it, under one name
+// each. All of it belongs to ParseContext::ofTheProcess().
 #pragma once
 
 #include <cstdio>
@@ -6,9 +8,6 @@
 class Node;
 class Symbol;
 class SymbolTable;
-
-/// Parsing for a process that compiles one program: its input and what comes of it, under one name
-/// each. All of it is that of ParseContext::ofTheProcess().
 
 /// The source: set to an open file before yyparse is called; the file stays the caller's. Standard
 /// input when it is null.

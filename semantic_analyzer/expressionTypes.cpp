@@ -95,8 +95,8 @@ SemanticAnalyzer::Infer SemanticAnalyzer::inferrerOf(Name kind) {
     return inferrers.find(kind);
 }
 
-// Operators associate to the left, so a chain of a million of them is a million levels deep on its
-// left side. That side is walked down and up again here; only right operands recurse.
+/// Operators associate to the left, so a chain of a million of them is a million levels deep on its
+/// left side. That side is walked down and up again here; only right operands recurse.
 Name SemanticAnalyzer::inferExpressionType(Node* node) {
     const std::size_t bottom = operations.size();
     while (node != nullptr && isOperation(*node)) {
@@ -142,7 +142,7 @@ Name SemanticAnalyzer::inferIdentifierType(Node* node) {
     return setExpressionType(node, symbol->typeName());
 }
 
-// The index is not examined (kept): it may have any type, and gets none.
+/// The index is not examined (kept): it may have any type, and gets none.
 Name SemanticAnalyzer::inferArrayAccessType(Node* node) {
     if (!node->hasChildren() || node->getChildren()[0]->kindName() != NodeKind::Identifier) {
         internalError("Array access has no array identifier.");

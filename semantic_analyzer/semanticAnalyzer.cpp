@@ -47,8 +47,8 @@ SemanticAnalyzer::Visit SemanticAnalyzer::visitorOf(Name kind) {
     return visitors.find(kind);
 }
 
-// Kinds without a visitor are not checked; their children are, in order. The nodes still to visit
-// wait in a list, last first: an unchecked expression may be a million levels deep.
+/// Kinds without a visitor are not checked; their children are, in order. The nodes still to visit
+/// wait in a list, last first: an unchecked expression may be a million levels deep.
 void SemanticAnalyzer::visit(Node* node) {
     if (node == nullptr) {
         return;
@@ -127,7 +127,7 @@ void SemanticAnalyzer::visitDeclarator(Node* node, Name declaredType) {
     }
 }
 
-// Neither the number nor the types of the elements of an initialiser list are checked (kept).
+/// Neither the number nor the types of the elements of an initialiser list are checked (kept).
 void SemanticAnalyzer::visitArrayDeclarator(Node* node) {
     if (!node->hasChildren()) {
         internalError("ArrayDeclarator node has no children.");
@@ -194,7 +194,7 @@ void SemanticAnalyzer::visitReturnStatement(Node* node) {
     }
 }
 
-// A faulty call has the empty type and draws this message as well (kept).
+/// A faulty call has the empty type and draws this message as well (kept).
 void SemanticAnalyzer::visitCallStatement(Node* node) {
     if (inferCallStatementType(node) != TypeName::Void) {
         Error::semantic("Function call used as a statement must have void return type.",

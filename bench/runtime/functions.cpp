@@ -24,7 +24,7 @@ constexpr std::size_t roomForNumber = 32;
 
 // ---- Numbers to text ----
 
-// Doubles with random digits, between 0 and a million.
+/// Doubles with random digits, between 0 and a million.
 std::vector<double> makeDoubles() {
     std::mt19937_64 random(1);
     std::uniform_real_distribution<double> moderate(0, 1e6);
@@ -35,7 +35,7 @@ std::vector<double> makeDoubles() {
     return values;
 }
 
-// Integers of every number of bits equally often.
+/// Integers of every number of bits equally often.
 std::vector<std::int64_t> makeIntegers() {
     std::mt19937_64 random(1);
     std::vector<std::int64_t> values(valueCount);

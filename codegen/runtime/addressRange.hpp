@@ -6,13 +6,13 @@
 
 namespace krel {
 
-// A part of the reservation of which the beginning may be used. It is never given back.
+/// A part of the reservation of which the beginning may be used. It is never given back.
 class AddressRange {
 public:
     constexpr AddressRange() = default;
 
-    // Takes over `length` reserved bytes from `from` on, a page boundary. Memory is asked for in
-    // pieces of `pieceSize`, a multiple of the page size.
+    /// Takes over `length` reserved bytes from `from` on, a page boundary. Memory is asked for in
+    /// pieces of `pieceSize`, a multiple of the page size.
     AddressRange(std::uintptr_t from, std::size_t length, std::size_t pieceSize)
         : first(from), reserved(length), piece(pieceSize) {}
 
@@ -20,8 +20,8 @@ public:
     std::size_t size() const { return reserved; }
     bool contains(std::uintptr_t address) const { return address - first < reserved; }
 
-    // Makes at least the first `length` bytes usable. Returns false, and changes nothing, when
-    // they are more than the range has or than the system gives.
+    /// Makes at least the first `length` bytes usable. Returns false, and changes nothing, when
+    /// they are more than the range has or than the system gives.
     [[nodiscard]] bool makeUsable(std::size_t length) { return length <= usable || extend(length); }
 
 private:
@@ -33,17 +33,17 @@ private:
     std::size_t piece = 0;
 };
 
-// Reserves `length` bytes of address space; returns 0 when the system refuses.
+/// Reserves `length` bytes of address space; returns 0 when the system refuses.
 std::uintptr_t reserveAddresses(std::size_t length);
 
-// Gives reserved addresses back.
+/// Gives reserved addresses back.
 void releaseAddresses(std::uintptr_t from, std::size_t length);
 
-// Gives the memory behind usable addresses back; they stay usable, with any content.
+/// Gives the memory behind usable addresses back; they stay usable, with any content.
 void releaseMemory(std::uintptr_t from, std::size_t length);
 
-// How much address space should be left to others, the growing stack above all: 0 when the process
-// is not limited in address space.
+/// How much address space should be left to others, the growing stack above all: 0 when the process
+/// is not limited in address space.
 std::size_t addressesForOthers();
 
 }  // namespace krel

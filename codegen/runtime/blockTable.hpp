@@ -34,7 +34,7 @@ struct Block {
     std::uint32_t resident;   // of a free region: only so many blocks have memory behind them
 };
 
-// One bit for each cell of a block: it is alive.
+/// One bit for each cell of a block: it is alive.
 inline constexpr unsigned markWordBits = 64;
 struct BlockMarks {
     std::uint64_t words[blockSize / smallestCell / markWordBits];
@@ -42,27 +42,27 @@ struct BlockMarks {
 
 class BlockTable {
 public:
-    // Reserves addresses for as many blocks as the system allows, up to `limit`. Returns false
-    // when it does not allow enough to be of use; then there are none.
+    /// Reserves addresses for as many blocks as the system allows, up to `limit`. Returns false
+    /// when it does not allow enough to be of use; then there are none.
     bool open(std::size_t limit);
 
-    // The memory of so many blocks behind the last region can be read as well.
+    /// The memory of so many blocks behind the last region can be read as well.
     static constexpr std::size_t margin = 2;
 
-    // Whether a string, or the margin, could lie there.
+    /// Whether a string, or the margin, could lie there.
     bool contains(std::uintptr_t address) const { return heap.contains(address); }
 
-    // The address of a block's first byte.
+    /// The address of a block's first byte.
     std::uintptr_t addressOf(std::size_t number) const { return heap.begin() + number * blockSize; }
 
-    // The number of the block that holds the address; not less than end() for any address that
-    // lies outside the regions.
+    /// The number of the block that holds the address; not less than end() for any address that
+    /// lies outside the regions.
     std::size_t numberAt(std::uintptr_t address) const {
         return (address - heap.begin()) / blockSize;
     }
 
-    // Goes from a block below end() to the head of its region. Returns false for a free block, and
-    // may then go anywhere.
+    /// Goes from a block below end() to the head of its region. Returns false for a free block, and
+    /// may then go anywhere.
     bool findHead(std::size_t& number) {
         const Block* block = entries() + number;
         if (block->use == BlockUse::inner) [[unlikely]] {
@@ -74,23 +74,23 @@ public:
         return block->use != BlockUse::free;
     }
 
-    // Describes a region where the block is the head of one.
+    /// Describes a region where the block is the head of one.
     Block& operator[](std::size_t number) { return entries()[number]; }
 
-    // The marks of a block that is in use for cells.
+    /// The marks of a block that is in use for cells.
     BlockMarks& marksOf(std::size_t number) {
         return reinterpret_cast<BlockMarks*>(marks.begin())[number];
     }
 
-    // The number of the block after the last region.
+    /// The number of the block after the last region.
     BlockNumber end() const { return blockCount; }
 
-    // Takes `span` blocks for a use: from the first free region with room, beginning where the last
-    // search of this kind ended, or else behind the last region. Returns noBlock when neither the
-    // addresses nor the memory suffice.
+    /// Takes `span` blocks for a use: from the first free region with room, beginning where the
+    /// last search of this kind ended, or else behind the last region. Returns noBlock when neither
+    /// the addresses nor the memory suffice.
     BlockNumber take(std::uint32_t span, BlockUse use);
 
-    // Lets the next searches begin at the first block again.
+    /// Lets the next searches begin at the first block again.
     void restartSearch() { cursorForOne = cursorForMany = 0; }
 
 private:
@@ -103,7 +103,7 @@ private:
     AddressRange table;
     AddressRange marks;
     BlockNumber blockCount = 0;
-    // Both stand on heads of regions, or at the end.
+    /// Both stand on heads of regions, or at the end.
     BlockNumber cursorForOne = 0;
     BlockNumber cursorForMany = 0;
 };

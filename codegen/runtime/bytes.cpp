@@ -49,8 +49,8 @@ void copyLongText(char* to, const char* from, std::size_t length) {
     }
 }
 
-// Copies four parts at a time, aligned where they are written; the first part and the last four
-// overlap with them.
+/// Copies four parts at a time, aligned where they are written; the first part and the last four
+/// overlap with them.
 [[gnu::target("avx")]] void copyByWideRegisters(char* to, const char* from, std::size_t length) {
     constexpr std::size_t width = sizeof(WidePart);
     constexpr std::size_t step = 4 * width;
@@ -71,7 +71,7 @@ void copyLongText(char* to, const char* from, std::size_t length) {
     }
 }
 
-// The processor copies many bytes fast if what it writes is aligned to cache lines.
+/// The processor copies many bytes fast if what it writes is aligned to cache lines.
 void copyByStringInstruction(char* to, const char* from, std::size_t length) {
     constexpr std::size_t cacheLine = 64;
     copyChunks(to, from, cacheLine - 1);

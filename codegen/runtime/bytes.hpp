@@ -23,19 +23,19 @@ inline void storeChunk(char* to, __m128i chunk) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), chunk);
 }
 
-// One bit for each byte of the chunk that equals `byte`.
+/// One bit for each byte of the chunk that equals `byte`.
 inline unsigned findInChunk(__m128i chunk, char byte) {
     return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, _mm_set1_epi8(byte))));
 }
 
-// Whether a chunk may be read from the first byte of a text: it does not reach into the next page,
-// which may not be there.
+/// Whether a chunk may be read from the first byte of a text: it does not reach into the next page,
+/// which may not be there.
 inline bool chunkStaysInPage(const char* text) {
     return reinterpret_cast<std::uintptr_t>(text) % pageSize <= pageSize - chunkSize;
 }
 
-// Copies a text of `length` bytes in chunks. Up to 15 bytes beyond its NUL are read, and written
-// with anything.
+/// Copies a text of `length` bytes in chunks. Up to 15 bytes beyond its NUL are read, and written
+/// with anything.
 KREL_READS_FREELY inline void copyChunks(char* to, const char* from, std::size_t length) {
     std::size_t done = 0;
     do {
@@ -46,17 +46,17 @@ KREL_READS_FREELY inline void copyChunks(char* to, const char* from, std::size_t
 
 inline constexpr std::size_t longTextLength = 256;
 
-// Copies exactly `length` bytes, at least longTextLength, between places that do not overlap: the
-// first way if the processor has it and the text is not too large for its caches, or else the
-// second.
+/// Copies exactly `length` bytes, at least longTextLength, between places that do not overlap: the
+/// first way if the processor has it and the text is not too large for its caches, or else the
+/// second.
 void copyLongText(char* to, const char* from, std::size_t length);
 void copyByWideRegisters(char* to, const char* from, std::size_t length);
 void copyByStringInstruction(char* to, const char* from, std::size_t length);
 
-// Whether the processor has AVX and the system keeps its registers.
+/// Whether the processor has AVX and the system keeps its registers.
 bool hasWideRegisters();
 
-// Copies a text of any length; reads and writes beyond it like copyChunks.
+/// Copies a text of any length; reads and writes beyond it like copyChunks.
 inline void copyText(char* to, const char* from, std::size_t length) {
     if (length < longTextLength) {
         copyChunks(to, from, length);

@@ -7,13 +7,13 @@ namespace krel {
 
 __extension__ typedef unsigned __int128 Wide;
 
-// floor(log2(10^exponent)), for exponents of magnitude up to 1233.
+/// floor(log2(10^exponent)), for exponents of magnitude up to 1233.
 constexpr int floorLog2OfPowerOfTen(int exponent) {
     return (exponent * 1741647) >> 19;
 }
 
-// A power 10^k scaled by a power of two so that its highest bit is bit 127, rounded up:
-// ceil(10^k * 2^(127 - floor(log2(10^k)))).
+/// A power 10^k scaled by a power of two so that its highest bit is bit 127, rounded up:
+/// ceil(10^k * 2^(127 - floor(log2(10^k)))).
 struct ScaledPower {
     std::uint64_t high;
     std::uint64_t low;
@@ -32,9 +32,9 @@ private:
     ScaledPower powers[greatest - least + 1] = {};
 };
 
-// A positive number's leading 256 bits; the highest bit of word 3 is set. Digits that do not fit
-// are cut off, so after n steps the value is too small by less than n units of the last place: far
-// below the 128 bits that are kept in the table.
+/// A positive number's leading 256 bits; the highest bit of word 3 is set. Digits that do not fit
+/// are cut off, so after n steps the value is too small by less than n units of the last place: far
+/// below the 128 bits that are kept in the table.
 class LeadingBits {
 public:
     constexpr void multiplyByTen() {

@@ -21,13 +21,13 @@ constexpr unsigned exponentMask = 0x7FF;
 constexpr std::uint64_t infinity = static_cast<std::uint64_t>(exponentMask) << fractionBits;
 constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
 
-// floor(log10(2^exponent)), or of 3/4 of it for a double whose lower neighbour is closer.
+/// floor(log10(2^exponent)), or of 3/4 of it for a double whose lower neighbour is closer.
 constexpr int floorLog10(int exponent, bool lowerNeighbourIsCloser) {
     return (exponent * 1262611 - (lowerNeighbourIsCloser ? 524031 : 0)) >> 22;
 }
 
-// The product of power and factor without its lowest 128 bits; the last bit is set as well where
-// the product is not exact, so that it still compares rightly with multiples of two.
+/// The product of power and factor without its lowest 128 bits; the last bit is set as well where
+/// the product is not exact, so that it still compares rightly with multiples of two.
 std::uint64_t multiplyRoundingToOdd(const ScaledPower& power, std::uint64_t factor) {
     const Wide low = static_cast<Wide>(power.low) * factor;
     const Wide sum = static_cast<Wide>(power.high) * factor + static_cast<std::uint64_t>(low >> 64);
@@ -35,7 +35,7 @@ std::uint64_t multiplyRoundingToOdd(const ScaledPower& power, std::uint64_t fact
     return static_cast<std::uint64_t>(sum >> 64) | (fraction > 1 ? 1 : 0);
 }
 
-// A decimal with seventeen digits, the first of which is not zero: 0.ddd... * 10^point.
+/// A decimal with seventeen digits, the first of which is not zero: 0.ddd... * 10^point.
 struct AlignedDecimal {
     std::uint64_t first;
     EightDigits upper;
@@ -67,7 +67,7 @@ constexpr std::uint64_t powersOfTen[] = {
     100'000'000'000'000'000,
 };
 
-// The number of decimal digits of a positive value below 10^17.
+/// The number of decimal digits of a positive value below 10^17.
 int countDigits(std::uint64_t value) {
     const int bits = 64 - __builtin_clzll(value);
     const int guess = bits * 1233 >> 12;  // at most one too few: 1233/4096 is nearly log10(2)
@@ -94,7 +94,7 @@ AlignedDecimal align(const Decimal& decimal) {
     return {first, upper | asciiZeros, lower | asciiZeros, length, count + decimal.exponent};
 }
 
-// The digits with a point before digit number `position`, 0 to 7; the last digit falls off.
+/// The digits with a point before digit number `position`, 0 to 7; the last digit falls off.
 EightDigits insertPoint(EightDigits digits, int position) {
     const int shift = 8 * position;
     const EightDigits after = digits >> shift << shift;
@@ -116,7 +116,7 @@ char* writeExponent(char* to, int exponent) {
     return to;
 }
 
-// One digit, the point and the others.
+/// One digit, the point and the others.
 char* writeScientific(char* to, const AlignedDecimal& decimal) {
     to[0] = static_cast<char>('0' + decimal.first);
     to[1] = '.';
@@ -126,7 +126,7 @@ char* writeScientific(char* to, const AlignedDecimal& decimal) {
     return writeExponent(to + length, decimal.point - 1);
 }
 
-// "0.", up to three zeros and the digits.
+/// "0.", up to three zeros and the digits.
 char* writeFraction(char* to, const AlignedDecimal& decimal) {
     storeDigits(to, insertPoint(asciiZeros, 1));
     to += 2 - decimal.point;
@@ -136,8 +136,8 @@ char* writeFraction(char* to, const AlignedDecimal& decimal) {
     return to + decimal.length;
 }
 
-// One to sixteen digits, and a point and further digits if there are any. The digits are written
-// as if the point were behind the first one; then those before it are written once more, with it.
+/// One to sixteen digits, and a point and further digits if there are any. The digits are written
+/// as if the point were behind the first one; then those before it are written once more, with it.
 char* writeFixed(char* to, const AlignedDecimal& decimal) {
     to[0] = static_cast<char>('0' + decimal.first);
     storeDigits(to + 2, decimal.upper);

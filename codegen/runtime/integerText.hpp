@@ -6,22 +6,22 @@
 
 namespace krel {
 
-// The longest decimal text of a 64-bit integer: a sign and nineteen digits, or twenty digits.
+/// The longest decimal text of a 64-bit integer: a sign and nineteen digits, or twenty digits.
 inline constexpr std::size_t longestIntegerText = 20;
 
-// Eight decimal digits, one in each byte, the first one in the lowest byte: what is stored to
-// memory is in the order of reading.
+/// Eight decimal digits, one in each byte, the first one in the lowest byte: what is stored to
+/// memory is in the order of reading.
 using EightDigits = std::uint64_t;
 
 inline constexpr std::uint64_t tenTo8 = 100'000'000;
 inline constexpr std::uint64_t tenTo16 = tenTo8 * tenTo8;
 inline constexpr EightDigits asciiZeros = 0x3030303030303030;
 
-// The digits of a value below 10^8 as numbers 0 to 9, with leading zeros. Three times every part is
-// cut into halves, all at once: the quotients of a division by 10000, 100 or 10 are found by a
-// multiplication, and the upper halves' places are taken by them, the lower ones' by the
-// remainders. With q = n / 100, that is q + (n - 100 * q) * 2^16, or n * 2^16 - q * (100 * 2^16 -
-// 1).
+/// The digits of a value below 10^8 as numbers 0 to 9, with leading zeros. Three times every part
+/// is cut into halves, all at once: the quotients of a division by 10000, 100 or 10 are found by a
+/// multiplication, and the upper halves' places are taken by them, the lower ones' by the
+/// remainders. With q = n / 100, that is q + (n - 100 * q) * 2^16, or n * 2^16 - q * (100 * 2^16 -
+/// 1).
 constexpr EightDigits splitDigits(std::uint64_t value) {
     const std::uint64_t tenThousands = value * 3518437209 >> 45;
     const std::uint64_t fours = (value << 32) - tenThousands * ((std::uint64_t{10'000} << 32) - 1);
@@ -38,7 +38,7 @@ inline void storeDigits(char* to, EightDigits ascii) {
     reinterpret_cast<Unaligned*>(to)->value = ascii;
 }
 
-// The digits of an integer: up to eight leading ones, and full groups of eight.
+/// The digits of an integer: up to eight leading ones, and full groups of eight.
 class DecimalInteger {
 public:
     constexpr explicit DecimalInteger(std::uint64_t value) {
@@ -53,10 +53,10 @@ public:
         leadingZeros = static_cast<unsigned>(__builtin_ctzll(leading | onlyLastDigit)) / 8;
     }
 
-    // The number of digits; 1 for zero.
+    /// The number of digits; 1 for zero.
     constexpr unsigned length() const { return 8 - leadingZeros + 8 * groupCount; }
 
-    // Writes the digits, and up to 7 bytes beyond them with anything. Returns the byte after them.
+    /// Writes the digits, and up to 7 bytes beyond them with anything. Returns the byte after them.
     char* write(char* to) const {
         storeDigits(to, (leading | asciiZeros) >> 8 * leadingZeros);
         to += 8 - leadingZeros;
@@ -81,7 +81,7 @@ private:
     unsigned groupCount = 0;
 };
 
-// The absolute value; that of the least integer fits an unsigned one.
+/// The absolute value; that of the least integer fits an unsigned one.
 constexpr std::uint64_t magnitudeOf(std::int64_t value) {
     const auto bits = static_cast<std::uint64_t>(value);
     return value < 0 ? 0 - bits : bits;

@@ -23,10 +23,10 @@ const char* doubleToTextThoroughly(double value);
 struct QuickWay {
     static constexpr bool isQuick = true;
 
-    // The length of a text of the runtime; too large for this way if it is the end of another one.
+    /// The length of a text of the runtime; too large for this way if it is the end of another one.
     static std::size_t lengthFrom(const char* text) { return StringHeap::lengthOf(text); }
 
-    // Sets `text` to room for so many bytes; returns false when there is none.
+    /// Sets `text` to room for so many bytes; returns false when there is none.
     static bool getRoom(std::size_t length, const char*, const char*, char*& text) {
         return stringHeap.allocateShort(length, text);
     }
@@ -52,10 +52,10 @@ struct ThoroughWay {
     static void copy(char* to, const char* from, std::size_t length) { copyText(to, from, length); }
 };
 
-// A line feed, with room for copyChunks to read a whole chunk.
+/// A line feed, with room for copyChunks to read a whole chunk.
 constexpr char lineFeed[chunkSize] = {'\n'};
 
-// An operand of a concatenation.
+/// An operand of a concatenation.
 template <typename Way>
 class Operand {
 public:
@@ -72,13 +72,13 @@ public:
         }
     }
 
-    // Takes at most so many bytes when it is written.
+    /// Takes at most so many bytes when it is written.
     std::size_t spaceNeeded() const { return space; }
 
-    // Whether the way may go on with it.
+    /// Whether the way may go on with it.
     bool isFit() const { return !Way::isQuick || space <= SizeClasses::smallLimit; }
 
-    // Writes what the text stands for and returns the byte after it.
+    /// Writes what the text stands for and returns the byte after it.
     char* write(char* to) const {
         if (!isPlain) {
             return decode(text, to);
@@ -93,8 +93,8 @@ private:
     bool isPlain = true;
 };
 
-// The texts of all single characters, each with its NUL. None of them could be taken for an escape,
-// so they need not be made anew.
+/// The texts of all single characters, each with its NUL. None of them could be taken for an
+/// escape, so they need not be made anew.
 struct CharacterTexts {
     char text[256][2] = {};
 

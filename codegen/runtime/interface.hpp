@@ -15,21 +15,21 @@
 
 extern "C" {
 
-// Writes the text, and nothing else, to standard output.
+/// Writes the text, and nothing else, to standard output.
 void krel_print(const char* text);
 
-// Returns a new text: what `left` stands for followed by what `right` stands for.
+/// Returns a new text: what `left` stands for followed by what `right` stands for.
 const char* krel_concat(const char* left, const char* right);
 
-// Returns the integer in decimal.
+/// Returns the integer in decimal.
 const char* krel_inttostring(std::int64_t value);
 
-// Returns the character with the code in the low eight bits; the empty text for code 0.
+/// Returns the character with the code in the low eight bits; the empty text for code 0.
 const char* krel_chartostring(std::uint64_t value);
 
-// Returns "false" for 0 and "true" for everything else.
+/// Returns "false" for 0 and "true" for everything else.
 const char* krel_booltostring(std::uint64_t value);
 
-// Returns the shortest decimal text that reads back as the value (see doubleText.hpp).
+/// Returns the shortest decimal text that reads back as the value (see doubleText.hpp).
 const char* krel_doubletostring(double value);
 }

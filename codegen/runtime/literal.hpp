@@ -9,8 +9,8 @@
 
 namespace krel {
 
-// For each byte after a backslash the character that the two stand for; NUL where they are no
-// escape.
+/// For each byte after a backslash the character that the two stand for; NUL where they are no
+/// escape.
 struct EscapedCharacters {
     char characters[256] = {};
 
@@ -34,15 +34,15 @@ private:
 
 inline constexpr EscapedCharacters escapedCharacters;
 
-// Decodes one character: a byte, or an escape.
+/// Decodes one character: a byte, or an escape.
 inline void decodeCharacter(const char*& from, char*& to) {
     const char escaped = *from == '\\' ? escapedCharacters[from[1]] : '\0';
     *to++ = escaped != '\0' ? escaped : *from;
     from += escaped != '\0' ? 2 : 1;
 }
 
-// Decodes a part of the literal, at most a chunk, and moves both pointers behind what was read and
-// written. Returns false at the literal's end. Up to 15 bytes beyond are written with anything.
+/// Decodes a part of the literal, at most a chunk, and moves both pointers behind what was read and
+/// written. Returns false at the literal's end. Up to 15 bytes beyond are written with anything.
 KREL_READS_FREELY inline bool decodePart(const char*& from, char*& to) {
     if (!chunkStaysInPage(from)) [[unlikely]] {
         if (*from == '\0') {
@@ -69,12 +69,12 @@ KREL_READS_FREELY inline bool decodePart(const char*& from, char*& to) {
 
 struct LiteralExtent {
     std::size_t length;  // in bytes, as it stands
-    // Only set where the literal stands for itself and may be copied in chunks: no byte beyond it
-    // that is read then lies in another page.
+    /// Only set where the literal stands for itself and may be copied in chunks: no byte beyond it
+    /// that is read then lies in another page.
     bool isPlain;
 };
 
-// Reads whole aligned chunks, none of which crosses into another page.
+/// Reads whole aligned chunks, none of which crosses into another page.
 KREL_READS_FREELY inline LiteralExtent measureLiteral(const char* literal) {
     const auto misalignment = reinterpret_cast<std::uintptr_t>(literal) % chunkSize;
     const char* chunk = literal - misalignment;
@@ -91,13 +91,13 @@ KREL_READS_FREELY inline LiteralExtent measureLiteral(const char* literal) {
     return {static_cast<std::size_t>(end - literal), backslashes == 0 && chunkStaysInPage(end)};
 }
 
-// Whether the literal is a line feed and nothing else, the most frequent one by far.
+/// Whether the literal is a line feed and nothing else, the most frequent one by far.
 inline bool isLineFeed(const char* literal) {
     return literal[0] == '\\' && literal[1] == 'n' && literal[2] == '\0';
 }
 
-// Writes the text that a literal stands for, without a NUL, and returns the byte after it. It is
-// never longer than the literal. Up to 15 bytes beyond its NUL are written with anything.
+/// Writes the text that a literal stands for, without a NUL, and returns the byte after it. It is
+/// never longer than the literal. Up to 15 bytes beyond its NUL are written with anything.
 inline char* decode(const char* literal, char* to) {
     while (decodePart(literal, to)) {
     }

@@ -16,18 +16,19 @@ public:
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    // Writes to the descriptor from now on, which stays the caller's; at once if it is a terminal.
-    // To be called before anything else.
+    /// Writes to the descriptor from now on, which stays the caller's; at once if it is a terminal.
+    /// To be called before anything else.
     void open(int target);
 
-    // Prints `length` bytes as they are. Up to 16 bytes after them are read.
+    /// Prints `length` bytes as they are. Up to 16 bytes after them are read.
     void print(const char* text, std::size_t length) {
         if (!printToBuffer(text, length)) [[unlikely]] {
             printSlowly(text, length);
         }
     }
 
-    // The same where the buffer has room for so many bytes; or else does nothing and returns false.
+    /// The same where the buffer has room for so many bytes; or else does nothing and returns
+    /// false.
     [[nodiscard]] bool printToBuffer(const char* text, std::size_t length) {
         if (length > static_cast<std::size_t>(limit - next)) [[unlikely]] {
             return false;
@@ -37,17 +38,17 @@ public:
         return true;
     }
 
-    // Prints the text that a literal stands for.
+    /// Prints the text that a literal stands for.
     void printLiteral(const char* literal);
 
-    // Writes what is held back. The first failure is reported on standard error; from then on
-    // everything is dropped, so that what was written is a beginning of the output without gaps.
+    /// Writes what is held back. The first failure is reported on standard error; from then on
+    /// everything is dropped, so that what was written is a beginning of the output without gaps.
     void flush();
 
-    // Whether a flush is under way: a signal that interrupts it cannot tell how far it has come.
+    /// Whether a flush is under way: a signal that interrupts it cannot tell how far it has come.
     bool isFlushing() const { return flushing; }
 
-    // Whether a write failed, now or earlier.
+    /// Whether a write failed, now or earlier.
     bool hasFailed() const { return failed; }
 
 private:
@@ -55,12 +56,13 @@ private:
     std::size_t writeSome(const char* bytes, std::size_t length);
     void fail(long error);
 
-    // All zero at the beginning: the object file then holds no copy of the buffer. Where nothing
-    // is held back the limit is the buffer's beginning, so that every print is a slow one.
+    /// All zero at the beginning: the object file then holds no copy of the buffer. Where nothing
+    /// is held back the limit is the buffer's beginning, so that every print is a slow one.
     char* next = nullptr;
     char* limit = nullptr;
-    // The beginning of the buffer, but while it is being written the first byte that still has to
-    // be: where the stack overflows in the middle of a flush, the trap's handler goes on from here.
+    /// The beginning of the buffer, but while it is being written the first byte that still has to
+    /// be: where the stack overflows in the middle of a flush, the trap's handler goes on from
+    /// here.
     char* unwritten = nullptr;
     int descriptor = 0;
     bool failed = false;
@@ -68,7 +70,7 @@ private:
     char buffer[capacity + chunkSize] = {};
 };
 
-// The program's standard output.
+/// The program's standard output.
 extern Output standardOutput;
 
 }  // namespace krel

@@ -3,8 +3,8 @@
 
 namespace krel {
 
-// Writes "krel: runtime error: ", the two texts and a line feed to standard error, in one piece.
-// A failure to write it is not noticed.
+/// Writes "krel: runtime error: ", the two texts and a line feed to standard error, in one piece.
+/// A failure to write it is not noticed.
 void reportRuntimeError(const char* what, const char* detail = "");
 
 }  // namespace krel

@@ -16,8 +16,9 @@ inline constexpr std::size_t blockSize = std::size_t{1} << 16;
 inline constexpr std::size_t lengthFieldSize = sizeof(std::size_t);
 inline constexpr std::size_t cellSpace = blockSize - chunkSize;
 
-// Every multiple of eight at first, then at most a quarter more than the size before; from 1 KB on
-// the sizes divide a block evenly, so that the last two, a third and a half of it, are further off.
+/// Every multiple of eight at first, then at most a quarter more than the size before; from 1 KB on
+/// the sizes divide a block evenly, so that the last two, a third and a half of it, are further
+/// off.
 inline constexpr std::uint32_t cellSizes[] = {
     16,   24,   32,   40,   48,   56,   64,   72,   80,   88,   96,    104,   112,   120,   128,
     160,  192,  224,  256,  320,  384,  448,  512,  640,  768,  896,   1024,  1168,  1360,  1632,
@@ -29,11 +30,11 @@ inline constexpr std::size_t smallestCell = cellSizes[0];
 struct SizeClass {
     std::uint32_t cellSize;
     std::uint32_t cellCount;
-    // offset * reciprocal >> 32 is offset / cellSize for every offset in a block.
+    /// offset * reciprocal >> 32 is offset / cellSize for every offset in a block.
     std::uint32_t reciprocal;
 };
 
-// Fills a table whose entry i is for i * step bytes.
+/// Fills a table whose entry i is for i * step bytes.
 template <std::size_t Count>
 consteval void listServingClasses(std::uint8_t (&table)[Count], std::size_t step) {
     std::uint8_t serving = 0;
@@ -45,11 +46,11 @@ consteval void listServingClasses(std::uint8_t (&table)[Count], std::size_t step
     }
 }
 
-// Which class serves how many bytes: computed for the smallest sizes, and for the others looked up
-// in a table with fine steps and one with coarse steps.
+/// Which class serves how many bytes: computed for the smallest sizes, and for the others looked up
+/// in a table with fine steps and one with coarse steps.
 class SizeClasses {
 public:
-    // Up to this size there is a class for every multiple of eight.
+    /// Up to this size there is a class for every multiple of eight.
     static constexpr std::size_t smallLimit = 128;
 
     consteval SizeClasses() {
@@ -64,14 +65,14 @@ public:
 
     constexpr const SizeClass& operator[](unsigned sizeClass) const { return classes[sizeClass]; }
 
-    // The class of the smallest cell of at least `bytes` bytes; smallestCell < bytes + 8, and
-    // bytes <= smallLimit.
+    /// The class of the smallest cell of at least `bytes` bytes; smallestCell < bytes + 8, and
+    /// bytes <= smallLimit.
     static constexpr std::size_t ofSmall(std::size_t bytes) {
         return (bytes + fineStep - 1) / fineStep - smallestCell / fineStep;
     }
 
-    // The same for all sizes up to the largest cell's. Not always the smallest cell: within a
-    // coarse step all sizes are served alike.
+    /// The same for all sizes up to the largest cell's. Not always the smallest cell: within a
+    /// coarse step all sizes are served alike.
     constexpr unsigned of(std::size_t bytes) const {
         if (bytes <= fineLimit) {
             return fine[(bytes + fineStep - 1) / fineStep];

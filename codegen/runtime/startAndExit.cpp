@@ -12,7 +12,7 @@ namespace krel {
 
 namespace {
 
-// The arguments lie above every frame of the main stack, just where the kernel put them.
+/// The arguments lie above every frame of the main stack, just where the kernel put them.
 void start(int, char** arguments, char**) {
     constexpr int standardOutputDescriptor = 1;
     standardOutput.open(standardOutputDescriptor);

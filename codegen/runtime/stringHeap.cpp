@@ -4,13 +4,13 @@ namespace krel {
 
 namespace {
 
-// Where the text of a string with blocks of its own begins in the first one: on a cache line.
+/// Where the text of a string with blocks of its own begins in the first one: on a cache line.
 constexpr std::size_t singleTextOffset = 64;
 
 constexpr std::size_t longestText = StringHeap::mostBlocks * blockSize / 2;
 static_assert(longestText >> 56 == 0, "the byte before a text is 0");
 
-// The callee-saved registers, written to memory where the scan of the stack sees them.
+/// The callee-saved registers, written to memory where the scan of the stack sees them.
 struct SavedRegisters {
     std::uintptr_t values[6];
 
@@ -37,7 +37,7 @@ bool isMarked(const BlockMarks& marks, std::uint32_t cell) {
     return (marks.words[cell / markWordBits] >> cell % markWordBits & 1) != 0;
 }
 
-// The first cell from `cell` on, but before `count`, that is marked or is not; `count` if none is.
+/// The first cell from `cell` on, but before `count`, that is marked or is not; `count` if none is.
 std::uint32_t findCell(const BlockMarks& marks, std::uint32_t cell, std::uint32_t count,
                        bool marked) {
     while (cell < count) {
@@ -70,8 +70,8 @@ void StringHeap::open(std::uintptr_t endOfStack, std::size_t blockLimit) {
 
 // ---- Addresses ----
 
-// Finds the place of the string that an address points into: at the text, its NUL or the unused
-// rest behind it. Returns false when it points elsewhere. Whether there is a string is not said.
+/// Finds the place of the string that an address points into: at the text, its NUL or the unused
+/// rest behind it. Returns false when it points elsewhere. Whether there is a string is not said.
 [[gnu::always_inline]] inline bool StringHeap::findPlace(std::uintptr_t address, Place& place) {
     std::size_t head = blocks.numberAt(address);
     if (head >= blocks.end() || !blocks.findHead(head)) {
@@ -153,7 +153,7 @@ void StringHeap::endRun(unsigned sizeClass) {
     supply.runBegin = run.end = run.next;
 }
 
-// Goes on to the next free cells of the block in use, or of the blocks on the list.
+/// Goes on to the next free cells of the block in use, or of the blocks on the list.
 bool StringHeap::findRun(unsigned sizeClass) {
     Supply& supply = supplies[sizeClass];
     while (!findRunInBlock(sizeClass)) {
@@ -237,8 +237,8 @@ bool StringHeap::isCollectionDue() const {
     return handedOut >= budget;
 }
 
-// Everything that the program holds lies above this frame, or in a register that its callers
-// expect to be preserved.
+/// Everything that the program holds lies above this frame, or in a register that its callers
+/// expect to be preserved.
 [[gnu::noinline]] void StringHeap::collectFromStack() {
     if (stackEnd == 0) {
         return;
@@ -290,7 +290,7 @@ void StringHeap::clearMarks(BlockNumber number) {
     }
 }
 
-// Marks the string that the address points into, if there is one.
+/// Marks the string that the address points into, if there is one.
 void StringHeap::mark(std::uintptr_t word) {
     Place place;
     if (!findPlace(word, place)) {
@@ -327,8 +327,8 @@ bool StringHeap::isAlive(BlockNumber number) {
     return false;
 }
 
-// Frees the regions without a live string, joins free neighbours, and lists for each size class the
-// blocks that may have free cells.
+/// Frees the regions without a live string, joins free neighbours, and lists for each size class
+/// the blocks that may have free cells.
 StringHeap::Census StringHeap::sweep() {
     Census census = {};
     BlockNumber freeBefore = noBlock;
@@ -378,8 +378,8 @@ void StringHeap::addPartial(BlockNumber number) {
     activeClasses |= std::uint64_t{1} << block.sizeClass;
 }
 
-// Gives the memory of free blocks back to the system, as far as there are more of them than will
-// soon be used again: as many as are in use now, and some more.
+/// Gives the memory of free blocks back to the system, as far as there are more of them than will
+/// soon be used again: as many as are in use now, and some more.
 void StringHeap::releaseExcess(const Census& census) {
     std::size_t kept = census.usedBlocks + (bytesBeforeFirstCollection + budget) / blockSize;
     if (census.residentFreeBlocks <= kept) {

@@ -24,29 +24,29 @@ namespace krel {
 
 class StringHeap {
 public:
-    // At least so much is handed out between two collections: little enough that the memory that is
-    // used over and over stays in the processor's second cache.
+    /// At least so much is handed out between two collections: little enough that the memory that
+    /// is used over and over stays in the processor's second cache.
     static constexpr std::size_t smallestBudget = std::size_t{1} << 17;
 
-    // Nothing is collected before this many bytes have been handed out.
+    /// Nothing is collected before this many bytes have been handed out.
     static constexpr std::size_t bytesBeforeFirstCollection = std::size_t{4} << 20;
 
-    // The greatest number of blocks, 16 TB: enough for any machine, a small part of the addresses.
+    /// The greatest number of blocks, 16 TB: enough for any machine, a small part of the addresses.
     static constexpr std::size_t mostBlocks = std::size_t{1} << 28;
 
     constexpr StringHeap() = default;
     StringHeap(const StringHeap&) = delete;
     StringHeap& operator=(const StringHeap&) = delete;
 
-    // Reserves addresses for up to `blockLimit` blocks; where that fails, so does every
-    // allocation. `endOfStack` is the address above the frames that hold strings, on the stack of
-    // the later calls; when it is 0, nothing is collected but by calls of collect.
+    /// Reserves addresses for up to `blockLimit` blocks; where that fails, so does every
+    /// allocation. `endOfStack` is the address above the frames that hold strings, on the stack of
+    /// the later calls; when it is 0, nothing is collected but by calls of collect.
     void open(std::uintptr_t endOfStack, std::size_t blockLimit = mostBlocks);
 
-    // Returns room for a text of up to `length` bytes, or nullptr when memory is exhausted. It is
-    // no string before setEnd; up to 15 bytes beyond the room for the NUL may be written with
-    // anything. Every string into which no address on the stack points may be taken back before,
-    // except those of `left` and `right`, which may also be addresses of anything else.
+    /// Returns room for a text of up to `length` bytes, or nullptr when memory is exhausted. It is
+    /// no string before setEnd; up to 15 bytes beyond the room for the NUL may be written with
+    /// anything. Every string into which no address on the stack points may be taken back before,
+    /// except those of `left` and `right`, which may also be addresses of anything else.
     [[nodiscard]] char* allocate(std::size_t length, const char* left = nullptr,
                                  const char* right = nullptr) {
         const std::size_t bytes = lengthFieldSize + length + 1;
@@ -60,8 +60,8 @@ public:
         return allocateSlowly(length, left, right);
     }
 
-    // Sets `text` to the same kind of room if the text is short and a free cell is at hand, or else
-    // returns false. Nothing is ever taken back for it.
+    /// Sets `text` to the same kind of room if the text is short and a free cell is at hand, or
+    /// else returns false. Nothing is ever taken back for it.
     [[nodiscard]] bool allocateShort(std::size_t length, char*& text) {
         const std::size_t bytes = lengthFieldSize + length + 1;
         if (bytes > SizeClasses::smallLimit) [[unlikely]] {
@@ -71,15 +71,15 @@ public:
         return takeCell(runs[sizeClass], smallestCell + sizeClass * 8, text);
     }
 
-    // Whether the text is one that this heap handed out, or the end of one. The first bytes of the
-    // heap are no text, and what is before them cannot be read.
+    /// Whether the text is one that this heap handed out, or the end of one. The first bytes of the
+    /// heap are no text, and what is before them cannot be read.
     bool owns(const char* text) const {
         return blocks.contains(reinterpret_cast<std::uintptr_t>(text) - lengthFieldSize);
     }
 
-    // The length of the string of this heap that begins at `text`. At a later byte of a string's
-    // text, and at its NUL, the result is 2^56 or more: the byte before is one of the text then,
-    // and none of those is 0, as the highest byte of a length is.
+    /// The length of the string of this heap that begins at `text`. At a later byte of a string's
+    /// text, and at its NUL, the result is 2^56 or more: the byte before is one of the text then,
+    /// and none of those is 0, as the highest byte of a length is.
     static std::size_t lengthOf(const char* text) {
         struct [[gnu::packed, gnu::may_alias]] Unaligned {
             std::size_t value;
@@ -87,12 +87,12 @@ public:
         return reinterpret_cast<const Unaligned*>(text - lengthFieldSize)->value;
     }
 
-    // Fewer bytes than that, and 15 more, can be read from every address in a block.
+    /// Fewer bytes than that, and 15 more, can be read from every address in a block.
     static constexpr std::size_t readableLength = (BlockTable::margin - 1) * blockSize + 1;
 
-    // The length of the text from an address of this heap on, which need not be where the string
-    // begins. For an address that lies in no string the result is any: so many bytes can be read,
-    // and up to 15 beyond them.
+    /// The length of the text from an address of this heap on, which need not be where the string
+    /// begins. For an address that lies in no string the result is any: so many bytes can be read,
+    /// and up to 15 beyond them.
     std::size_t lengthFrom(const char* text) {
         const std::size_t length = lengthOf(text);
         if (length < readableLength) [[likely]] {
@@ -101,48 +101,48 @@ public:
         return measure(text);
     }
 
-    // Makes what was written to the room at `text` a string that ends before `end`.
+    /// Makes what was written to the room at `text` a string that ends before `end`.
     static const char* setEnd(char* text, char* end) {
         reinterpret_cast<std::size_t*>(text)[-1] = static_cast<std::size_t>(end - text);
         *end = '\0';
         return text;
     }
 
-    // Takes back every string into which none of the words from `first` up to `last` points.
+    /// Takes back every string into which none of the words from `first` up to `last` points.
     void collect(const std::uintptr_t* first, const std::uintptr_t* last);
 
-    // How many collections there have been.
+    /// How many collections there have been.
     std::size_t collections() const { return collectionCount; }
 
-    // How many bytes of memory the strings alive and free cells between them take, at most.
+    /// How many bytes of memory the strings alive and free cells between them take, at most.
     std::size_t footprint() const { return std::size_t{blocks.end()} * blockSize; }
 
 private:
-    // Free cells in a row, from which a size class is served. A chunk may be written beyond the
-    // last one's end: what follows is no live cell.
+    /// Free cells in a row, from which a size class is served. A chunk may be written beyond the
+    /// last one's end: what follows is no live cell.
     struct Run {
         std::uintptr_t next;
         std::uintptr_t end;
     };
 
-    // Where a size class gets its runs.
+    /// Where a size class gets its runs.
     struct Supply {
         std::uintptr_t runBegin;   // of the run in use
         BlockNumber block;         // the run in use is part of it
         std::uint32_t searchFrom;  // the cell of the block where the next search begins
-        // A list of further blocks that may have free cells, in order.
+        /// A list of further blocks that may have free cells, in order.
         BlockNumber firstPartial;
         BlockNumber lastPartial;
     };
 
-    // What a collection found.
+    /// What a collection found.
     struct Census {
         std::size_t regions;             // with live strings: blocks of cells, and larger strings
         std::size_t usedBlocks;          // all blocks of live strings
         std::size_t residentFreeBlocks;  // free blocks with memory behind them
     };
 
-    // What an address points into: room for one string.
+    /// What an address points into: room for one string.
     struct Place {
         std::size_t head;      // of the region
         std::uint32_t cell;    // of a block of cells
@@ -196,7 +196,7 @@ private:
     std::size_t collectionCount = 0;
 };
 
-// The heap of the program's strings.
+/// The heap of the program's strings.
 extern StringHeap stringHeap;
 
 }  // namespace krel

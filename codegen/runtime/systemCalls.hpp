@@ -59,7 +59,7 @@ inline long write(int descriptor, const char* bytes, std::size_t length) {
     return call(number::write, descriptor, addressOf(bytes), static_cast<long>(length));
 }
 
-// Waits until the descriptor takes bytes again, or has an error to report.
+/// Waits until the descriptor takes bytes again, or has an error to report.
 inline void waitUntilWritable(int descriptor) {
     struct PollEntry {
         int descriptor;
@@ -78,14 +78,14 @@ inline bool isTerminal(int descriptor) {
     return call(number::ioctl, descriptor, getTerminalSettings, addressOf(settings)) == 0;
 }
 
-// Ends the process at once; nothing of the C library runs any more.
+/// Ends the process at once; nothing of the C library runs any more.
 [[noreturn]] inline void exitProcess(int status) {
     for (;;) {
         call(number::exitGroup, status);
     }
 }
 
-// Sends a signal to the calling thread.
+/// Sends a signal to the calling thread.
 inline void raise(int signal) {
     call(number::tgkill, call(number::getpid), call(number::gettid), signal);
 }

@@ -71,14 +71,14 @@ void setSignalAction(int signal, const SignalAction& action) {
     system::call(system::number::sigaction, signal, system::addressOf(&action), 0, signalSetSize);
 }
 
-// A parent may have left the signal blocked.
+/// A parent may have left the signal blocked.
 void unblockSignal(int signal) {
     constexpr long unblock = 1;
     const std::uint64_t set = std::uint64_t{1} << (signal - 1);
     system::call(system::number::sigprocmask, unblock, system::addressOf(&set), 0, signalSetSize);
 }
 
-// Whether the next instruction is the division that the compiler emits, "idivq %rcx".
+/// Whether the next instruction is the division that the compiler emits, "idivq %rcx".
 bool isDivisionByRcx(std::uintptr_t instruction) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(instruction);
     return bytes[0] == 0x48 && bytes[1] == 0xF7 && bytes[2] == 0xF9;
@@ -91,8 +91,8 @@ const char* describeArithmeticFault(const SignalContext& context) {
     return "integer division by zero";
 }
 
-// A frame that does not fit is found out when it is touched, between the stack pointer, or what a
-// call pushes below it, and the stack's end; within a stack that has room nothing faults there.
+/// A frame that does not fit is found out when it is touched, between the stack pointer, or what a
+/// call pushes below it, and the stack's end; within a stack that has room nothing faults there.
 bool isStackOverflow(const SignalInfo& info, const SignalContext& context) {
     constexpr std::uintptr_t pushed = 256;
     return info.faultAddress >= context.rsp - pushed && info.faultAddress < mainStackEnd;
@@ -118,9 +118,10 @@ const char* describe(const SignalInfo& info, const SignalContext& context) {
     }
 }
 
-// The signal's action has been reset when this runs, and the signal is blocked until it returns:
-// the one raised here ends the program then, before its next instruction. A signal from outside may
-// come in the middle of a write, which is not repeated: what was written would be written twice.
+/// The signal's action has been reset when this runs, and the signal is blocked until it returns:
+/// the one raised here ends the program then, before its next instruction. A signal from outside
+/// may come in the middle of a write, which is not repeated: what was written would be written
+/// twice.
 void handleTrap(int signal, const SignalInfo* info, const SignalContext* context) {
     if (!isSentByProcess(*info) || !standardOutput.isFlushing()) {
         standardOutput.flush();

@@ -1,3 +1,6 @@
+// Hashing of texts that an attacker may have chosen: names and literals come from the source. Which
+// texts collide depends on random numbers that each process draws, so nobody can write a source
+// whose names all collide. Nothing that the compiler writes depends on these numbers.
 #pragma once
 
 #include <bit>
@@ -5,10 +8,6 @@
 #include <cstdint>
 #include <numeric>
 #include <string_view>
-
-/// Hashing of texts that an enemy may have chosen: names and literals come from the source. Which
-/// texts meet depends on random numbers that the process begins with, so that no list of names is
-/// slow to look up by more than bad luck. Nothing that the compiler writes depends on them.
 
 /// What the hashes of a process depend on.
 struct HashSecret {

@@ -92,7 +92,7 @@ constinit const std::string* const initialTexts[] = {&NamePool::emptyText};
 
 }  // namespace
 
-// Until there are others there is only the empty name.
+/// Until there are others there is only the empty name.
 constinit const std::string* const* Name::texts = initialTexts;
 
 Name::Name(std::string_view text)

@@ -137,8 +137,8 @@ Node* Node::copyWithoutChildren() const {
     return copy;
 }
 
-// Descendants are taken over before they are deleted: a chain of a million operators is as many
-// levels deep, and no stack holds a destructor for each.
+/// Descendants are taken over before they are deleted: a chain of a million operators is as many
+/// levels deep, and no stack holds a destructor for each.
 Node::~Node() {
     std::vector<Node*> pending{children.begin(), children.end()};
     while (!pending.empty()) {

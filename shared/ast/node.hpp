@@ -137,7 +137,7 @@ private:
 
     friend class TreeMemory;
 
-    // In 40 bytes: the tree is most of what the compiler keeps in memory.
+    /// In 40 bytes: the tree is most of what the compiler keeps in memory.
     [[no_unique_address]] NodeList children;
     Value value;
     int line;

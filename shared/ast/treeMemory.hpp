@@ -75,8 +75,8 @@ private:
 
     std::unique_ptr<NameScope> names;  // null for that of the process
     std::vector<Block*> blocks;
-    // What is left of the newest block. It is set aside while there are spaces of deleted nodes,
-    // which are used first: so the usual way to make a node has one thing to ask for.
+    /// What is left of the newest block. It is set aside while there are spaces of deleted nodes,
+    /// which are used first: so the usual way to make a node has one thing to ask for.
     Room room;
     Room setAside;
     std::vector<void*> freeSpaces;

@@ -50,7 +50,7 @@ void printFunction(std::ostream& out, const IRFunction& function) {
 
 }  // namespace
 
-// Blocks are laid out nearly in the order of their numbers: a new number goes near the end.
+/// Blocks are laid out nearly in the order of their numbers: a new number goes near the end.
 IRBasicBlock& IRFunction::addBlock(int number) {
     const auto place = std::lower_bound(numbers.begin(), numbers.end(), number);
     if (place != numbers.end() && *place == number) {
@@ -85,7 +85,7 @@ IRFunction& IRProgram::addFunction(const std::string& name) {
     return functions.emplace_back(name);
 }
 
-// Between two functions and after the last stands one empty line.
+/// Between two functions and after the last stands one empty line.
 void IRProgram::print(std::ostream& out) const {
     for (const IRFunction& function : functions) {
         printFunction(out, function);

@@ -1,12 +1,11 @@
+// Texts that are put together from parts: string literals, whose size is known and whose copying is
+// compiled to a few moves, and other texts. `partSize` gives the size of a part. `writePart` copies
+// it to a place with room for it and returns where the next one goes.
 #pragma once
 
 #include <cstddef>
 #include <cstring>
 #include <string_view>
-
-/// Texts are often made of parts: string literals, whose size is known and whose copying is
-/// compiled to a few moves, and others. `partSize` gives the size of a part; `writePart` copies it
-/// to a place with room for it and returns where the next one goes.
 
 template <std::size_t size>
 constexpr std::size_t partSize(const char (&/*literal*/)[size]) {

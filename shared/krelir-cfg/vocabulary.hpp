@@ -1,3 +1,6 @@
+// The vocabulary of the lines of the intermediate representation: every word and operator that
+// means something by itself, and what it is. Lowering writes lines with it, and the code generator
+// reads them with it. Comes in: a text. Goes out: its class.
 #pragma once
 
 #include <array>
@@ -6,10 +9,6 @@
 #include <string_view>
 
 #include "shared/ast/spelling.hpp"
-
-/// The vocabulary of the lines of the intermediate representation: every word and operator that
-/// means something by itself, and what it is. Lowering writes lines with it, and the code generator
-/// reads them with it: comes in, a text; goes out, its class.
 
 /// The words that only lines have.
 namespace Keyword {

@@ -59,8 +59,8 @@ void Symbol::readFunction(const Node& declaration) {
     }
 }
 
-// Follows the value's type alone (kept): the name of an identifier or the operator of an operation
-// ends up as the string value.
+/// Follows the value's type alone (kept): the name of an identifier or the operator of an operation
+/// ends up as the string value.
 void Symbol::readInitialValue(const Node& value) {
     intValue = value.getIntValue();
     doubleValue = value.getDoubleValue();

@@ -1,11 +1,10 @@
+// Declarations for the tests of the passes, filed as the parser files them.
 #pragma once
 
 #include <memory>
 
 #include "shared/symboltable/symbolTable.hpp"
 #include "tests/unit/trees.hpp"
-
-/// Declarations for the tests of the passes, filed as the parser files them.
 
 /// A function without parameters; opens the scope of its name.
 inline void declareFunction(SymbolTable& table, const char* type, const char* text) {

@@ -1,11 +1,10 @@
+// Small trees for the tests of the passes, built by hand so that they can have shapes that no
+// source text gives. Every function returns a node that the caller owns.
 #pragma once
 
 #include <initializer_list>
 
 #include "shared/ast/node.hpp"
-
-/// Small trees for the tests of the passes, built by hand so that they can have shapes that no
-/// source text gives. Every function returns a node that the caller owns.
 
 inline Node* node(const char* kind, std::initializer_list<Node*> children = {}, int line = 1) {
     Node* made = new Node(kind, line);

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t megabyte = std::size_t{1} << 20;
 
-// What a collection does with a region that holds nothing alive.
+/// What a collection does with a region that holds nothing alive.
 void setFree(BlockTable& table, BlockNumber number) {
     table[number].use = BlockUse::free;
     table[number].resident = table[number].span;
@@ -26,7 +26,7 @@ void setFree(BlockTable& table, BlockNumber number) {
 using Heads = std::vector<std::size_t>;
 constexpr std::size_t none = noBlock;
 
-// For each block the head of the region in use that it is part of.
+/// For each block the head of the region in use that it is part of.
 Heads headsOf(BlockTable& table) {
     Heads heads;
     for (std::size_t number = 0; number < table.end(); ++number) {

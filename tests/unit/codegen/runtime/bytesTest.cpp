@@ -11,7 +11,7 @@ namespace {
 
 constexpr char untouched = '\x5A';
 
-// A text in which no two neighbouring pieces are alike.
+/// A text in which no two neighbouring pieces are alike.
 std::string patternOf(std::size_t length) {
     std::string text(length, '\0');
     for (std::size_t i = 0; i < length; ++i) {

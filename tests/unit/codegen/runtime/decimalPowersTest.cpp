@@ -10,7 +10,7 @@
 
 namespace {
 
-// An integer of any size.
+/// An integer of any size.
 class BigInteger {
 public:
     explicit BigInteger(std::uint32_t value) : words{value} {}
@@ -27,7 +27,7 @@ public:
         }
     }
 
-    // Drops the remainder.
+    /// Drops the remainder.
     void divide(std::uint32_t divisor) {
         std::uint64_t remainder = 0;
         for (auto word = words.rbegin(); word != words.rend(); ++word) {
@@ -49,7 +49,7 @@ public:
                (words[static_cast<std::size_t>(number) / 32] >> number % 32 & 1) != 0;
     }
 
-    // The highest 128 bits, as if zeros followed the last bit; `exact` tells whether they are all.
+    /// The highest 128 bits, as if zeros followed the last bit; `exact` tells whether they are all.
     krel::Wide top(bool& exact) const {
         krel::Wide bits = 0;
         for (int i = 1; i <= 128; ++i) {

@@ -18,8 +18,8 @@
 
 namespace {
 
-// Makes the runtime ready, as its start does for a program: the strings that the tests hold lie on
-// the stack of this process.
+/// Makes the runtime ready, as its start does for a program: the strings that the tests hold lie on
+/// the stack of this process.
 void openRuntime() {
     static const bool opened = [] {
         krel::stringHeap.open(endOfMainStack);
@@ -33,7 +33,7 @@ protected:
     void SetUp() override { openRuntime(); }
 };
 
-// What a program that prints the text writes.
+/// What a program that prints the text writes.
 std::string printed(const char* text) {
     return runInChild([text] {
                krel::standardOutput.open(STDOUT_FILENO);

@@ -29,7 +29,7 @@ std::unique_ptr<Output> openOutput(int descriptor) {
     return output;
 }
 
-// Prints a text as one of the runtime's own strings: bytes after its end may be read.
+/// Prints a text as one of the runtime's own strings: bytes after its end may be read.
 void print(Output& output, std::string text) {
     const std::size_t length = text.size();
     text.resize(length + 16, '~');
@@ -144,7 +144,7 @@ TEST_F(OutputFile, ReadsNothingBeyondALiteralsPage) {
 
 namespace {
 
-// What there is to read at once; nothing when nothing has been written.
+/// What there is to read at once; nothing when nothing has been written.
 std::string readAvailable(int file) {
     pollfd waiting{file, POLLIN, 0};
     char bytes[100];
@@ -177,8 +177,8 @@ TEST(OutputTest, WritesAtOnceToATerminal) {
 
 namespace {
 
-// Prints the same text over and over into a pipe from which little is read at a time, and returns
-// what arrived.
+/// Prints the same text over and over into a pipe from which little is read at a time, and returns
+/// what arrived.
 std::string printThroughPipe(const std::string& text, int count, bool mayBlock) {
     int ends[2];
     EXPECT_EQ(pipe(ends), 0);
@@ -260,7 +260,7 @@ TEST(OutputTest, GoesOnAfterSignals) {
 
 namespace {
 
-// Prints a lot to the descriptor; the exit status tells whether that was noticed to fail.
+/// Prints a lot to the descriptor; the exit status tells whether that was noticed to fail.
 int printToFailing(int descriptor) {
     auto output = openOutput(descriptor);
     for (int i = 0; i < 100; ++i) {

@@ -22,7 +22,7 @@ constexpr std::size_t megabyte = std::size_t{1} << 20;
 
 using Roots = std::vector<std::uintptr_t>;
 
-// A heap that collects only when it is told to, and whose strings need not be on the stack.
+/// A heap that collects only when it is told to, and whose strings need not be on the stack.
 std::unique_ptr<StringHeap> openHeap(std::size_t blockLimit = blocksForATest) {
     auto heap = std::make_unique<StringHeap>();
     heap->open(0, blockLimit);
@@ -37,7 +37,7 @@ std::string patternOf(std::size_t length, std::size_t seed) {
     return text;
 }
 
-// Makes a string the way the runtime does: in chunks that go as far beyond it as they may.
+/// Makes a string the way the runtime does: in chunks that go as far beyond it as they may.
 const char* make(StringHeap& heap, const std::string& text) {
     char* room = heap.allocate(text.size());
     if (room == nullptr) {
@@ -56,7 +56,7 @@ void collect(StringHeap& heap, const Roots& roots) {
     heap.collect(roots.data(), roots.data() + roots.size());
 }
 
-// Every length around the sizes of cells and of blocks.
+/// Every length around the sizes of cells and of blocks.
 std::vector<std::size_t> interestingLengths() {
     std::vector<std::size_t> lengths;
     const std::size_t overhead = krel::lengthFieldSize + 1;
@@ -77,7 +77,7 @@ std::vector<std::size_t> interestingLengths() {
     return lengths;
 }
 
-// The places in a text of that length, its NUL among them; only some of those in a long one.
+/// The places in a text of that length, its NUL among them; only some of those in a long one.
 std::vector<std::size_t> offsetsIn(std::size_t length) {
     std::vector<std::size_t> offsets;
     for (std::size_t offset = 0; offset <= length; ++offset) {
@@ -88,7 +88,7 @@ std::vector<std::size_t> offsetsIn(std::size_t length) {
     return offsets;
 }
 
-// How many bytes of the pages that the text lies on are in memory.
+/// How many bytes of the pages that the text lies on are in memory.
 std::size_t residentBytes(const char* text, std::size_t length) {
     constexpr std::uintptr_t pageSize = 4096;
     const std::uintptr_t begin = addressOf(text) / pageSize * pageSize;
@@ -346,7 +346,7 @@ TEST(StringHeapTest, RandomStringsSurviveCollections) {
 
 namespace {
 
-// Hands out strings until the first collection; returns how many bytes that were.
+/// Hands out strings until the first collection; returns how many bytes that were.
 [[gnu::noinline]] std::size_t bytesUntilFirstCollection(StringHeap& heap, std::size_t length) {
     std::size_t bytes = 0;
     while (heap.collections() == 0) {
@@ -356,7 +356,7 @@ namespace {
     return bytes;
 }
 
-// Keeps a string in each of many frames, while others come and go.
+/// Keeps a string in each of many frames, while others come and go.
 [[gnu::noinline]] int countLostInFrames(StringHeap& heap, int depth) {
     const char* volatile own = make(heap, "frame " + std::to_string(depth));
     for (int i = 0; i < 10; ++i) {
@@ -426,7 +426,7 @@ TEST(StringHeapTest, ALoopRunsInConstantMemory) {
     EXPECT_LT(heap.collections(), 5000U);
 }
 
-// How many collections it takes to hand out 64 MB in strings of 1000 bytes.
+/// How many collections it takes to hand out 64 MB in strings of 1000 bytes.
 std::size_t collectionsFor64Megabytes(StringHeap& heap) {
     const std::size_t before = heap.collections();
     const std::string text(990, 'x');

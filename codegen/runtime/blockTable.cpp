@@ -69,20 +69,20 @@ BlockNumber BlockTable::take(std::uint32_t span, BlockUse use) {
     for (; cursor != blockCount; cursor += entries()[cursor].span) {
         last = cursor;
         const Block& head = entries()[cursor];
-        if (head.use != BlockUse::free || head.span < span) {
+        if (head.use != BlockUse::Free || head.span < span) {
             continue;
         }
         const BlockNumber first = cursor;
         const std::uint32_t rest = head.span - span;
         if (rest != 0) {
             const std::uint32_t resident = head.resident > span ? head.resident - span : 0;
-            entries()[first + span] = {BlockUse::free, 0, false, rest, noBlock, resident};
+            entries()[first + span] = {BlockUse::Free, 0, false, rest, noBlock, resident};
         }
         beginRegion(first, span, use);
         cursor += span;
         return first;
     }
-    const bool endsFree = last != blockCount && entries()[last].use == BlockUse::free;
+    const bool endsFree = last != blockCount && entries()[last].use == BlockUse::Free;
     return extend(endsFree ? last : blockCount, span, use);
 }
 
@@ -107,7 +107,7 @@ BlockNumber BlockTable::extend(BlockNumber first, std::uint32_t span, BlockUse u
 void BlockTable::beginRegion(BlockNumber first, std::uint32_t span, BlockUse use) {
     entries()[first] = {use, 0, false, span, noBlock, 0};
     for (std::uint32_t before = 1; before < span; ++before) {
-        entries()[first + before] = {BlockUse::inner, 0, false, before, noBlock, 0};
+        entries()[first + before] = {BlockUse::Inner, 0, false, before, noBlock, 0};
     }
 }
 

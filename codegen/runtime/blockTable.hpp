@@ -19,10 +19,10 @@ using BlockNumber = std::uint32_t;
 inline constexpr BlockNumber noBlock = ~BlockNumber{0};
 
 enum class BlockUse : std::uint8_t {
-    free,    // nothing lives here
-    cells,   // one block, cut into the cells of a size class
-    single,  // one large string
-    inner    // a later block of a large string; or left over in a free region
+    Free,    // nothing lives here
+    Cells,   // one block, cut into the cells of a size class
+    Single,  // one large string
+    Inner    // a later block of a large string; or left over in a free region
 };
 
 struct Block {
@@ -65,13 +65,13 @@ public:
     /// may then go anywhere.
     bool findHead(std::size_t& number) {
         const Block* block = entries() + number;
-        if (block->use == BlockUse::inner) [[unlikely]] {
+        if (block->use == BlockUse::Inner) [[unlikely]] {
             const std::uint32_t before = block->span;
             number -= before;
             block = entries() + number;
-            return block->use == BlockUse::single && before < block->span;
+            return block->use == BlockUse::Single && before < block->span;
         }
-        return block->use != BlockUse::free;
+        return block->use != BlockUse::Free;
     }
 
     /// Describes a region where the block is the head of one.

@@ -16,9 +16,9 @@ using WidePart = __m256i;
     _mm256_storeu_si256(reinterpret_cast<WidePart*>(to), part);
 }
 
-enum class LongCopy { undecided, byWideRegisters, byStringInstruction };
+enum class LongCopy { Undecided, ByWideRegisters, ByStringInstruction };
 
-constinit LongCopy longCopy = LongCopy::undecided;
+constinit LongCopy longCopy = LongCopy::Undecided;
 
 }  // namespace
 
@@ -38,11 +38,11 @@ bool hasWideRegisters() {
 }
 
 void copyLongText(char* to, const char* from, std::size_t length) {
-    if (longCopy == LongCopy::undecided) [[unlikely]] {
-        longCopy = hasWideRegisters() ? LongCopy::byWideRegisters : LongCopy::byStringInstruction;
+    if (longCopy == LongCopy::Undecided) [[unlikely]] {
+        longCopy = hasWideRegisters() ? LongCopy::ByWideRegisters : LongCopy::ByStringInstruction;
     }
     constexpr std::size_t tooLargeForCaches = std::size_t{1} << 18;
-    if (longCopy == LongCopy::byWideRegisters && length < tooLargeForCaches) {
+    if (longCopy == LongCopy::ByWideRegisters && length < tooLargeForCaches) {
         copyByWideRegisters(to, from, length);
     } else {
         copyByStringInstruction(to, from, length);

@@ -81,7 +81,7 @@ void StringHeap::open(std::uintptr_t endOfStack, std::size_t blockLimit) {
     const std::size_t offset = address - blocks.addressOf(head);
     std::size_t textOffset = singleTextOffset;
     place.head = head;
-    if (block.use == BlockUse::single) {
+    if (block.use == BlockUse::Single) {
         place.capacity = block.span * blockSize - singleTextOffset - chunkSize;
     } else {
         const SizeClass& sizeClass = sizeClasses[block.sizeClass];
@@ -197,7 +197,7 @@ bool StringHeap::findRunInBlock(unsigned sizeClass) {
 }
 
 bool StringHeap::takeBlock(unsigned sizeClass) {
-    const BlockNumber number = blocks.take(1, BlockUse::cells);
+    const BlockNumber number = blocks.take(1, BlockUse::Cells);
     if (number == noBlock) {
         return false;
     }
@@ -214,10 +214,10 @@ char* StringHeap::allocateBlocks(std::size_t length) {
     if (isCollectionDue()) {
         collectFromStack();
     }
-    BlockNumber number = blocks.take(span, BlockUse::single);
+    BlockNumber number = blocks.take(span, BlockUse::Single);
     if (number == noBlock) {
         collectFromStack();
-        number = blocks.take(span, BlockUse::single);
+        number = blocks.take(span, BlockUse::Single);
     }
     if (number == noBlock) {
         return nullptr;
@@ -276,7 +276,7 @@ KREL_READS_FREELY void StringHeap::collect(const std::uintptr_t* first,
 void StringHeap::clearMarks() {
     for (BlockNumber number = 0; number < blocks.end(); number += blocks[number].span) {
         blocks[number].marked = false;
-        if (blocks[number].use == BlockUse::cells) {
+        if (blocks[number].use == BlockUse::Cells) {
             clearMarks(number);
         }
     }
@@ -296,7 +296,7 @@ void StringHeap::mark(std::uintptr_t word) {
     if (!findPlace(word, place)) {
         return;
     }
-    if (blocks[place.head].use == BlockUse::single) {
+    if (blocks[place.head].use == BlockUse::Single) {
         blocks[place.head].marked = true;
     } else {
         blocks.marksOf(place.head).words[place.cell / markWordBits] |= std::uint64_t{1}
@@ -315,7 +315,7 @@ void StringHeap::resetRuns() {
 
 bool StringHeap::isAlive(BlockNumber number) {
     const Block& block = blocks[number];
-    if (block.use != BlockUse::cells) {
+    if (block.use != BlockUse::Cells) {
         return block.marked;
     }
     const BlockMarks& marks = blocks.marksOf(number);
@@ -341,15 +341,15 @@ StringHeap::Census StringHeap::sweep() {
         }
         if (isAlive(number)) {
             freeBefore = noBlock;
-            if (block.use == BlockUse::cells) {
+            if (block.use == BlockUse::Cells) {
                 addPartial(number);
             }
             ++census.regions;
             census.usedBlocks += block.span;
             continue;
         }
-        if (block.use != BlockUse::free) {
-            block.use = BlockUse::free;
+        if (block.use != BlockUse::Free) {
+            block.use = BlockUse::Free;
             block.resident = block.span;
         }
         census.residentFreeBlocks += block.resident;
@@ -387,7 +387,7 @@ void StringHeap::releaseExcess(const Census& census) {
     }
     for (BlockNumber number = 0; number < blocks.end(); number += blocks[number].span) {
         Block& block = blocks[number];
-        if (block.use != BlockUse::free) {
+        if (block.use != BlockUse::Free) {
             continue;
         }
         const auto keptHere =
@@ -405,13 +405,13 @@ void StringHeap::overwriteDead(BlockNumber number) {
     constexpr char trace = '\xDB';
     constexpr std::size_t tracedLength = 0xDBDBDBDBDBDBDBDB;
     const Block& block = blocks[number];
-    if (block.use == BlockUse::single && !block.marked) {
+    if (block.use == BlockUse::Single && !block.marked) {
         char* bytes = reinterpret_cast<char*>(blocks.addressOf(number));
         for (std::size_t i = 0; i < blockSize; ++i) {
             bytes[i] = trace;
         }
     }
-    if (block.use != BlockUse::cells) {
+    if (block.use != BlockUse::Cells) {
         return;
     }
     const SizeClass& sizeClass = sizeClasses[block.sizeClass];

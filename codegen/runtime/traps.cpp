@@ -13,11 +13,11 @@ namespace {
 // What follows are the kernel's structures and numbers for x86-64.
 
 enum Signal : int {
-    illegalInstruction = 4,
-    aborted = 6,
-    busError = 7,
-    arithmetic = 8,
-    segment = 11
+    IllegalInstruction = 4,
+    Aborted = 6,
+    BusError = 7,
+    Arithmetic = 8,
+    Segment = 11
 };
 
 struct SignalAction {
@@ -65,7 +65,7 @@ std::uintptr_t mainStackEnd;
         "syscall");
 }
 
-constexpr int trapSignals[] = {illegalInstruction, busError, arithmetic, segment};
+constexpr int trapSignals[] = {IllegalInstruction, BusError, Arithmetic, Segment};
 
 void setSignalAction(int signal, const SignalAction& action) {
     system::call(system::number::sigaction, signal, system::addressOf(&action), 0, signalSetSize);
@@ -107,11 +107,11 @@ const char* describe(const SignalInfo& info, const SignalContext& context) {
         return "ended by a signal from outside";
     }
     switch (info.signal) {
-        case arithmetic:
+        case Arithmetic:
             return describeArithmeticFault(context);
-        case illegalInstruction:
+        case IllegalInstruction:
             return "illegal instruction";
-        case segment:
+        case Segment:
             return isStackOverflow(info, context) ? "stack overflow" : "invalid memory access";
         default:
             return "invalid memory access";
@@ -148,10 +148,10 @@ void catchTraps(std::uintptr_t stackEnd) {
 void endOutOfMemory() {
     standardOutput.flush();
     reportRuntimeError("out of memory");
-    setSignalAction(aborted, SignalAction{});
-    unblockSignal(aborted);
-    system::raise(aborted);
-    system::exitProcess(128 + aborted);
+    setSignalAction(Aborted, SignalAction{});
+    unblockSignal(Aborted);
+    system::raise(Aborted);
+    system::exitProcess(128 + Aborted);
 }
 
 }  // namespace krel

@@ -1,3 +1,7 @@
+// The command line, and all passes in their order. Comes in: the words of the command line. Goes
+// out: the executable, the dumps that were asked for, messages, and an exit code. The working
+// directory receives the dumps; the variables of parser/facade.hpp are set.
+
 #include "driver/compilerDriver.hpp"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// The program. Comes in: the command line. Goes out: an exit code, or an abort after an internal
+// error.
+
 #include <iostream>
 
 #include "driver/compilerDriver.hpp"

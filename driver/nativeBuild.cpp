@@ -1,3 +1,7 @@
+// Finding the native tools, and running the native compiler. Comes in: paths. Goes out: the
+// executable, and the exit status of the native compiler. The temporary file is made and deleted
+// here; the environment is only read.
+
 #include "driver/nativeBuild.hpp"
 
 #include <sys/wait.h>

@@ -1,3 +1,6 @@
+// Comes in: the descriptors that the process was started with. Goes out: the same, with the closed
+// standard streams occupied. Open ones are not changed.
+
 #include "driver/standardStreams.hpp"
 
 #include <fcntl.h>

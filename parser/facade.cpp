@@ -1,3 +1,6 @@
+// The parser of a process that compiles one program. Comes in: an open file. Goes out: the tree and
+// the symbols, in variables of the process, which are all that changes.
+
 #include "parser/facade.hpp"
 
 #include <array>

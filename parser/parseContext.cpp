@@ -1,3 +1,6 @@
+// One parse, from a text to a tree. Comes in: a text and an unused context. Goes out: the tree and
+// the symbols, in the context, which is all that changes but for the diagnostics in use.
+
 #include "parser/parseContext.hpp"
 
 #include <utility>

@@ -1,3 +1,6 @@
+// Address space from the kernel. Comes in: a length. Goes out: reserved addresses, or memory behind
+// them. Only the mappings of the process change.
+
 #include "codegen/runtime/addressRange.hpp"
 
 #include <initializer_list>

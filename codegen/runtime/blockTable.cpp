@@ -1,3 +1,6 @@
+// Reserving, taking and describing blocks. Comes in: a number of blocks and their use. Goes out:
+// the number of the first one. The entries of the table change, never the blocks themselves.
+
 #include "codegen/runtime/blockTable.hpp"
 
 #include <initializer_list>

@@ -1,3 +1,6 @@
+// Copying long texts. Comes in: two places and a length. Goes out: the bytes, copied. The way of
+// copying is chosen at the first call and remembered.
+
 #include "codegen/runtime/bytes.hpp"
 
 #include <immintrin.h>

@@ -1,14 +1,17 @@
+// Doubles to text. Comes in: a double. Goes out: its shortest decimal, as digits or as text.
+// Nothing is changed but the room for the text.
+//
+// The digits are found by Schubfach (Raffaello Giulietti, "The Schubfach way to render doubles").
+// The interval of the numbers that round to the double is scaled by a power of ten, so that it
+// holds one to ten integers, or at most one multiple of ten. Its bounds are computed with 128-bit
+// powers of ten, which are exact enough to compare the bounds with integers.
+
 #include "codegen/runtime/doubleText.hpp"
 
 #include <bit>
 
 #include "codegen/runtime/decimalPowers.hpp"
 #include "codegen/runtime/integerText.hpp"
-
-// The digits are found by Schubfach (Raffaello Giulietti, "The Schubfach way to render doubles"):
-// the interval of the numbers that round to the double is scaled by a power of ten so that it
-// holds one to ten integers, or at most one multiple of ten, and its bounds are computed with
-// 128-bit powers that are exact enough to compare them with integers.
 
 namespace krel {
 

@@ -1,3 +1,10 @@
+// The entry points. Comes in: texts and numbers from the compiled program. Goes out: texts, in
+// string memory or constant, and what is printed. String memory and the output buffer change.
+//
+// There are two ways to make a text. The quick way is for short texts when there is room at hand:
+// it has so few instructions that no register has to be saved around them. When it has to give up,
+// the thorough way does the whole work from the beginning; it never gives up.
+
 #include "codegen/runtime/interface.hpp"
 
 #include "codegen/runtime/bytes.hpp"
@@ -11,10 +18,6 @@
 namespace krel {
 
 namespace {
-
-// Two ways to make a text. The quick way is for short ones and room that is at hand: so few
-// instructions that nothing has to be saved around them. Where it gives up, the thorough way is
-// gone from the start, which never does.
 
 const char* concatenateThoroughly(const char* left, const char* right);
 const char* integerToTextThoroughly(std::int64_t value);

@@ -1,3 +1,6 @@
+// Writing the buffer. Comes in: literals, and texts that do not fit. Goes out: system calls. The
+// buffer and the state of the output change.
+
 #include "codegen/runtime/output.hpp"
 
 #include "codegen/runtime/literal.hpp"

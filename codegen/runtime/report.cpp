@@ -1,3 +1,5 @@
+// Comes in: two texts. Goes out: one line on standard error. Nothing is changed.
+
 #include "codegen/runtime/report.hpp"
 
 #include <cstddef>

@@ -1,5 +1,6 @@
 // The runtime object is compiled as one unit, so that its parts are inlined into each other and the
 // entry points stay the only symbols that others see.
+
 #include "codegen/runtime/addressRange.cpp"
 #include "codegen/runtime/blockTable.cpp"
 #include "codegen/runtime/bytes.cpp"

@@ -1,6 +1,7 @@
 // What runs before the program's main and after it. The C start-up code calls both by way of the
 // initialisation and termination arrays, so that no function of the C library is needed: not even
 // atexit, which a Krel program may define.
+
 #include <cstdint>
 
 #include "codegen/runtime/output.hpp"

@@ -1,3 +1,7 @@
+// Allocation of strings beyond the quick case, and their collection. Comes in: lengths, and the
+// words of the stack. Goes out: room for texts. The marks, the runs and the block table change; the
+// bytes of a live string never do.
+
 #include "codegen/runtime/stringHeap.hpp"
 
 namespace krel {

@@ -1,3 +1,6 @@
+// Signals that end the program. Comes in: a signal, or exhausted memory. Goes out: the output so
+// far, a line on standard error, and the end of the process. The signals' actions are set here.
+
 #include "codegen/runtime/traps.hpp"
 
 #include <cstddef>

@@ -1,3 +1,6 @@
+// The hash of long texts, and the random numbers it depends on. Comes in: a text, and what the
+// kernel hands to the process at its start. Goes out: a number. Nothing is changed.
+
 #include "shared/ast/hashing.hpp"
 
 #include <sys/auxv.h>

@@ -1,3 +1,6 @@
+// The names of the process and of scopes. Comes in: a text. Goes out: its index, the same for the
+// same text. A new name changes the pool in use, and the table of texts that all pools share.
+
 #include "shared/ast/name.hpp"
 
 #include <deque>

@@ -1,3 +1,6 @@
+// Nodes and their lists of children. Comes in: kinds, values and children. Goes out: a tree in the
+// memory in use. A node changes its own fields and children, and deletes its descendants.
+
 #include "shared/ast/node.hpp"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// The memory of nodes. Comes in: a request for one node, or a deleted node. Goes out: its space.
+// The memory in use changes: its blocks, its free spaces and the values of its nodes.
+
 #include "shared/ast/treeMemory.hpp"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// The faults of one source. Comes in: a fault, as a pass reports it. Goes out: a call of the sink,
+// or a line on standard error. Only the number of faults and the name of the source change.
+
 #include "shared/error/diagnostics.hpp"
 
 #include <iostream>

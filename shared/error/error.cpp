@@ -1,3 +1,6 @@
+// The functions by which the passes report. Comes in: a message and a place. Goes out: a report to
+// the diagnostics in use, the only thing that changes.
+
 #include "shared/error/error.hpp"
 
 #include "shared/error/diagnostics.hpp"

@@ -1,3 +1,6 @@
+// Faults of the compiler itself. Comes in: a message. Goes out: an exception, and in the end a line
+// on standard error and an abort.
+
 #include "shared/error/internalError.hpp"
 
 #include <cstdlib>

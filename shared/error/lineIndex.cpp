@@ -1,3 +1,6 @@
+// Lines and columns. Comes in: a text, once, and then bytes or lines and columns. Goes out: the
+// other of the two. Nothing is changed after the construction.
+
 #include "shared/error/lineIndex.hpp"
 
 #include <algorithm>

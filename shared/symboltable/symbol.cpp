@@ -1,3 +1,6 @@
+// What a symbol takes from its declaration. Comes in: the nodes of the declaration and of its type,
+// which are only read. Goes out: the symbol, and for a function a symbol for each parameter.
+
 #include "shared/symboltable/symbol.hpp"
 
 // The check of the type node stands in every build.

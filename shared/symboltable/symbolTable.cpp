@@ -1,3 +1,7 @@
+// Filing symbols and finding them again. Comes in: a symbol and the name of its scope. Goes out:
+// the symbol of a name, or all symbols of a scope. Only an insertion changes the table; one that is
+// refused reports a fault.
+
 #include "shared/symboltable/symbolTable.hpp"
 
 #include <iostream>

@@ -154,7 +154,7 @@ void KrelIR::visitCompoundAssignment(Node* node) {
     emit(target, " = ", result);
 }
 
-/// As statements the four kinds lower alike, with one temporary.
+/// As statements the four kinds are lowered alike, with one temporary.
 void KrelIR::visitUpdate(Node* node) {
     const Operand target = lvalue(childOf(node, 0));
     const Operand result = newTemporary();
@@ -166,7 +166,7 @@ void KrelIR::visitCall(Node* node) {
     call(node);
 }
 
-/// One print makes one call, of all its arguments joined from left to right.
+/// One print makes one call. Its arguments are joined from left to right.
 void KrelIR::visitPrintStatement(Node* node) {
     const std::size_t first = operands.size();
     if (node->hasChildren()) {

@@ -17,7 +17,7 @@ class Node;
 
 /// Lowers the analysed tree into textual three-address code, one instruction a line, in numbered
 /// basic blocks. Types do not matter here, and nothing is checked: the analyser has done that. A
-/// tree shape that it lets through and that has no lowering is an InternalError. One
+/// shape of the tree that it lets through, but that has no lowering, is an InternalError. One
 /// generator serves one compilation and owns its program.
 class KrelIR {
 public:
@@ -30,9 +30,9 @@ public:
     /// The program made last; empty at first.
     IRProgram& getProgram() { return program; }
 
-    /// From now on the bytes of the source that each instruction comes from are added to `list`, in
-    /// the order of the program: those of the innermost statement or expression that makes it. The
-    /// list stays the caller's; null ends that.
+    /// From now on adds to `list`, for each instruction in the order of the program, the bytes of
+    /// the source that it comes from: those of the innermost statement or expression that makes it.
+    /// The list stays the caller's; null ends the recording.
     void recordSources(std::vector<SourceRange>* list) { sources = list; }
 
 private:
@@ -122,7 +122,7 @@ private:
     static bool endsInReturn(Node* block);
     static bool isLiteral(Node* node);
     Operand quote(std::string_view text, char quotationMark);
-    /// The parts as one text among `texts`.
+    /// Joins the parts to one text in `texts`.
     template <typename... Parts>
     Operand keep(const Parts&... parts) {
         const std::size_t size = (partSize(parts) + ...);
@@ -135,7 +135,8 @@ private:
     static std::string_view updateOperator(std::string_view kind);
 
     IRProgram program;
-    /// What statements need of texts beside those of the tree; all of them end with the statement.
+    /// The texts that a statement needs besides those of the tree. They are released after the
+    /// statement.
     std::array<char, 1024> firstTexts;
     std::pmr::monotonic_buffer_resource texts{firstTexts.data(), firstTexts.size()};
     /// Both point into `program` and are set anew at every function and block that is added, which

@@ -102,8 +102,8 @@ KrelIR::Operand KrelIR::expression(Node* node) {
     return value;
 }
 
-/// The operation on its left operand's value. Both operands are always evaluated, those of "&&" and
-/// "||" too.
+/// Lowers an operation whose left operand has the value `left`. Both operands are always evaluated,
+/// those of "&&" and "||" too.
 KrelIR::Operand KrelIR::binaryOp(Node* node, Operand left) {
     const Operand right = expression(childOf(node, 1));
     const Operand result = newTemporary();
@@ -215,7 +215,8 @@ void KrelIR::assign(Operand target, Node* value) {
     }
 }
 
-/// In the last case the result's temporary is taken before the operand is lowered (kept).
+/// Where nothing can be inverted, the temporary of the result is taken before the operand is
+/// lowered (kept).
 KrelIR::Operand KrelIR::negatedCondition(Node* node) {
     while (node->kindName() == NodeKind::ParenthesizedExpression) {
         node = childOf(node, 0);

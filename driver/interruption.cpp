@@ -1,6 +1,6 @@
 // Signals that end the compiler. The handler uses nothing but system calls and what is declared
-// here, and whoever changes that holds the signals back meanwhile: so the handler never meets it
-// half done, nor a file or a child that it does not know yet.
+// here. Signals are held back while that changes, and while a file or a child is made. So the
+// handler always finds it complete.
 
 #include "driver/interruption.hpp"
 
@@ -15,8 +15,8 @@ namespace CompilerDriver {
 
 namespace {
 
-/// All that end a process unless it says otherwise, and that somebody sends or the system sends for
-/// what the process asked of it. Faults of the compiler itself are not among them.
+/// The signals that end a process by default and that are sent on purpose, or by the system for a
+/// timer, a limit or a closed pipe. Those of faults of the compiler itself are not among them.
 constexpr std::array watched = {SIGHUP,  SIGINT,  SIGQUIT,   SIGPIPE, SIGALRM, SIGTERM,
                                 SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGUSR1, SIGUSR2};
 
@@ -54,8 +54,9 @@ sigset_t watchedSignals() {
 
 }  // namespace
 
-/// The handler. The signal that it raises comes when it returns, and ends the process. It may be a
-/// child's that is about to become the native compiler: that has its handlers until then.
+/// The handler. The signal that it raises arrives when it returns, and ends the process. The
+/// process may also be a child that has not become the native compiler yet: until then it has the
+/// handlers of its parent, but nothing to undo.
 void undoAndEnd(int signal) {
     if (getpid() == compiler) {
         endChild(signal);
@@ -69,7 +70,7 @@ void undoAndEnd(int signal) {
 
 namespace {
 
-/// Sets the handler for the watched signals that nobody has decided on yet.
+/// Sets the handler for the watched signals that still have their default action.
 void watchSignals() {
     if (compiler == getpid()) {
         return;

@@ -5,12 +5,12 @@
 #include <csignal>
 
 /// What a signal that ends the compiler has to undo: the native compiler that it has started, and
-/// the temporary files that it has made. Signals that are ignored, or that somebody else handles,
-/// when the first of these appears stay as they are. Process-wide, since signals are.
+/// the temporary files that it has made. A signal that is already ignored or handled when the first
+/// of these appears stays so. All of this is for the whole process, as signals are.
 namespace CompilerDriver {
 
-/// As long as it lives, signals that would end the process wait. Not for long stretches: a user who
-/// presses Ctrl-C waits, too.
+/// As long as it lives, signals that would end the process wait. Hold them for short work only: a
+/// user who presses Ctrl-C waits, too.
 class SignalsHeld {
 public:
     SignalsHeld();
@@ -18,8 +18,8 @@ public:
     SignalsHeld& operator=(const SignalsHeld&) = delete;
     ~SignalsHeld();
 
-    /// Lets signals through again in a new child, before it becomes another program; they end it
-    /// then, and undo nothing. Changes no memory, so it may run in a child of vfork.
+    /// Lets signals through again in a new child, before it becomes another program. There they end
+    /// the child and undo nothing. Changes no memory, so it may run in a child of vfork.
     void releaseInChild() const;
 
 private:

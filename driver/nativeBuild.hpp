@@ -6,7 +6,7 @@
 
 #include "driver/interruption.hpp"
 
-/// The native side of a compilation: where its tools are, the file between, the child process.
+/// The native side of a compilation: where its tools are, the assembly file, and the child process.
 namespace CompilerDriver {
 
 /// The path of an executable on the search path (PATH); an empty piece means the working directory.
@@ -36,7 +36,7 @@ private:
 
 /// Assembles and links: runs `compiler` on the two inputs and waits for it. Returns its exit
 /// status, or 1 when it was killed or could not be started (with a message on standard error). A
-/// signal that ends this process ends that one, too.
+/// signal that ends this process ends the child, too.
 int runNativeCompiler(const std::string& compiler, const std::filesystem::path& assembly,
                       const std::filesystem::path& runtime, const std::filesystem::path& output);
 

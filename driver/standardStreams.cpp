@@ -9,8 +9,8 @@
 #include <cerrno>
 #include <initializer_list>
 
-/// A new descriptor has the lowest number that is free; one that only names a place in the file
-/// system cannot be read or written.
+/// A new descriptor gets the lowest number that is free. One that is opened with O_PATH can be
+/// neither read nor written.
 void CompilerDriver::occupyClosedStandardStreams() {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF) {

@@ -143,8 +143,8 @@ void Compilation::listInstructions(const std::vector<SourceRange>& ranges) {
     }
 }
 
-/// Scans the text once more, also what lies behind a syntax error. What is between tokens, comments
-/// and illegal characters is white space.
+/// Scans the whole text once more, past any syntax error. Whatever is no token, comment or illegal
+/// character is white space.
 void Compilation::readTokens() {
     Diagnostics nobody{[](const Diagnostic&) {}};
     const Diagnostics::Use ignore{nobody};
@@ -185,7 +185,7 @@ std::string_view Compilation::textOf(SourceRange range) const {
 }
 
 std::string Compilation::jsonOf(const Node& node) const {
-    // The document names the source, which it asks the diagnostics in use for.
+    // The document names the source. The name comes from the diagnostics in use.
     Diagnostics named{[](const Diagnostic&) {}};
     named.setSourceFile(sourceName);
     const Diagnostics::Use use{named};

@@ -27,7 +27,7 @@ struct Fault {
     std::string line;     // as the compiler prints it, without the line feed
 };
 
-/// A piece of the source. All of them, in order, are the source.
+/// A piece of the source. All pieces, in order, make up the source.
 struct Token {
     enum class Kind { Word, WhiteSpace, Comment, IllegalCharacter };
 
@@ -60,7 +60,7 @@ struct IRLine {
     SourceRange source;  // empty unless sources were asked for
 };
 
-/// All that a compilation has made. What it gives out is its own and ends with it.
+/// All that a compilation has made. It owns what its functions return pointers or references to.
 class Compilation {
 public:
     Compilation(std::string itsText, std::string itsName, const Request& request);
@@ -97,7 +97,7 @@ public:
     const Symbol* symbol(std::string_view function, std::string_view name) const;
     /// All symbols of a function, the function's first, in the order of their declaration.
     std::vector<const Symbol*> symbolsOf(std::string_view function) const;
-    /// The names of all functions in the order of their definition. Without those that were
+    /// The names of all functions in the order of their definition, without those that were
     /// refused.
     std::vector<std::string> functions() const;
 

@@ -6,7 +6,7 @@
 
 #include "shared/error/place.hpp"
 
-/// What stands between tokens, but for white space.
+/// What stands between tokens and is not white space.
 struct Trivia {
     enum class Kind { Comment, IllegalCharacter };
 
@@ -24,10 +24,10 @@ public:
     Scanner& operator=(const Scanner&) = delete;
     ~Scanner();
 
-    /// What krel_lex (parser/parser.hpp) takes. The scanner's.
+    /// The argument for krel_lex (parser/parser.hpp). It belongs to the scanner.
     void* handle() const { return generated; }
 
-    /// What the actions of the generated scanner know of it.
+    /// What the actions of the generated scanner know of this one.
     struct State {
         const char* text;
         std::uint32_t size;
@@ -35,7 +35,7 @@ public:
     };
 
 private:
-    std::string text;  // with what the generated scanner needs behind it
+    std::string text;  // and two NULs, as the generated scanner needs them
     State state;
     void* generated = nullptr;
 };

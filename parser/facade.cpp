@@ -18,9 +18,9 @@ std::queue<Symbol*>& symbols = ParseContext::ofTheProcess().symbols;
 
 namespace {
 
-/// Reads a file to its end. False, with errno set, when a read fails, be it the first or a later
-/// one, or when it has more than the scanner can count. Its size is not asked for: pipes and
-/// devices have none.
+/// Reads a file to its end. Returns false, with errno set, when a read fails, the first one or a
+/// later one, or when the file has more bytes than the scanner can count. Its size is not asked
+/// for: pipes and devices have none.
 bool readToEnd(std::FILE* file, std::string& text) {
     constexpr std::size_t longest = std::numeric_limits<int>::max() - 2;
     std::array<char, std::size_t{1} << 14> piece;

@@ -20,7 +20,6 @@ extern SymbolTable& symbolTable;
 extern std::queue<Symbol*>& symbols;
 
 /// Reads yyin to its end and parses it, once per process. Returns what `parse` does; or
-/// `unreadableSource`, with errno set, when the file cannot be read, be it from the first byte or a
-/// later one on.
+/// `unreadableSource`, with errno set, when a read fails, the first one or a later one.
 int yyparse();
 inline constexpr int unreadableSource = 3;

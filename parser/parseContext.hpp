@@ -12,9 +12,9 @@
 
 class Node;
 
-/// What a parse makes and all that it needs: the tree, the symbols, and the memory in which nodes
-/// and names are. It owns them; they are gone with it. There can be any number of contexts, each
-/// for one parse, and one may be in use inside of another.
+/// What a parse needs and makes: the tree, the symbols, and the memory of nodes and names. It owns
+/// all of them. There can be any number of contexts, each for one parse, and one may be in use
+/// inside of another.
 class ParseContext {
 public:
     ParseContext();
@@ -23,11 +23,11 @@ public:
     ~ParseContext();
 
     /// The context of a process that compiles one program. Its tree is in the memory of the
-    /// process, and like that it is never freed.
+    /// process, which is never freed.
     static ParseContext& ofTheProcess();
 
-    /// Nodes and names are made in the context as long as this object lives. For the passes that go
-    /// on with what was parsed; parsing does it by itself.
+    /// As long as this object lives, nodes and names are made in the context. The passes after the
+    /// parser need it; `parse` uses the context by itself.
     class Use {
     public:
         explicit Use(ParseContext& context);
@@ -36,7 +36,7 @@ public:
         std::optional<TreeMemory::Use> memory;
     };
 
-    /// Keeps a symbol that the table has refused, but that others refer to.
+    /// Keeps a symbol that the table has refused, but that other symbols refer to.
     void keep(std::unique_ptr<Symbol> symbol) { refused.push_back(std::move(symbol)); }
 
     /// How many nodes there are, linked or not.
@@ -47,7 +47,7 @@ public:
     /// All declarations of the program, filed while it is parsed.
     SymbolTable symbolTable;
     /// Symbols of declarations that wait for the end of the function around them, to get its scope.
-    /// They are the context's. At the end of the text it may still hold those declared outside of
+    /// The context owns them. At the end of the text it may still hold those declared outside of
     /// any function.
     std::queue<Symbol*> symbols;
 
@@ -58,7 +58,7 @@ private:
     std::vector<std::unique_ptr<Symbol>> refused;
 };
 
-/// Parses a text into a context that has been used for no other. Faults are reported as they are
+/// Parses a text into a context that has not been used before. Faults are reported as they are
 /// found. Returns 0 when the text could be parsed, 1 after a syntax error, 2 when the parser's
 /// stacks are exhausted. Texts have less than two gigabytes.
 int parse(std::string text, ParseContext& context);

@@ -4,9 +4,9 @@
  * is the whole initialiser of a scalar, bodies are blocks. Token names appear in the messages of
  * syntax errors, so they have no aliases.
  *
- * Nodes belong to the tree from the moment in which an action links them; what a failed parse
- * leaves behind is not freed. A <text> value is a heap copy that the consuming action frees; an
- * identifier comes as a Name, which nobody has to free.
+ * Nodes belong to the tree as soon as an action links them. Those that a failed parse leaves behind
+ * stay in the memory that they were made in. A <text> value is a heap copy that the consuming action
+ * frees; an identifier comes as a Name, which nobody has to free.
  */
 
 %define parse.error detailed
@@ -451,7 +451,7 @@ empty:
 
 %%
 
-// Called with the location of the token that the parser was looking at.
+/// Called with the location of the token that the parser was looking at.
 static void yyerror(const TokenLocation* location, ParseContext& /*context*/, void* /*scanner*/,
                     const char* message) {
     Error::parser(message, *location);
@@ -521,7 +521,7 @@ static Node* characterLiteral(char* text, Place place) {
     return literal;
 }
 
-/// Null, with an error reported, when there are too many arguments.
+/// Reports an error and returns null when there are too many arguments.
 static Node* exitStatement(Node* arguments, Place place) {
     if (arguments->getChildren().size() > 1) {
         Error::parser("> 1 arguments passed to exit().", place);
@@ -560,7 +560,7 @@ static bool isIncrementDecrementTarget(Node* node) {
     return node->kindName() == NodeKind::Identifier || node->kindName() == NodeKind::ArrayAccess;
 }
 
-/// Null, with an error reported, when the operand cannot be updated.
+/// Reports an error and returns null when the operand cannot be updated.
 static Node* checkedUpdate(Name kind, Node* target, Place place) {
     if (!isIncrementDecrementTarget(target)) {
         const std::string& op = updateOperator(kind).text();

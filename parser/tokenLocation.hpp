@@ -5,8 +5,8 @@
 #include "shared/error/place.hpp"
 
 /// Where a token or a phrase stands. Lines are those of messages and dumps: a token's is the one on
-/// which it ends. Columns are not counted and always 0 in what the scanner gives; the bytes say it
-/// exactly. An empty phrase stands where the token before it ends.
+/// which it ends. Columns are not counted, and the scanner sets them to 0; the bytes tell the exact
+/// place. An empty phrase stands where the token before it ends.
 struct TokenLocation {
     int first_line = 1;
     int first_column = 1;

@@ -17,7 +17,7 @@ std::uint64_t wordOf(std::string_view bytes) {
         [](std::uint64_t word, char byte) { return word << 8 | static_cast<unsigned char>(byte); });
 }
 
-/// The same for eight bytes at least; x86 stores numbers that way.
+/// The same for the first eight bytes of at least eight; x86 stores numbers in that order.
 std::uint64_t fullWordOf(std::string_view bytes) {
     std::uint64_t word;
     std::memcpy(&word, bytes.data(), sizeof word);

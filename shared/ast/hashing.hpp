@@ -19,9 +19,9 @@ struct HashSecret {
 /// The secret of this process, the same from its first use on.
 const HashSecret& hashSecret();
 
-/// Which of 2^bits chains a key belongs to under a multiplier of a secret, which is odd. This is
-/// universal hashing: of any two keys that are chosen without knowing the multiplier, the chance to
-/// meet is at most two in the number of chains.
+/// Which of 2^bits chains a key belongs to. The multiplier is that of a secret, and odd. This is
+/// universal hashing: two keys that are chosen without knowing the multiplier share a chain with a
+/// probability of at most 2 / 2^bits.
 inline std::size_t chainOf(std::uint64_t key, std::uint64_t multiplier, unsigned bits) {
     return static_cast<std::size_t>(key * multiplier >> (64 - bits));
 }
@@ -29,9 +29,9 @@ inline std::size_t chainOf(std::uint64_t key, std::uint64_t multiplier, unsigned
 /// The SipHash-1-3 of a text under two words of a secret.
 std::uint64_t sipHash(std::string_view text, std::uint64_t first, std::uint64_t second);
 
-/// A text as it is looked up: with a key, the same for the same text. The key of a short one is
-/// made of its characters side by side, which is cheaper than a hash; that of a longer one is a
-/// hash.
+/// A text with the key by which it is looked up; equal texts have equal keys. The key of a short
+/// one is made of its characters side by side, which is cheaper than a hash; that of a longer one
+/// is a hash.
 class KeyedText {
 public:
     /// The longest text whose characters fit into a key.
@@ -39,11 +39,13 @@ public:
 
     explicit KeyedText(std::string_view itsText)
         : KeyedText(itsText, itsText.size() <= maxPackedSize ? pack(itsText) : 0) {}
-    /// For who has put `packed` together by packNext while finding the end of the text.
+    /// For a caller that has already put `packed` together by packNext, while finding the end of
+    /// the text.
     KeyedText(std::string_view itsText, std::uint64_t packed)
         : characters(itsText), number(itsText.size() <= maxPackedSize ? packed : hash(itsText)) {}
 
-    /// What a text's characters make one by one, beginning with 0. The topmost bit stays clear.
+    /// Adds a character to what those before it have made; before the first one, that is 0. The
+    /// topmost bit stays clear.
     static std::uint64_t packNext(std::uint64_t packed, char next) {
         return std::rotl(packed, 7) ^ static_cast<unsigned char>(next);
     }

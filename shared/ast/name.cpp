@@ -17,7 +17,8 @@ public:
     NamePool& operator=(const NamePool&) = delete;
     ~NamePool();
 
-    /// The pool in use, and that of the process, which is also looked into.
+    /// The pool in use, if it is not that of the process; and that of the process, in which every
+    /// search ends.
     static constinit NamePool* inUse;
     static NamePool& ofTheProcess() {
         static NamePool& pool = *new NamePool;  // until the process ends, as its names do
@@ -95,7 +96,7 @@ constinit const std::string* const initialTexts[] = {&NamePool::emptyText};
 
 }  // namespace
 
-/// Until there are others there is only the empty name.
+/// At first there is only the empty name.
 constinit const std::string* const* Name::texts = initialTexts;
 
 Name::Name(std::string_view text)

@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
-/// A text kept once: node kinds, type names, identifiers. Copying a Name copies an index, two are
-/// equal when their indexes are. The text lives until the process ends, or as long as the NameScope
-/// does that was in use when it first became a name.
+/// A text kept once: node kinds, type names, identifiers. Copying a Name copies an index, and two
+/// names are equal when their indexes are equal. The text lives until the process ends. If a
+/// NameScope was in use when it first became a name, it lives as long as that scope.
 ///
 ///     Name{"main"}  ->  index 117  ->  texts[117]  ->  "main"
 ///
@@ -36,8 +36,8 @@ public:
     const std::string& text() const { return *texts[number]; }
     operator const std::string&() const { return text(); }
     bool empty() const { return number == 0; }
-    /// Names are numbered from 1 on, in the order in which they first appear as long as no scope
-    /// ends; its numbers are used again. 0 is the empty name.
+    /// 0 is the empty name. Other names are numbered from 1 on, in the order in which they first
+    /// appear; the numbers of a scope that has ended are used again.
     std::uint32_t index() const { return number; }
     /// The name of that index, which must be one that index() has given.
     static Name fromIndex(std::uint32_t index) {
@@ -68,8 +68,8 @@ private:
 
 class NamePool;
 
-/// The names that first appear while it is in use; they end with it. Names that there were before
-/// outside of scopes are the same inside; a scope does not see the names of another one.
+/// The names that first appear while it is in use; they end with it. A name that the process
+/// already has is the same inside a scope. A scope does not see the names of another scope.
 class NameScope {
 public:
     NameScope();
@@ -77,7 +77,7 @@ public:
     NameScope& operator=(const NameScope&) = delete;
     ~NameScope();
 
-    /// New names belong to the scope as long as this object lives; then again where they did
+    /// As long as this object lives, new names belong to the scope; afterwards, to what was in use
     /// before.
     class Use {
     public:

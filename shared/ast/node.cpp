@@ -40,7 +40,7 @@ void NodeList::erase(std::size_t index) {
     Node** const entry = data() + index;
     std::memmove(entry, entry + 1, (count - index - 1) * sizeof(Node*));
     --count;
-    if (count == inPlace) {  // those that are left move back
+    if (count == inPlace) {  // the two that are left move back
         Node** const old = block;
         std::memcpy(places, old, sizeof places);
         std::free(old);
@@ -59,7 +59,8 @@ double Node::getDoubleValue() const {
 
 namespace {
 
-/// The names of the words that are no indexes, in order. Few, and used in tests only.
+/// The names whose words are no indexes, in the order of their words. They are few, and only tests
+/// use them.
 std::vector<Name>& otherNames() {
     static std::vector<Name> names;
     return names;
@@ -140,8 +141,8 @@ Node* Node::copyWithoutChildren() const {
     return copy;
 }
 
-/// Descendants are taken over before they are deleted: a chain of a million operators is as many
-/// levels deep, and no stack holds a destructor for each.
+/// The children of a node are moved to a list before the node is deleted, so that destructors do
+/// not nest: a chain of a million operators is a million levels deep, too deep for the stack.
 Node::~Node() {
     std::vector<Node*> pending{children.begin(), children.end()};
     while (!pending.empty()) {

@@ -11,9 +11,8 @@
 #include "shared/error/place.hpp"
 
 /// The one class of the syntax tree: a kind, at most one value, a semantic type once analysis has
-/// found it, a line, and owned children. What a node stands for is told by its kind
-/// (nodeKinds.hpp). A node owns its children; what removeChild and replaceChild detach belongs to
-/// the caller.
+/// found it, a line, and owned children. Its kind tells what it stands for (nodeKinds.hpp). A node
+/// owns its children; what removeChild and replaceChild detach belongs to the caller.
 class Node {
 public:
     /// Which value a node carries.
@@ -54,7 +53,7 @@ public:
 
     /// Appends `child`, taking ownership, unless it is null. Returns this node, so calls chain.
     Node* addChild(Node* child);
-    /// Detaches entry `index` without deleting it; without effect when there is no such entry.
+    /// Detaches entry `index` without deleting it. Does nothing when there is no such entry.
     void removeChild(std::size_t index);
     /// Puts `newChild` at `index` and returns the old child, which the caller now owns. Null, and
     /// no change, when there is no such entry or `newChild` is null.
@@ -72,7 +71,7 @@ public:
     const std::string& getSemanticType() const { return semanticTypeName().text(); }
     const NodeList& getChildren() const { return children; }
     ValueType getValueType() const { return valueType; }
-    /// The values of another type than the node carries are zero.
+    /// A value of another type than the one that the node carries is zero.
     int getIntValue() const { return valueType == ValueType::Int ? value.integer : 0; }
     double getDoubleValue() const;
     char getCharValue() const { return valueType == ValueType::Char ? value.character : '\0'; }
@@ -82,8 +81,8 @@ public:
     /// empty when they are not known, and for nodes that stand for nothing written.
     SourceRange getRange() const { return range; }
     Place getPlace() const { return {line, range}; }
-    /// Lets a node without children stand for these bytes, and one with children for everything
-    /// from its beginning up to their end.
+    /// Sets the range of a node without children to these bytes. Extends the range of a node with
+    /// children up to their end.
     void extendOver(SourceRange bytes) {
         range = {hasChildren() ? range.begin : bytes.begin, bytes.end};
     }
@@ -113,14 +112,15 @@ private:
     union Value {
         Name string{};
         int integer;
-        std::uint32_t real;  // where its memory keeps it
+        std::uint32_t real;  // the place of a double (TreeMemory::keep)
         char character;
         bool boolean;
     };
 
-    /// Kinds and types are kept as words of 13 bits. The compiler's own names for them exist from
-    /// the start, and their words are their indexes; any later name is given the next of the other
-    /// words when it first becomes a kind or type. Throws std::length_error when there are no more.
+    /// Kinds and types are kept as numbers of 13 bits, their words. The compiler's own names for
+    /// them exist from the start, and their words are their indexes. Any other name gets the next
+    /// of the other words when it first becomes a kind or type. Throws std::length_error when there
+    /// are no more.
     static std::uint16_t wordOf(Name name) {
         return name.index() < firstOtherWord ? static_cast<std::uint16_t>(name.index())
                                              : otherWordOf(name);
@@ -137,7 +137,7 @@ private:
 
     friend class TreeMemory;
 
-    /// In 40 bytes: the tree is most of what the compiler keeps in memory.
+    /// A node takes 40 bytes: the tree is most of what the compiler keeps in memory.
     [[no_unique_address]] NodeList children;
     Value value;
     int line;

@@ -9,8 +9,16 @@
 
 class Node;
 
-/// The ordered children of a node: a sequence of pointers that keeps up to two in place, since most
-/// nodes have no more. It does not own the nodes; Node, which holds it, does.
+/// The ordered children of a node. Most nodes have no more than two, which the list keeps in place.
+/// Three or more are in a block on the heap. It has room for the next power of two, so the count
+/// alone tells when it is full:
+///
+///     2 children    | a | b | 2 |
+///     3 children    | block | 3 |   block:  | a | b | c |   |
+///     4 children    | block | 4 |   block:  | a | b | c | d |                    full
+///     5 children    | block | 5 |   block:  | a | b | c | d | e |   |   |   |
+///
+/// The list does not own the nodes; Node, which holds it, does.
 class NodeList {
 public:
     NodeList() = default;
@@ -22,7 +30,7 @@ public:
     bool empty() const { return count == 0; }
     Node* const* begin() const { return data(); }
     Node* const* end() const { return data() + count; }
-    /// `index` must be below size(); so for front() and back() of an empty list.
+    /// `index` must be below size(). front() and back() need a list that is not empty.
     Node* operator[](std::size_t index) const { return data()[index]; }
     /// Throws std::out_of_range when there is no such entry.
     Node* at(std::size_t index) const {

@@ -1,5 +1,5 @@
 // The text renderings of a node: value and type names, the debugging print, the JSON document.
-// The JSON layout is what tools read, down to the byte: nothing here may change by itself.
+// Tools read the JSON document byte by byte, so its layout must not change.
 
 #include <array>
 #include <charconv>
@@ -71,8 +71,8 @@ bool isNamed(Name kind) {
     return named.find(kind);
 }
 
-/// Writes the JSON document of a tree to a stream. Keeps no more of it in memory than a block and
-/// the nodes around the one that it is at.
+/// Writes the JSON document of a tree to a stream. Keeps in memory only a block of text, and the
+/// nodes from the root to the current one.
 class JsonWriter {
 public:
     explicit JsonWriter(std::ostream& stream) : out(stream) { text.reserve(blockSize); }

@@ -1,8 +1,8 @@
 #pragma once
 
 /// How types, operators and conversions are spelled, in the tree as in the lines of the
-/// intermediate representation. Comes in: nothing; goes out: constants, so that tables of them are
-/// checked while they are compiled.
+/// intermediate representation. They are constants, so that tables of them can be checked at
+/// compile time.
 namespace Spelling {
 
 inline constexpr char Int[] = "int";

@@ -6,11 +6,22 @@
 
 #include "shared/ast/hashing.hpp"
 
-/// Finds texts that are kept elsewhere: gives each a number, from 1 on in the order of their
-/// addition, and finds the number of a text again. An index of a book: it does not hold the texts.
+/// Gives texts numbers, from 1 on in the order of their addition, and finds the number of a text
+/// again. Like the index of a book it does not hold the texts themselves.
 ///
-/// Texts that meet are chained, the latest first. There are at least as many chains as texts, so
-/// one is expected to have less than three, whatever the texts are (see chainOf).
+/// The key of a text tells its chain. A chain is a list of entries, the latest first. Here the
+/// texts a, b, c and d were added, and a, c and d are in chain 1:
+///
+///     chain           0     1     2     3   ...
+///     latest entry  |  0  |  4  |  0  |  2  |             0: none
+///
+///     entry           1     2     3     4
+///     key           | a   | b   | c   | d   |
+///     next          | 0   | 0   | 1   | 3   |             an earlier entry of the chain; 0: none
+///
+/// To find c, one reads entry 4, which has another key, and then entry 3. There are at least as
+/// many chains as texts. So a chain is expected to have fewer than three entries, whatever the
+/// texts are (see chainOf).
 class TextIndex {
 public:
     TextIndex() : multiplier(hashSecret().multiplier) {}
@@ -18,8 +29,8 @@ public:
     /// How many texts have a number.
     std::uint32_t size() const { return static_cast<std::uint32_t>(entries.size()); }
 
-    /// The number of a text, or 0 when it has none. `isText` tells whether the text of a number,
-    /// which has the same key, is the one that is looked for.
+    /// The number of a text, or 0 when it has none. `isText` gets the number of a text with the
+    /// same key, and tells whether it is the text looked for.
     template <typename IsText>
     std::uint32_t find(const KeyedText& text, IsText isText) const {
         std::uint32_t number = chains[chainOf(text.key(), multiplier, bits)];
@@ -43,8 +54,7 @@ public:
     std::uint32_t tagOf(std::uint32_t number) const { return entries[number - 1].tag; }
     std::uint64_t keyOf(std::uint32_t number) const { return entries[number - 1].key; }
 
-    /// Forgets all texts but the first `count`. Takes time for those only that it forgets, however
-    /// many there once were.
+    /// Forgets all texts but the first `count`. Takes time only for the texts that it forgets.
     void shrink(std::uint32_t count) {
         for (; size() > count; entries.pop_back()) {
             headFor(entries.back().key) = entries.back().next;

@@ -7,7 +7,7 @@
 /// special, or to the end of the text. It may be empty. Texts that are escaped, decoded or searched
 /// for their end consist mostly of such runs:
 ///
-///     say \"hello\"   is the runs   say   and   hello   and three characters between and behind
+///     say \"hello\"    has the runs  say  and  hello ; behind each of them stands an escape
 ///
 /// `from` must not be beyond the end.
 template <typename IsSpecial>

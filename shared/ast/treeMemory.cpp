@@ -18,8 +18,8 @@ namespace {
 
 constinit TreeMemory* inUse = nullptr;
 
-// The sanitizer sees the life of each node: deleted ones may not be touched, nor their room be
-// given to others.
+// The sanitizer is told which nodes are alive, and reports every use of a deleted one. So the space
+// of a deleted node is not used again.
 #ifdef __SANITIZE_ADDRESS__
 constexpr bool isReused = false;
 void open(void* space) {
@@ -73,7 +73,7 @@ TreeMemory::~TreeMemory() {
     free.insert(free.end(), values.begin(), values.end());
 }
 
-/// Long lists of children have memory of their own.
+/// Frees the long lists of children, which have memory of their own.
 void TreeMemory::freeChildLists() {
     std::sort(freeSpaces.begin(), freeSpaces.end());
     for (Block* block : blocks) {

@@ -9,10 +9,10 @@
 
 class Node;
 
-/// Where nodes are made, and the names that come with them. A compilation among others has one of
-/// its own: all its nodes are gone with it, linked or not, and its names are. What is made while
-/// none is in use belongs to the process and stays until it ends, which is soon for a compiler that
-/// compiles one program.
+/// The memory in which nodes are made, and the names that come with them. A process that compiles
+/// several programs has one for each: with it end all its nodes, linked or not, and all its names.
+/// What is made while none is in use belongs to the process and stays until that ends, which is
+/// soon for a compiler that compiles one program.
 ///
 /// Nodes lie in blocks, side by side; a node that is deleted makes room for the next one. Each
 /// block begins with its owner:
@@ -23,12 +23,12 @@ public:
     TreeMemory();
     TreeMemory(const TreeMemory&) = delete;
     TreeMemory& operator=(const TreeMemory&) = delete;
-    /// Frees all nodes that were made in it. There must be no names left from then on that first
-    /// appeared while it was in use.
+    /// Frees all nodes that were made in it. Names that first appeared while it was in use must not
+    /// be used any more.
     ~TreeMemory();
 
-    /// Nodes and names are made in `memory` as long as this object lives; then again where they
-    /// were before.
+    /// As long as this object lives, nodes and names are made in `memory`; afterwards, where they
+    /// were made before.
     class Use {
     public:
         explicit Use(TreeMemory& memory);
@@ -48,10 +48,10 @@ private:
     friend class Node;
     struct Block;
 
-    /// That of the process.
+    /// The memory of the process.
     explicit TreeMemory(std::nullptr_t) {}
 
-    /// Where nodes are made one behind the other.
+    /// Free space in which nodes are made one behind the other.
     struct Room {
         unsigned char* begin = nullptr;
         unsigned char* end = nullptr;
@@ -73,10 +73,11 @@ private:
     static Room noRoom;  // in use until the process has made its first node
     static Room* roomInUse;
 
-    std::unique_ptr<NameScope> names;  // null for that of the process
+    std::unique_ptr<NameScope> names;  // null for the memory of the process
     std::vector<Block*> blocks;
-    /// What is left of the newest block. It is set aside while there are spaces of deleted nodes,
-    /// which are used first: so the usual way to make a node has one thing to ask for.
+    /// What is left of the newest block. While there are spaces of deleted nodes, which are used
+    /// first, it is set aside and `room` is empty. So making a node usually tests one condition
+    /// only.
     Room room;
     Room setAside;
     std::vector<void*> freeSpaces;

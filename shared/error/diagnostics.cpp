@@ -24,7 +24,7 @@ constinit Diagnostics* inUse = nullptr;
 
 }  // namespace
 
-/// Standard error is unbuffered: a line is put together first, so that it leaves in one write.
+/// Standard error is unbuffered. So a line is put together first, and leaves in one write.
 Diagnostics::Diagnostics()
     : sink([this](const Diagnostic& diagnostic) { std::cerr << lineOf(diagnostic); }) {}
 

@@ -9,8 +9,8 @@
 /// Which pass found a fault in the user's program.
 enum class DiagnosticKind { Lexer, Syntax, Semantic };
 
-/// One fault. The message is only there while it is handed to a sink; it is empty when the kind
-/// says all that is known.
+/// One fault. The message is valid only until the sink returns. It is empty when the kind says all
+/// that is known.
 struct Diagnostic {
     DiagnosticKind kind;
     Place place;
@@ -40,7 +40,7 @@ public:
     /// The diagnostic as a line, with its line feed.
     std::string lineOf(const Diagnostic& diagnostic) const;
 
-    /// What the passes report goes here as long as this object lives; then again where it went
+    /// As long as this object lives, the passes report here; afterwards, where they reported
     /// before.
     class Use {
     public:
@@ -52,7 +52,7 @@ public:
     private:
         Diagnostics* before;
     };
-    /// Those in use: those of the process when no others are.
+    /// The diagnostics in use; those of the process when no others are.
     static Diagnostics& current();
 
 private:

@@ -5,9 +5,9 @@
 
 #include "shared/error/place.hpp"
 
-/// The one channel for faults in the user's program: the passes report here, and go on; the driver
-/// decides at its checkpoints whether to. Speaks to the diagnostics in use. Faults of the compiler
-/// itself do not come here.
+/// The one channel for faults in the user's program: the passes report here and go on, and the
+/// driver decides at its checkpoints whether to stop. The reports go to the diagnostics in use.
+/// Faults of the compiler itself do not come here.
 class Error {
 public:
     Error() = delete;

@@ -4,8 +4,8 @@
 #include <string>
 
 /// A fault of the compiler itself: a tree or a symbol of a shape that no source can give, or one
-/// that an earlier pass should have refused. Not counted among the faults of the program, and not
-/// meant to be handled but by who can do without the compilation: the program's `main` aborts.
+/// that an earlier pass should have refused. It does not count among the faults of the program.
+/// Only a caller that can do without the compilation should handle it; `main` aborts.
 class InternalError : public std::logic_error {
 public:
     /// `itsDetails` is shown besides the message, if there is something to show.

@@ -18,11 +18,11 @@ class LineIndex {
 public:
     explicit LineIndex(std::string_view text);
 
-    /// The line and column of a byte. The end of the text counts as a byte, and so does what lies
-    /// behind it.
+    /// The line and column of a byte. The end of the text has a place, too; any later byte has the
+    /// same one.
     LineAndColumn positionOf(std::uint32_t offset) const;
-    /// The byte at a line and column. A column behind the end of its line is that end; lines that
-    /// there are not count as the first or the last one.
+    /// The byte at a line and column. A column behind the end of its line is that end; a line
+    /// before the first counts as the first, one after the last as the last.
     std::uint32_t offsetOf(LineAndColumn position) const;
     int lineCount() const { return static_cast<int>(begins.size()); }
 

@@ -11,7 +11,7 @@ struct SourceRange {
 };
 
 /// Where something stands in the source: the line that messages and dumps name, and the bytes that
-/// it takes. Who knows the line only gives just that; the range is then empty.
+/// it takes. The range is empty when only the line is known.
 struct Place {
     constexpr Place(int itsLine) : line(itsLine) {}
     constexpr Place(int itsLine, SourceRange itsRange) : line(itsLine), range(itsRange) {}

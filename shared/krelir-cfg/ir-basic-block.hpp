@@ -16,7 +16,7 @@ public:
     std::size_t size() const { return count; }
     const int* begin() const { return numbers.data(); }
     const int* end() const { return numbers.data() + count; }
-    /// `index` must be below size(); so for front() and back() of an empty list.
+    /// `index` must be below size(). front() and back() need a list that is not empty.
     int operator[](std::size_t index) const { return numbers[index]; }
     /// Throws std::out_of_range when there is no such successor.
     int at(std::size_t index) const {
@@ -34,7 +34,7 @@ public:
     }
 
     void clear() { count = 0; }
-    /// Appends a number, unless it is there; a third one there must not be.
+    /// Appends a number, unless it is already there. There must never be a third one.
     void add(int number) {
         if (std::find(begin(), end(), number) == end()) {
             numbers[count++] = number;
@@ -53,8 +53,8 @@ public:
 
     int getNumber() const { return number; }
     const IRInstructionList& getInstructions() const { return instructions; }
-    /// The numbers of the blocks that control can go to from this one's end, each once. Known from
-    /// the last IRFunction::rebuildCFG on.
+    /// The numbers of the blocks that control can go to from this one's end, each once. As of the
+    /// last IRFunction::rebuildCFG.
     const IRSuccessors& getSuccessors() const { return successors; }
 
     /// Appends an instruction with a copy of the text.

@@ -15,7 +15,7 @@ public:
     const std::string& getName() const { return name; }
     const std::vector<IRBasicBlock>& getBlocks() const { return blocks; }
 
-    /// Appends an empty block and returns it; the reference is good until the next block is added.
+    /// Appends an empty block and returns it; the reference is valid until the next block is added.
     /// Throws std::runtime_error when the function has a block of that number.
     IRBasicBlock& addBlock(int number);
 

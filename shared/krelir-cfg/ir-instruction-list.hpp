@@ -16,16 +16,17 @@
 #include "shared/krelir-cfg/ir-instruction.hpp"
 #include "shared/krelir-cfg/textParts.hpp"
 
-/// The instructions of a block, in one piece of memory: the texts one behind the other from its
-/// beginning, and from its end, backwards, a record for each.
+/// The instructions of a block, in one piece of memory. The texts stand one behind the other at its
+/// beginning. The records, one for each text, stand in reverse order at its end; a record says
+/// where its text ends. With "x = 1" and "arg x":
 ///
-///     x = 1arg x                            | record 1 | record 0 |
+///     | x = 1arg x |        free         | 10 | 5 |
 ///
-/// As a sequence it gives instructions that own their texts. Who reads many of them asks for the
-/// texts alone, which costs no copy.
+/// As a sequence it gives instructions that own their texts. To read many of them, ask for the
+/// texts alone: that copies nothing.
 class IRInstructionList {
 public:
-    /// Stands on a number; what it gives is made when it is asked for.
+    /// Holds the number of an instruction, and makes the instruction when it is asked for.
     class Iterator {
     public:
         using difference_type = std::ptrdiff_t;
@@ -62,7 +63,7 @@ public:
     std::size_t size() const { return count; }
     Iterator begin() const { return {*this, 0}; }
     Iterator end() const { return {*this, count}; }
-    /// `index` must be below size(); so for front() and back() of an empty list.
+    /// `index` must be below size(). front() and back() need a list that is not empty.
     IRInstruction operator[](std::size_t index) const {
         return {std::string{text(index)}, recordAt(index).isSeparated()};
     }
@@ -81,12 +82,12 @@ public:
         return std::ranges::equal(list, other);
     }
 
-    /// The text of instruction `index`, which there must be. Valid until the next one is added.
+    /// The text of instruction `index`, which must exist. Valid until the next one is added.
     std::string_view text(std::size_t index) const {
         const std::size_t begin = index == 0 ? 0 : recordAt(index - 1).end();
         return {bytes.get() + begin, recordAt(index).end() - begin};
     }
-    /// Whether instruction `index`, which there must be, is set apart in the dump.
+    /// Whether instruction `index`, which must exist, is set apart in the dump.
     bool isSeparated(std::size_t index) const { return recordAt(index).isSeparated(); }
 
     /// Appends an instruction whose text is that of all the parts, which may be texts of this list.

@@ -54,7 +54,8 @@ void printFunction(std::ostream& out, const IRFunction& function) {
 
 }  // namespace
 
-/// Blocks are laid out nearly in the order of their numbers: a new number goes near the end.
+/// Blocks are laid out nearly in the order of their numbers. So a new number goes near the end of
+/// the list, which costs little.
 IRBasicBlock& IRFunction::addBlock(int number) {
     const auto place = std::lower_bound(numbers.begin(), numbers.end(), number);
     if (place != numbers.end() && *place == number) {

@@ -12,7 +12,7 @@ class IRProgram {
 public:
     /// Removes all functions.
     void clear() { functions.clear(); }
-    /// Appends an empty function and returns it; the reference is good until the next function is
+    /// Appends an empty function and returns it; the reference is valid until the next function is
     /// added. Names may repeat.
     IRFunction& addFunction(const std::string& name);
     const std::vector<IRFunction>& getFunctions() const { return functions; }

@@ -120,8 +120,8 @@ constexpr std::uint32_t reservedWordClass(std::string_view word) {
     return 0;
 }
 
-/// The class of an operator in the table, which has one character or two; 0 of any other text that
-/// is not empty.
+/// The class of an operator in the table, which has one character or two; 0 for any other text. The
+/// text must not be empty.
 constexpr std::uint32_t operatorClass(std::string_view text) {
     for (const VocabularyEntry& entry : lineOperators) {
         if (entry.text.size() == text.size() && entry.text.front() == text.front() &&

@@ -62,8 +62,8 @@ void Symbol::readFunction(const Node& declaration) {
     }
 }
 
-/// Follows the value's type alone (kept): the name of an identifier or the operator of an operation
-/// ends up as the string value.
+/// Takes whatever value the node carries (kept): the name of an identifier or the operator of an
+/// operation becomes the string value.
 void Symbol::readInitialValue(const Node& value) {
     intValue = value.getIntValue();
     doubleValue = value.getDoubleValue();

@@ -9,9 +9,9 @@
 #include "shared/symboltable/symbol.hpp"
 
 /// Every symbol of the program, grouped by scope. A scope has the name of the function that opens
-/// it and holds that function's symbol first, then its parameters and all its variables: scopes
-/// are flat, and a look-up never goes on in another one. The table owns what is filed in it; what
-/// an insertion rejects stays the caller's.
+/// it and holds that function's symbol first, then its parameters and all its variables: scopes are
+/// flat, and a look-up never goes on in another one. The table owns the symbols filed in it; a
+/// symbol that it refuses stays the caller's.
 class SymbolTable {
 public:
     SymbolTable() = default;
@@ -23,10 +23,10 @@ public:
     /// files nothing, when there is such a scope already. Returns whether the symbol was filed.
     bool insertSymbol(Name scope, const Place& place, Symbol* symbol);
     /// Files a variable or parameter in `scope`. Reports a semantic error at the symbol's place,
-    /// and files nothing, when the scope was never opened or has the name already; the name of the
-    /// function itself is one of them. Returns whether the symbol was filed.
+    /// and files nothing, when the scope was never opened or has the name already. The name of the
+    /// function itself is among its names. Returns whether the symbol was filed.
     bool insertSymbol(Name scope, Symbol* symbol);
-    /// The symbol called `name` in `scope`, or null. `line` is not used.
+    /// The symbol named `name` in `scope`, or null. `line` is not used.
     Symbol* lookup(Name scope, Name name, int line) const;
     /// All symbols of `scope` in the order of their insertion; none when it was never opened.
     const std::vector<std::unique_ptr<Symbol>>& symbolsOf(Name scope) const;

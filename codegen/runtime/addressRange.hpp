@@ -6,7 +6,7 @@
 
 namespace krel {
 
-/// A part of the reservation of which the beginning may be used. It is never given back.
+/// A range of reserved addresses. Its beginning is usable and grows; it is never given back.
 class AddressRange {
 public:
     constexpr AddressRange() = default;
@@ -20,8 +20,8 @@ public:
     std::size_t size() const { return reserved; }
     bool contains(std::uintptr_t address) const { return address - first < reserved; }
 
-    /// Makes at least the first `length` bytes usable. Returns false, and changes nothing, when
-    /// they are more than the range has or than the system gives.
+    /// Makes at least the first `length` bytes usable. Returns false, and changes nothing, when the
+    /// range is too short or the system refuses.
     [[nodiscard]] bool makeUsable(std::size_t length) { return length <= usable || extend(length); }
 
 private:
@@ -42,8 +42,8 @@ void releaseAddresses(std::uintptr_t from, std::size_t length);
 /// Gives the memory behind usable addresses back; they stay usable, with any content.
 void releaseMemory(std::uintptr_t from, std::size_t length);
 
-/// How much address space should be left to others, the growing stack above all: 0 when the process
-/// is not limited in address space.
+/// How much address space should be left to others, above all to the growing stack. 0 when the
+/// address space of the process is not limited.
 std::size_t addressesForOthers();
 
 }  // namespace krel

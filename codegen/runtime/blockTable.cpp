@@ -34,7 +34,7 @@ bool canReserve(std::size_t length) {
     return true;
 }
 
-/// The greatest count, to about a tenth, for which there is room.
+/// The greatest count for which there is room, to about a tenth.
 std::size_t findCount(std::size_t limit, std::size_t leftToOthers) {
     std::size_t count = 0;
     for (std::size_t step = limit; step >= fewestBlocks && step >= count / 8; step /= 2) {
@@ -47,7 +47,7 @@ std::size_t findCount(std::size_t limit, std::size_t leftToOthers) {
 
 }  // namespace
 
-/// Where others could not be left as much as they should have, they get half of what there is.
+/// Where too little remains to leave others their full share, they get half of what there is.
 bool BlockTable::open(std::size_t limit) {
     return reserve(limit) || reserve(findCount(limit, addressesForOthers())) ||
            reserve(findCount(limit, 0) / 2);

@@ -2,9 +2,13 @@
 //
 // Blocks are numbered from 0. They form regions, runs of blocks with one use, which cover the
 // blocks up to end() without gaps. The entry of a region's first block, its head, describes it. The
-// other entries of a large string say how far back the head is; those of a free region are left
-// over from earlier uses, but none of them is that of a region in use. So every block leads to its
-// region: see findHead.
+// other entries of a large string say how far back the head is. Those of a free region are left
+// over from earlier uses, but none of them looks like a part of a region in use. So every block
+// leads to its region: see findHead.
+//
+//     number      0       1        2       3       4       5         6
+//     use       Cells   Single   Inner   Inner   Free   (Inner)   Cells
+//     span        1       3        1       2       2      (1)       1
 #pragma once
 
 #include <cstddef>
@@ -18,6 +22,7 @@ namespace krel {
 using BlockNumber = std::uint32_t;
 inline constexpr BlockNumber noBlock = ~BlockNumber{0};
 
+/// What a block is used for.
 enum class BlockUse : std::uint8_t {
     Free,    // nothing lives here
     Cells,   // one block, cut into the cells of a size class
@@ -25,6 +30,7 @@ enum class BlockUse : std::uint8_t {
     Inner    // a later block of a large string; or left over in a free region
 };
 
+/// The entry of a block.
 struct Block {
     BlockUse use;
     std::uint8_t sizeClass;   // of cells
@@ -34,12 +40,13 @@ struct Block {
     std::uint32_t resident;   // of a free region: only so many blocks have memory behind them
 };
 
-/// One bit for each cell of a block: it is alive.
+/// One bit for each cell of a block, set when the cell is alive.
 inline constexpr unsigned markWordBits = 64;
 struct BlockMarks {
     std::uint64_t words[blockSize / smallestCell / markWordBits];
 };
 
+/// All blocks: their memory, their entries and their marks, side by side in one reservation.
 class BlockTable {
 public:
     /// Reserves addresses for as many blocks as the system allows, up to `limit`. Returns false
@@ -55,14 +62,14 @@ public:
     /// The address of a block's first byte.
     std::uintptr_t addressOf(std::size_t number) const { return heap.begin() + number * blockSize; }
 
-    /// The number of the block that holds the address; not less than end() for any address that
-    /// lies outside the regions.
+    /// The number of the block that holds the address; end() or more for an address outside of the
+    /// regions.
     std::size_t numberAt(std::uintptr_t address) const {
         return (address - heap.begin()) / blockSize;
     }
 
-    /// Goes from a block below end() to the head of its region. Returns false for a free block, and
-    /// may then go anywhere.
+    /// Goes from a block below end() to the head of its region. Returns false for a free block;
+    /// `number` then means nothing.
     bool findHead(std::size_t& number) {
         const Block* block = entries() + number;
         if (block->use == BlockUse::Inner) [[unlikely]] {
@@ -74,7 +81,7 @@ public:
         return block->use != BlockUse::Free;
     }
 
-    /// Describes a region where the block is the head of one.
+    /// The entry of a block. It describes a region if the block is the head of one.
     Block& operator[](std::size_t number) { return entries()[number]; }
 
     /// The marks of a block that is in use for cells.
@@ -85,9 +92,9 @@ public:
     /// The number of the block after the last region.
     BlockNumber end() const { return blockCount; }
 
-    /// Takes `span` blocks for a use: from the first free region with room, beginning where the
-    /// last search of this kind ended, or else behind the last region. Returns noBlock when neither
-    /// the addresses nor the memory suffice.
+    /// Takes `span` blocks for a use. They come from the first free region with room, searched from
+    /// where the last search of this kind ended, or from behind the last region. Returns noBlock
+    /// when the addresses or the memory do not suffice.
     BlockNumber take(std::uint32_t span, BlockUse use);
 
     /// Lets the next searches begin at the first block again.

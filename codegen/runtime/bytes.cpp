@@ -52,8 +52,8 @@ void copyLongText(char* to, const char* from, std::size_t length) {
     }
 }
 
-/// Copies four parts at a time, aligned where they are written; the first part and the last four
-/// overlap with them.
+/// Copies four parts at a time to aligned addresses. The first part and the last four are copied
+/// separately, and may overlap with those.
 [[gnu::target("avx")]] void copyByWideRegisters(char* to, const char* from, std::size_t length) {
     constexpr std::size_t width = sizeof(WidePart);
     constexpr std::size_t step = 4 * width;

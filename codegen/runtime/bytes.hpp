@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// For functions that read memory which is there but belongs to nobody, or to others: the rest of a
-// chunk around a text's end, the words of the stack. The sanitizers would report that.
+// For functions that read memory outside of their own objects: the rest of a chunk around a text's
+// end, the words of the stack. AddressSanitizer would report that.
 #define KREL_READS_FREELY __attribute__((no_sanitize("address")))
 
 namespace krel {
@@ -46,9 +46,9 @@ KREL_READS_FREELY inline void copyChunks(char* to, const char* from, std::size_t
 
 inline constexpr std::size_t longTextLength = 256;
 
-/// Copies exactly `length` bytes, at least longTextLength, between places that do not overlap: the
-/// first way if the processor has it and the text is not too large for its caches, or else the
-/// second.
+/// Copies exactly `length` bytes, at least longTextLength, between places that do not overlap. Uses
+/// wide registers if the processor has them and the text is not too large for its caches, and the
+/// string instruction otherwise.
 void copyLongText(char* to, const char* from, std::size_t length);
 void copyByWideRegisters(char* to, const char* from, std::size_t length);
 void copyByStringInstruction(char* to, const char* from, std::size_t length);

@@ -19,6 +19,7 @@ struct ScaledPower {
     std::uint64_t low;
 };
 
+/// The table of the powers, computed by the compiler.
 class DecimalPowers {
 public:
     static constexpr int least = -292;

@@ -24,13 +24,14 @@ constexpr unsigned exponentMask = 0x7FF;
 constexpr std::uint64_t infinity = static_cast<std::uint64_t>(exponentMask) << fractionBits;
 constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
 
-/// floor(log10(2^exponent)), or of 3/4 of it for a double whose lower neighbour is closer.
+/// floor(log10(2^exponent)); for a double whose lower neighbour is closer, floor(log10(3/4 *
+/// 2^exponent)).
 constexpr int floorLog10(int exponent, bool lowerNeighbourIsCloser) {
     return (exponent * 1262611 - (lowerNeighbourIsCloser ? 524031 : 0)) >> 22;
 }
 
-/// The product of power and factor without its lowest 128 bits; the last bit is set as well where
-/// the product is not exact, so that it still compares rightly with multiples of two.
+/// The product of power and factor without its lowest 128 bits; the last bit is also set when the
+/// product is not exact, so that it still compares correctly with multiples of two.
 std::uint64_t multiplyRoundingToOdd(const ScaledPower& power, std::uint64_t factor) {
     const Wide low = static_cast<Wide>(power.low) * factor;
     const Wide sum = static_cast<Wide>(power.high) * factor + static_cast<std::uint64_t>(low >> 64);
@@ -97,7 +98,7 @@ AlignedDecimal align(const Decimal& decimal) {
     return {first, upper | asciiZeros, lower | asciiZeros, length, count + decimal.exponent};
 }
 
-/// The digits with a point before digit number `position`, 0 to 7; the last digit falls off.
+/// The digits with a point before digit number `position`, 0 to 7; the last digit is dropped.
 EightDigits insertPoint(EightDigits digits, int position) {
     const int shift = 8 * position;
     const EightDigits after = digits >> shift << shift;
@@ -140,7 +141,8 @@ char* writeFraction(char* to, const AlignedDecimal& decimal) {
 }
 
 /// One to sixteen digits, and a point and further digits if there are any. The digits are written
-/// as if the point were behind the first one; then those before it are written once more, with it.
+/// as if the point were behind the first one; then the digits before the point are written again,
+/// with the point.
 char* writeFixed(char* to, const AlignedDecimal& decimal) {
     to[0] = static_cast<char>('0' + decimal.first);
     storeDigits(to + 2, decimal.upper);

@@ -17,11 +17,14 @@ inline constexpr std::uint64_t tenTo8 = 100'000'000;
 inline constexpr std::uint64_t tenTo16 = tenTo8 * tenTo8;
 inline constexpr EightDigits asciiZeros = 0x3030303030303030;
 
-/// The digits of a value below 10^8 as numbers 0 to 9, with leading zeros. Three times every part
-/// is cut into halves, all at once: the quotients of a division by 10000, 100 or 10 are found by a
-/// multiplication, and the upper halves' places are taken by them, the lower ones' by the
-/// remainders. With q = n / 100, that is q + (n - 100 * q) * 2^16, or n * 2^16 - q * (100 * 2^16 -
-/// 1).
+/// The digits of a value below 10^8 as numbers 0 to 9, one in each byte, with leading zeros. In
+/// three steps every part is cut into halves, all parts at once:
+///
+///     12345678  ->  1234 5678  ->  12 34 56 78  ->  1 2 3 4 5 6 7 8
+///
+/// The quotient of the division by 10000, 100 or 10 is found by a multiplication. The quotient is
+/// put into the lower half of the part's bits, the remainder into the upper half. With q = n / 100
+/// the result is q + (n - 100 * q) * 2^16, computed as n * 2^16 - q * (100 * 2^16 - 1).
 constexpr EightDigits splitDigits(std::uint64_t value) {
     const std::uint64_t tenThousands = value * 3518437209 >> 45;
     const std::uint64_t fours = (value << 32) - tenThousands * ((std::uint64_t{10'000} << 32) - 1);
@@ -81,7 +84,7 @@ private:
     unsigned groupCount = 0;
 };
 
-/// The absolute value; that of the least integer fits an unsigned one.
+/// The absolute value. It is unsigned, so that of the least integer fits, too.
 constexpr std::uint64_t magnitudeOf(std::int64_t value) {
     const auto bits = static_cast<std::uint64_t>(value);
     return value < 0 ? 0 - bits : bits;

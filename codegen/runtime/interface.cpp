@@ -23,10 +23,12 @@ const char* concatenateThoroughly(const char* left, const char* right);
 const char* integerToTextThoroughly(std::int64_t value);
 const char* doubleToTextThoroughly(double value);
 
+/// For short texts when there is room at hand.
 struct QuickWay {
     static constexpr bool isQuick = true;
 
-    /// The length of a text of the runtime; too large for this way if it is the end of another one.
+    /// The length of a text of the runtime. If the address lies inside of a text, the result is too
+    /// large for this way.
     static std::size_t lengthFrom(const char* text) { return StringHeap::lengthOf(text); }
 
     /// Sets `text` to room for so many bytes; returns false when there is none.
@@ -39,6 +41,7 @@ struct QuickWay {
     }
 };
 
+/// For all others.
 struct ThoroughWay {
     static constexpr bool isQuick = false;
 
@@ -75,10 +78,10 @@ public:
         }
     }
 
-    /// Takes at most so many bytes when it is written.
+    /// The number of bytes that it takes at most when it is written.
     std::size_t spaceNeeded() const { return space; }
 
-    /// Whether the way may go on with it.
+    /// Whether this way can handle the operand.
     bool isFit() const { return !Way::isQuick || space <= SizeClasses::smallLimit; }
 
     /// Writes what the text stands for and returns the byte after it.
@@ -96,8 +99,8 @@ private:
     bool isPlain = true;
 };
 
-/// The texts of all single characters, each with its NUL. None of them could be taken for an
-/// escape, so they need not be made anew.
+/// The texts of all single characters, each with its NUL. None of them looks like an escape, so
+/// they can be constants.
 struct CharacterTexts {
     char text[256][2] = {};
 
@@ -173,8 +176,8 @@ const char* doubleToText(double value) {
 
 }  // namespace krel
 
-// Where an address lies in no text, what seems to be its length may be any number: what the buffer
-// has room for can be read.
+// At an address that lies in no text, the length that is read may be any number. If the buffer has
+// room for so many bytes, they can be read.
 static_assert(krel::Output::capacity < krel::StringHeap::readableLength);
 
 void krel_print(const char* text) {

@@ -3,11 +3,11 @@
 // A text that comes from a literal of the program carries the escapes of the intermediate
 // representation (see literal.hpp); a text that one of these functions returned carries none and
 // belongs to the runtime. The caller never releases a text and never writes to it. None of the
-// functions fails: where memory is exhausted they end the program.
+// functions fails: when memory is exhausted, they end the program.
 //
 // The address of any byte of a text, or of its NUL, stands for the rest of the text, also of one
-// that belongs to the runtime. Where an address in the runtime's memory lies in no text - in what
-// is unused behind one, for example - it stands for the empty text or for up to 64 KB of whatever
+// that belongs to the runtime. An address in the runtime's memory may lie in no text, for example
+// in the unused rest behind one. It then stands for the empty text, or for up to 64 KB of whatever
 // lies there.
 #pragma once
 

@@ -1,5 +1,5 @@
-// Text of string literals: it reaches the runtime with the escapes of the intermediate
-// representation in it, and they are turned into the characters that they stand for.
+// String literals. Their text reaches the runtime with the escapes of the intermediate
+// representation in it. Here the escapes are turned into the characters that they stand for.
 //
 // The five escapes are a backslash followed by n, r, t, a double quote or a backslash. A backslash
 // before anything else, or at the end, is an ordinary byte.
@@ -9,8 +9,7 @@
 
 namespace krel {
 
-/// For each byte after a backslash the character that the two stand for; NUL where they are no
-/// escape.
+/// For each byte after a backslash the character that the two stand for; NUL if they are no escape.
 struct EscapedCharacters {
     char characters[256] = {};
 
@@ -67,14 +66,15 @@ KREL_READS_FREELY inline bool decodePart(const char*& from, char*& to) {
     return true;
 }
 
+/// What measureLiteral finds out.
 struct LiteralExtent {
     std::size_t length;  // in bytes, as it stands
-    /// Only set where the literal stands for itself and may be copied in chunks: no byte beyond it
-    /// that is read then lies in another page.
+    /// Set only if the literal has no escapes and may be copied in chunks: the bytes that are then
+    /// read beyond it lie in the same page.
     bool isPlain;
 };
 
-/// Reads whole aligned chunks, none of which crosses into another page.
+/// Measures a literal. Reads whole aligned chunks, none of which crosses into another page.
 KREL_READS_FREELY inline LiteralExtent measureLiteral(const char* literal) {
     const auto misalignment = reinterpret_cast<std::uintptr_t>(literal) % chunkSize;
     const char* chunk = literal - misalignment;
@@ -91,7 +91,7 @@ KREL_READS_FREELY inline LiteralExtent measureLiteral(const char* literal) {
     return {static_cast<std::size_t>(end - literal), backslashes == 0 && chunkStaysInPage(end)};
 }
 
-/// Whether the literal is a line feed and nothing else, the most frequent one by far.
+/// Whether the literal is a line feed and nothing else. That is the most frequent literal by far.
 inline bool isLineFeed(const char* literal) {
     return literal[0] == '\\' && literal[1] == 'n' && literal[2] == '\0';
 }

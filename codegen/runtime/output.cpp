@@ -78,7 +78,8 @@ void Output::printSlowly(const char* text, std::size_t length) {
     }
 }
 
-/// Returns how many of the bytes have been written, perhaps none; after a failure it says all.
+/// Returns how many of the bytes have been written, perhaps none. After a failure it returns
+/// `length`: the bytes are dropped.
 std::size_t Output::writeSome(const char* bytes, std::size_t length) {
     if (failed) {
         return length;

@@ -1,5 +1,5 @@
-// The program's standard output: collected in a buffer and written in large pieces, or at once
-// after every print where a person is looking on.
+// The program's standard output: collected in a buffer and written in large pieces, or after every
+// print when it goes to a terminal.
 #pragma once
 
 #include <cstddef>
@@ -8,6 +8,7 @@
 
 namespace krel {
 
+/// A buffer and the descriptor that it is written to.
 class Output {
 public:
     static constexpr std::size_t capacity = std::size_t{1} << 16;
@@ -16,8 +17,8 @@ public:
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    /// Writes to the descriptor from now on, which stays the caller's; at once if it is a terminal.
-    /// To be called before anything else.
+    /// From now on writes to the descriptor, which stays the caller's. If it is a terminal, every
+    /// print is written at once. To be called before anything else.
     void open(int target);
 
     /// Prints `length` bytes as they are. Up to 16 bytes after them are read.
@@ -27,8 +28,7 @@ public:
         }
     }
 
-    /// The same where the buffer has room for so many bytes; or else does nothing and returns
-    /// false.
+    /// The same if the buffer has room for so many bytes. Otherwise does nothing and returns false.
     [[nodiscard]] bool printToBuffer(const char* text, std::size_t length) {
         if (length > static_cast<std::size_t>(limit - next)) [[unlikely]] {
             return false;
@@ -56,12 +56,12 @@ private:
     std::size_t writeSome(const char* bytes, std::size_t length);
     void fail(long error);
 
-    /// All zero at the beginning: the object file then holds no copy of the buffer. Where nothing
-    /// is held back the limit is the buffer's beginning, so that every print is a slow one.
+    /// All members are zero at first, so that the object file holds no copy of the buffer. For a
+    /// terminal the limit is the buffer's beginning, so that every print takes the slow way.
     char* next = nullptr;
     char* limit = nullptr;
-    /// The beginning of the buffer, but while it is being written the first byte that still has to
-    /// be: where the stack overflows in the middle of a flush, the trap's handler goes on from
+    /// The first byte that still has to be written: outside of a flush, the beginning of the
+    /// buffer. If the stack overflows in the middle of a flush, the trap's handler goes on from
     /// here.
     char* unwritten = nullptr;
     int descriptor = 0;

@@ -1,4 +1,4 @@
-// The one line on standard error by which a program learns why it is being ended.
+// The one line on standard error that says why a program is ended.
 #pragma once
 
 namespace krel {

@@ -17,8 +17,8 @@ inline constexpr std::size_t lengthFieldSize = sizeof(std::size_t);
 inline constexpr std::size_t cellSpace = blockSize - chunkSize;
 
 /// Every multiple of eight at first, then at most a quarter more than the size before; from 1 KB on
-/// the sizes divide a block evenly, so that the last two, a third and a half of it, are further
-/// off.
+/// the sizes divide a block evenly, so the last two steps, to a third and to a half of a block, are
+/// larger.
 inline constexpr std::uint32_t cellSizes[] = {
     16,   24,   32,   40,   48,   56,   64,   72,   80,   88,   96,    104,   112,   120,   128,
     160,  192,  224,  256,  320,  384,  448,  512,  640,  768,  896,   1024,  1168,  1360,  1632,
@@ -27,6 +27,7 @@ inline constexpr unsigned sizeClassCount = sizeof cellSizes / sizeof cellSizes[0
 inline constexpr std::size_t largestCell = cellSizes[sizeClassCount - 1];
 inline constexpr std::size_t smallestCell = cellSizes[0];
 
+/// One size of cells.
 struct SizeClass {
     std::uint32_t cellSize;
     std::uint32_t cellCount;
@@ -46,8 +47,8 @@ consteval void listServingClasses(std::uint8_t (&table)[Count], std::size_t step
     }
 }
 
-/// Which class serves how many bytes: computed for the smallest sizes, and for the others looked up
-/// in a table with fine steps and one with coarse steps.
+/// Which class serves how many bytes. For the smallest sizes that is computed; for the others it is
+/// looked up in a table with fine steps or in one with coarse steps.
 class SizeClasses {
 public:
     /// Up to this size there is a class for every multiple of eight.
@@ -65,8 +66,8 @@ public:
 
     constexpr const SizeClass& operator[](unsigned sizeClass) const { return classes[sizeClass]; }
 
-    /// The class of the smallest cell of at least `bytes` bytes; smallestCell < bytes + 8, and
-    /// bytes <= smallLimit.
+    /// The class of the smallest cell of at least `bytes` bytes. `bytes` must be more than
+    /// smallestCell - 8, and at most smallLimit.
     static constexpr std::size_t ofSmall(std::size_t bytes) {
         return (bytes + fineStep - 1) / fineStep - smallestCell / fineStep;
     }

@@ -74,8 +74,8 @@ void StringHeap::open(std::uintptr_t endOfStack, std::size_t blockLimit) {
 
 // ---- Addresses ----
 
-/// Finds the place of the string that an address points into: at the text, its NUL or the unused
-/// rest behind it. Returns false when it points elsewhere. Whether there is a string is not said.
+/// Finds the room that an address points into: into the text there, its NUL or the unused rest
+/// behind it. Returns false when it points elsewhere. The room may also be free.
 [[gnu::always_inline]] inline bool StringHeap::findPlace(std::uintptr_t address, Place& place) {
     std::size_t head = blocks.numberAt(address);
     if (head >= blocks.end() || !blocks.findHead(head)) {
@@ -268,8 +268,8 @@ KREL_READS_FREELY void StringHeap::collect(const std::uintptr_t* first,
     }
     resetRuns();
     const Census census = sweep();
-    // A collection costs a look at every word of the stack and at the marks of every region; so
-    // much is handed out before the next one that this stays a small part of the work.
+    // A collection looks at every word of the stack and at the marks of every region. So much is
+    // handed out before the next one that this stays a small part of the work.
     const auto stackBytes =
         first < last ? static_cast<std::size_t>(last - first) * sizeof *first : 0;
     budget = smallestBudget + 4 * stackBytes + census.regions * blockSize / 8;
@@ -382,8 +382,8 @@ void StringHeap::addPartial(BlockNumber number) {
     activeClasses |= std::uint64_t{1} << block.sizeClass;
 }
 
-/// Gives the memory of free blocks back to the system, as far as there are more of them than will
-/// soon be used again: as many as are in use now, and some more.
+/// Gives memory of free blocks back to the system. Keeps what will soon be used again: as many
+/// blocks as are in use now, and some more.
 void StringHeap::releaseExcess(const Census& census) {
     std::size_t kept = census.usedBlocks + (bytesBeforeFirstCollection + budget) / blockSize;
     if (census.residentFreeBlocks <= kept) {

@@ -1,11 +1,11 @@
 // The memory of the strings that the program makes, and the collector that takes it back.
 //
-// All strings lie in one reserved address range, so that a pointer's value tells whether a text
-// was made here or is a literal. A string is its length in eight bytes, the text and a NUL. The
-// program holds strings by the address of their first byte or of a later one up to the NUL, which
-// stands for the rest of the text, in stack slots and nowhere else; and a string holds no
-// addresses. So the strings that are alive are those into which an address on the stack points, and
-// one look at each word of the stack finds them all.
+// All strings lie in one reserved address range, so that a pointer's value tells whether a text was
+// made here or is a literal. A string is its length in eight bytes, the text and a NUL. The program
+// holds a string by the address of its first byte, or of a later one up to the NUL, which stands
+// for the rest of the text. Such addresses are in stack slots and nowhere else; a string holds
+// none. So a string is alive if an address on the stack points into it, and one look at each word
+// of the stack finds all live strings.
 #pragma once
 
 #include <cstddef>
@@ -22,10 +22,11 @@
 
 namespace krel {
 
+/// Hands out room for strings and takes back that of dead ones.
 class StringHeap {
 public:
-    /// At least so much is handed out between two collections: little enough that the memory that
-    /// is used over and over stays in the processor's second cache.
+    /// At least so much is handed out between two collections. It is so little that memory that is
+    /// used over and over stays in the processor's second cache.
     static constexpr std::size_t smallestBudget = std::size_t{1} << 17;
 
     /// Nothing is collected before this many bytes have been handed out.
@@ -40,13 +41,14 @@ public:
 
     /// Reserves addresses for up to `blockLimit` blocks; where that fails, so does every
     /// allocation. `endOfStack` is the address above the frames that hold strings, on the stack of
-    /// the later calls; when it is 0, nothing is collected but by calls of collect.
+    /// the later calls; when it is 0, only calls of collect collect anything.
     void open(std::uintptr_t endOfStack, std::size_t blockLimit = mostBlocks);
 
-    /// Returns room for a text of up to `length` bytes, or nullptr when memory is exhausted. It is
-    /// no string before setEnd; up to 15 bytes beyond the room for the NUL may be written with
-    /// anything. Every string into which no address on the stack points may be taken back before,
-    /// except those of `left` and `right`, which may also be addresses of anything else.
+    /// Returns room for a text of up to `length` bytes, or nullptr when memory is exhausted. The
+    /// room becomes a string by setEnd. Up to 15 bytes beyond the room for the NUL may be written
+    /// with anything. The call may first take back strings into which no address on the stack
+    /// points, except those of `left` and `right`; these two may also be addresses of anything
+    /// else.
     [[nodiscard]] char* allocate(std::size_t length, const char* left = nullptr,
                                  const char* right = nullptr) {
         const std::size_t bytes = lengthFieldSize + length + 1;
@@ -78,8 +80,8 @@ public:
     }
 
     /// The length of the string of this heap that begins at `text`. At a later byte of a string's
-    /// text, and at its NUL, the result is 2^56 or more: the byte before is one of the text then,
-    /// and none of those is 0, as the highest byte of a length is.
+    /// text, and at its NUL, the result is 2^56 or more: its highest byte is then a byte of the
+    /// text, which is never 0.
     static std::size_t lengthOf(const char* text) {
         struct [[gnu::packed, gnu::may_alias]] Unaligned {
             std::size_t value;
@@ -91,8 +93,8 @@ public:
     static constexpr std::size_t readableLength = (BlockTable::margin - 1) * blockSize + 1;
 
     /// The length of the text from an address of this heap on, which need not be where the string
-    /// begins. For an address that lies in no string the result is any: so many bytes can be read,
-    /// and up to 15 beyond them.
+    /// begins. For an address in no string the result may be any number, but so many bytes, and 15
+    /// more, can be read there.
     std::size_t lengthFrom(const char* text) {
         const std::size_t length = lengthOf(text);
         if (length < readableLength) [[likely]] {

@@ -1,5 +1,5 @@
-// The Linux system calls that the runtime needs, made directly: a Krel function may be called
-// `write` or `mmap`, and it would take the place of the C library's.
+// The Linux system calls that the runtime needs, made directly: a Krel function may be named
+// `write` or `mmap`, and would replace that of the C library.
 //
 // Every function returns what the kernel returns: a value from 0 up, or the negated error number.
 #pragma once

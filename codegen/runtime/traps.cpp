@@ -74,7 +74,7 @@ void setSignalAction(int signal, const SignalAction& action) {
     system::call(system::number::sigaction, signal, system::addressOf(&action), 0, signalSetSize);
 }
 
-/// A parent may have left the signal blocked.
+/// Lets a signal through: a parent process may have left it blocked.
 void unblockSignal(int signal) {
     constexpr long unblock = 1;
     const std::uint64_t set = std::uint64_t{1} << (signal - 1);
@@ -94,8 +94,9 @@ const char* describeArithmeticFault(const SignalContext& context) {
     return "integer division by zero";
 }
 
-/// A frame that does not fit is found out when it is touched, between the stack pointer, or what a
-/// call pushes below it, and the stack's end; within a stack that has room nothing faults there.
+/// A frame that does not fit shows when it is touched: the fault lies between the stack's end and
+/// the stack pointer, or just below that, where a call pushes. As long as the stack has room,
+/// nothing faults there.
 bool isStackOverflow(const SignalInfo& info, const SignalContext& context) {
     constexpr std::uintptr_t pushed = 256;
     return info.faultAddress >= context.rsp - pushed && info.faultAddress < mainStackEnd;
@@ -121,10 +122,9 @@ const char* describe(const SignalInfo& info, const SignalContext& context) {
     }
 }
 
-/// The signal's action has been reset when this runs, and the signal is blocked until it returns:
-/// the one raised here ends the program then, before its next instruction. A signal from outside
-/// may come in the middle of a write, which is not repeated: what was written would be written
-/// twice.
+/// When this runs, the signal's action has been reset, and the signal is blocked until it returns.
+/// So the signal raised here ends the program on return, before its next instruction. A signal from
+/// outside may interrupt a write. That write is not repeated: some bytes would be written twice.
 void handleTrap(int signal, const SignalInfo* info, const SignalContext* context) {
     if (!isSentByProcess(*info) || !standardOutput.isFlushing()) {
         standardOutput.flush();

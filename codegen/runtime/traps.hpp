@@ -1,4 +1,4 @@
-// The ends of a program that it did not ask for: faults of the machine, and exhausted memory.
+// How a program ends against its will: by a fault of the machine, or because memory is exhausted.
 #pragma once
 
 #include <cstdint>

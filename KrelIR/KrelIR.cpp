@@ -7,6 +7,8 @@
 #include "shared/error/internalError.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
 
+namespace krel {
+
 IRProgram& KrelIR::analyze(Node* root) {
     program.clear();
     currentFunction = nullptr;
@@ -348,3 +350,5 @@ bool KrelIR::endsInReturn(Node* block) {
     return list->kindName() == NodeKind::StatementList && list->hasChildren() &&
            list->getChildren().back()->kindName() == NodeKind::ReturnStatement;
 }
+
+}  // namespace krel

@@ -13,6 +13,8 @@
 #include "shared/krelir-cfg/ir-program.hpp"
 #include "shared/krelir-cfg/textParts.hpp"
 
+namespace krel {
+
 class Node;
 
 /// Lowers the analysed tree into textual three-address code, one instruction a line, in numbered
@@ -152,3 +154,8 @@ private:
     std::vector<Operand> operands;  // of the arguments of calls being lowered, innermost last
     std::vector<Loop> loops;        // the loops around the statement, innermost last
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::KrelIR;

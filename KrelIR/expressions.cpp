@@ -12,6 +12,8 @@
 #include "shared/error/internalError.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
 
+namespace krel {
+
 namespace {
 
 /// The comparison that holds exactly when `op` does not; empty when `op` is no comparison. Doubles
@@ -288,3 +290,5 @@ KrelIR::Operand KrelIR::quote(std::string_view text, char quotationMark) {
 std::string_view KrelIR::updateOperator(std::string_view kind) {
     return kind.find("Increment") != std::string_view::npos ? Spelling::Plus : Spelling::Minus;
 }
+
+}  // namespace krel

@@ -24,6 +24,8 @@
 #include "shared/error/error.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
+using namespace krel;
+
 namespace {
 
 enum Phase { scanAndParse, analyse, lower, generateCode, write, phaseCount };

@@ -8,6 +8,8 @@
 
 #include "shared/krelir-cfg/textParts.hpp"
 
+namespace krel {
+
 /// Collects assembly text and hands it to a stream in blocks; the rest follows on destruction, also
 /// when an error ends the generation, so that what was written stays. Failures stay in the
 /// stream's state.
@@ -55,3 +57,5 @@ private:
     std::size_t used = 0;
     std::size_t handedOn = 0;
 };
+
+}  // namespace krel

@@ -10,6 +10,8 @@
 #include "shared/ast/textRuns.hpp"
 #include "shared/krelir-cfg/ir-program.hpp"
 
+namespace krel {
+
 namespace {
 
 /// Puts a backslash before quotes and backslashes. The escapes inside a literal thereby reach the
@@ -111,3 +113,5 @@ void CodeGenerator::emitFunction(const IRFunction& function) {
     }
     out->write(context.returnLabel, ":\n\tleave\n\tret\n\t.size ", name, ", .-", name, "\n");
 }
+
+}  // namespace krel

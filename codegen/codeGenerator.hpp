@@ -13,6 +13,8 @@
 #include "codegen/valueTable.hpp"
 #include "shared/ast/name.hpp"
 
+namespace krel {
+
 class AssemblyWriter;
 class IRFunction;
 class IRProgram;
@@ -135,3 +137,8 @@ private:
     std::vector<Source>* sources = nullptr;
     std::size_t instructionCount = 0;  // emitted so far
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::CodeGenerator;

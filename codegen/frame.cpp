@@ -16,6 +16,8 @@
 #include "shared/krelir-cfg/ir-program.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
+namespace krel {
+
 namespace {
 
 constexpr long long slotSize = 8;  // bytes
@@ -71,3 +73,5 @@ void CodeGenerator::readDeclarations(FunctionContext& context) const {
         }
     }
 }
+
+}  // namespace krel

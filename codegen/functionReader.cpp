@@ -21,6 +21,8 @@
 #include "shared/krelir-cfg/ir-function.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
 
+namespace krel {
+
 namespace {
 
 /// The classes that the tokens of a plain line of some form may have; none behind its end.
@@ -358,3 +360,5 @@ Operand FunctionReader::operandOf(std::string_view text, LineBreaks lineBreaks) 
     }
     return {trimmed, Kind::Unknown};
 }
+
+}  // namespace krel

@@ -9,6 +9,8 @@
 #include "codegen/irText.hpp"
 #include "codegen/valueTable.hpp"
 
+namespace krel {
+
 class IRFunction;
 
 /// A group of a line that has been read: an operand, or a text that only the form gives a meaning.
@@ -88,3 +90,5 @@ private:
     std::vector<Line> lines;
     std::vector<Operand> groups;  // of all lines, in order
 };
+
+}  // namespace krel

@@ -14,6 +14,8 @@
 #include "shared/krelir-cfg/vocabulary.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
+namespace krel {
+
 namespace {
 
 /// The instructions of an operator. A comparison has set instructions instead of an operation; the
@@ -343,3 +345,5 @@ void CodeGenerator::emitCopy(const Operand& target, const Operand& value,
         recordType(target, type, context);
     }
 }
+
+}  // namespace krel

@@ -10,6 +10,8 @@
 #include "codegen/irText.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
 
+namespace krel {
+
 namespace {
 
 using Groups = decltype(IRLine::groups);
@@ -429,3 +431,5 @@ IRLine recognise(std::string_view text) {
     }
     return {};
 }
+
+}  // namespace krel

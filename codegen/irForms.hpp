@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace krel {
+
 /// The forms that a line of the intermediate representation can have, each with an example and its
 /// groups: what the form takes out of a line, from left to right. A group is an operand or a text
 /// that means something only to its form.
@@ -100,3 +102,5 @@ const char* irPatternOf(IRForm form);
 /// Finds the form of a trimmed line: gives exactly what the patterns would, in time linear in the
 /// line. `None` when no pattern matches.
 IRLine recognise(std::string_view line);
+
+}  // namespace krel

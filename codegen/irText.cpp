@@ -4,6 +4,8 @@
 
 #include "shared/ast/textRuns.hpp"
 
+namespace krel {
+
 namespace {
 
 bool isLineBreak(char character) {
@@ -108,3 +110,5 @@ std::size_t stringLiteralEnd(std::string_view text, std::size_t begin) {
     }
     return std::string_view::npos;
 }
+
+}  // namespace krel

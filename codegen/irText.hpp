@@ -7,6 +7,8 @@
 
 #include "shared/krelir-cfg/vocabulary.hpp"
 
+namespace krel {
+
 /// Tests and small parsers of operand texts, as the lines of the intermediate representation spell
 /// them. None of them fails or copies: what they return points into their argument.
 
@@ -106,3 +108,5 @@ bool parseArrayAccess(std::string_view text, std::string_view& name, std::string
 /// The end of the string literal that begins at `begin`: one past its closing quote, where a
 /// backslash takes the character behind it along. npos when the text ends first.
 std::size_t stringLiteralEnd(std::string_view text, std::size_t begin);
+
+}  // namespace krel

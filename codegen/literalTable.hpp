@@ -7,6 +7,8 @@
 
 #include "shared/ast/textIndex.hpp"
 
+namespace krel {
+
 /// Literals of one type and the numbers of their labels, in order of first appearance. Each is kept
 /// once, as it is written; the texts stay the caller's.
 class LiteralTable {
@@ -61,3 +63,5 @@ private:
     TextIndex index;  // its numbers are those of the labels and one more
     std::vector<std::string_view> texts;
 };
+
+}  // namespace krel

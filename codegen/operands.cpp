@@ -18,6 +18,8 @@
 #include "shared/krelir-cfg/vocabulary.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
+namespace krel {
+
 namespace {
 
 [[noreturn]] void fail(std::string_view message, std::string_view text = {}) {
@@ -231,3 +233,5 @@ void CodeGenerator::passArguments(FunctionContext& context) {
     }
     context.pendingArguments.clear();
 }
+
+}  // namespace krel

@@ -4,6 +4,8 @@
 
 #include "codegen/shortText.hpp"
 
+namespace krel {
+
 /// The registers that the generated code uses.
 namespace Register {
 
@@ -26,3 +28,5 @@ inline constexpr std::array<ShortText, 6> integerRegisters = {
 inline constexpr std::array<ShortText, 8> doubleRegisters = {
     Register::xmm0,     Register::xmm1,     ShortText{"%xmm2"}, ShortText{"%xmm3"},
     ShortText{"%xmm4"}, ShortText{"%xmm5"}, ShortText{"%xmm6"}, ShortText{"%xmm7"}};
+
+}  // namespace krel

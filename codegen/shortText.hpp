@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace krel {
+
 /// A text of at most 23 characters that is kept in place: a register, an address, a number. It can
 /// stand for a string view wherever one is taken.
 class ShortText {
@@ -45,3 +47,5 @@ private:
     std::array<char, capacity> characters{};
     std::uint8_t length = 0;
 };
+
+}  // namespace krel

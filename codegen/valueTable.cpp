@@ -4,6 +4,8 @@
 
 #include "codegen/irText.hpp"
 
+namespace krel {
+
 namespace {
 
 /// A number by which words are ordered as far as their first characters decide on it. The key of a
@@ -52,3 +54,5 @@ const std::vector<NamedValue*>& ValueTable::inOrder() {
     }
     return ordered;
 }
+
+}  // namespace krel

@@ -10,6 +10,8 @@
 #include "shared/ast/textIndex.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
 
+namespace krel {
+
 // The words of one function. Comes in: the words of its lines, one by one; goes out: a number for
 // each, and a place for what is known of the value that it names. From the lines
 //
@@ -99,3 +101,5 @@ private:
     std::vector<Place> places;
     std::vector<NamedValue*> ordered;
 };
+
+}  // namespace krel

@@ -26,6 +26,7 @@
 #include "shared/error/internalError.hpp"
 
 namespace fs = std::filesystem;
+using namespace krel;
 
 namespace CompilerDriver {
 

@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     }
     try {
         return CompilerDriver::compile(options, argv[0]);
-    } catch (const InternalError& error) {
-        abortBecauseOf(error);
+    } catch (const krel::InternalError& error) {
+        krel::abortBecauseOf(error);
     }
 }

@@ -19,6 +19,8 @@
 #include "shared/ast/node.hpp"
 #include "shared/error/internalError.hpp"
 
+namespace krel {
+
 namespace FrontEnd {
 
 namespace {
@@ -219,3 +221,5 @@ std::unique_ptr<Compilation> compile(std::string text, std::string name, const R
 }
 
 }  // namespace FrontEnd
+
+}  // namespace krel

@@ -12,6 +12,8 @@
 #include "shared/error/place.hpp"
 #include "shared/krelir-cfg/ir-program.hpp"
 
+namespace krel {
+
 class Node;
 
 /// The whole compiler as one call, for tools: takes a text, returns all that the passes make of it
@@ -141,3 +143,5 @@ std::unique_ptr<Compilation> compile(std::string text, std::string name,
                                      const Request& request = {});
 
 }  // namespace FrontEnd
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 
 #include "shared/error/place.hpp"
 
+namespace krel {
+
 /// What stands between tokens and is not white space.
 struct Trivia {
     enum class Kind { Comment, IllegalCharacter };
@@ -39,3 +41,5 @@ private:
     State state;
     void* generated = nullptr;
 };
+
+}  // namespace krel

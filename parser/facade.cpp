@@ -11,10 +11,12 @@
 
 #include "parser/parseContext.hpp"
 
+using krel::ParseContext;
+
 std::FILE* yyin = nullptr;
-Node* ast = nullptr;
-SymbolTable& symbolTable = ParseContext::ofTheProcess().symbolTable;
-std::queue<Symbol*>& symbols = ParseContext::ofTheProcess().symbols;
+krel::Node* ast = nullptr;
+krel::SymbolTable& symbolTable = ParseContext::ofTheProcess().symbolTable;
+std::queue<krel::Symbol*>& symbols = ParseContext::ofTheProcess().symbols;
 
 namespace {
 
@@ -42,7 +44,7 @@ int yyparse() {
         return unreadableSource;
     }
     ParseContext& context = ParseContext::ofTheProcess();
-    const int status = parse(std::move(text), context);
+    const int status = krel::parse(std::move(text), context);
     ast = context.root;
     return status;
 }

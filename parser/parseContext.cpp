@@ -8,6 +8,8 @@
 #include "lexer/scanner.hpp"
 #include "parser/parser.hpp"
 
+namespace krel {
+
 ParseContext::ParseContext() : memory(std::make_unique<TreeMemory>()) {}
 
 ParseContext::~ParseContext() {
@@ -36,3 +38,5 @@ int parse(std::string text, ParseContext& context) {
     Scanner scanner{std::move(text)};
     return krel_parse(context, scanner.handle());
 }
+
+}  // namespace krel

@@ -10,6 +10,8 @@
 #include "shared/ast/treeMemory.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
+namespace krel {
+
 class Node;
 
 /// What a parse needs and makes: the tree, the symbols, and the memory of nodes and names. It owns
@@ -62,3 +64,5 @@ private:
 /// found. Returns 0 when the text could be parsed, 1 after a syntax error, 2 when the parser's
 /// stacks are exhausted. Texts have less than two gigabytes.
 int parse(std::string text, ParseContext& context);
+
+}  // namespace krel

@@ -12,18 +12,20 @@
 %define parse.error detailed
 %define api.pure full
 %define api.prefix {krel_}
-%define api.location.type {TokenLocation}
+%define api.location.type {krel::TokenLocation}
 %locations
 %expect 0
 
-%parse-param {ParseContext& context} {void* scanner}
+%parse-param {krel::ParseContext& context} {void* scanner}
 %lex-param {void* scanner}
 
 %code requires {
 #include "parser/tokenLocation.hpp"
 
+namespace krel {
 class Node;
 class ParseContext;
+}  // namespace krel
 
 /* Lets the generated stacks grow: a location is copied like any other number of bytes. */
 #define KREL_LTYPE_IS_TRIVIAL 1
@@ -32,7 +34,7 @@ class ParseContext;
 %code provides {
 /// Returns the next token, 0 at the end of the text; sets its value and location. The scanner is
 /// the handle of one (lexer/scanner.hpp).
-int krel_lex(KREL_STYPE* value, TokenLocation* location, void* scanner);
+int krel_lex(KREL_STYPE* value, krel::TokenLocation* location, void* scanner);
 }
 
 %code {
@@ -47,6 +49,8 @@ int krel_lex(KREL_STYPE* value, TokenLocation* location, void* scanner);
 #include "shared/ast/node.hpp"
 #include "shared/ast/textRuns.hpp"
 #include "shared/error/error.hpp"
+
+using namespace krel;
 
 /* A phrase reaches from its first symbol to its last one. An empty one stands where the token before
  * it ends. */
@@ -82,7 +86,7 @@ static void declareFunction(Node* function, ParseContext& context);
     double real;
     char* text;
     unsigned name; /* the index of a Name, which has a constructor and cannot stand in a union */
-    Node* node;
+    krel::Node* node;
 }
 
 %destructor { free($$); } <text>

@@ -4,6 +4,8 @@
 
 #include "shared/error/place.hpp"
 
+namespace krel {
+
 /// Where a token or a phrase stands. Lines are those of messages and dumps: a token's is the one on
 /// which it ends. Columns are not counted, and the scanner sets them to 0; the bytes tell the exact
 /// place. An empty phrase stands where the token before it ends.
@@ -18,3 +20,5 @@ struct TokenLocation {
     SourceRange range() const { return {begin, end}; }
     operator Place() const { return {first_line, range()}; }
 };
+
+}  // namespace krel

@@ -11,6 +11,8 @@
 #include "shared/error/internalError.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
+namespace krel {
+
 namespace {
 
 struct Cast {
@@ -246,3 +248,5 @@ Name SemanticAnalyzer::inferCastExpressionType(Node* node) {
     node->removeChild(0);
     return setExpressionType(node, target);
 }
+
+}  // namespace krel

@@ -9,6 +9,8 @@
 #include "shared/error/internalError.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
+namespace krel {
+
 namespace {
 
 /// The name that an assignment stores to; empty when the target is neither a variable nor an
@@ -245,3 +247,5 @@ void SemanticAnalyzer::reportTypeMismatch(Name expected, Name actual, const Plac
         "Cannot assign value of type '" + actual.text() + "' to type '" + expected.text() + "'.",
         place);
 }
+
+}  // namespace krel

@@ -5,6 +5,8 @@
 #include "shared/ast/name.hpp"
 #include "shared/error/place.hpp"
 
+namespace krel {
+
 class Node;
 class SymbolTable;
 
@@ -73,3 +75,8 @@ private:
     std::vector<Node*> operations;  // whose left operands are being typed, innermost last
     std::vector<Node*> waiting;     // nodes that the walk has still to visit, next one last
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::SemanticAnalyzer;

@@ -8,6 +8,8 @@
 #include <bit>
 #include <cstring>
 
+namespace krel {
+
 namespace {
 
 /// Up to eight bytes as a number, the first one lowest.
@@ -94,3 +96,5 @@ std::uint64_t sipHash(std::string_view text, std::uint64_t first, std::uint64_t 
     state.take(std::uint64_t{text.size()} << 56 | wordOf(rest));
     return state.finish();
 }
+
+}  // namespace krel

@@ -9,6 +9,8 @@
 #include <numeric>
 #include <string_view>
 
+namespace krel {
+
 /// What the hashes of a process depend on.
 struct HashSecret {
     std::uint64_t first;
@@ -69,3 +71,5 @@ private:
     std::string_view characters;
     std::uint64_t number;
 };
+
+}  // namespace krel

@@ -9,6 +9,8 @@
 
 #include "shared/ast/textIndex.hpp"
 
+namespace krel {
+
 /// The names of the process, or of a scope. Owns their texts; the deque never moves one.
 class NamePool {
 public:
@@ -119,3 +121,5 @@ NameScope::Use::Use(NameScope& scope) : before(std::exchange(NamePool::inUse, sc
 NameScope::Use::~Use() {
     NamePool::inUse = before;
 }
+
+}  // namespace krel

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+namespace krel {
+
 /// A text kept once: node kinds, type names, identifiers. Copying a Name copies an index, and two
 /// names are equal when their indexes are equal. The text lives until the process ends. If a
 /// NameScope was in use when it first became a name, it lives as long as that scope.
@@ -94,12 +96,6 @@ private:
     std::unique_ptr<NamePool> pool;
 };
 
-/// Names are numbered in a row: their numbers spread well by themselves.
-template <>
-struct std::hash<Name> {
-    std::size_t operator()(Name name) const noexcept { return name.index(); }
-};
-
 /// What to do for each of some names, found by index. Meant for names that exist from the start
 /// (kinds, operators), whose indexes are small.
 template <typename Action>
@@ -121,4 +117,12 @@ public:
 
 private:
     std::vector<Action> actions;
+};
+
+}  // namespace krel
+
+/// Names are numbered in a row: their numbers spread well by themselves.
+template <>
+struct std::hash<krel::Name> {
+    std::size_t operator()(krel::Name name) const noexcept { return name.index(); }
 };

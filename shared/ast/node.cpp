@@ -12,6 +12,8 @@
 
 #include "shared/ast/treeMemory.hpp"
 
+namespace krel {
+
 void* Node::operator new(std::size_t /*size*/) {
     return TreeMemory::allocate();
 }
@@ -173,3 +175,5 @@ Node* Node::replaceChild(std::size_t index, Node* newChild) {
     }
     return children.exchange(index, newChild);
 }
+
+}  // namespace krel

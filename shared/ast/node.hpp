@@ -10,6 +10,8 @@
 #include "shared/ast/nodeList.hpp"
 #include "shared/error/place.hpp"
 
+namespace krel {
+
 /// The one class of the syntax tree: a kind, at most one value, a semantic type once analysis has
 /// found it, a line, and owned children. Its kind tells what it stands for (nodeKinds.hpp). A node
 /// owns its children; what removeChild and replaceChild detach belongs to the caller.
@@ -148,3 +150,8 @@ private:
 };
 
 static_assert(sizeof(void*) != 8 || sizeof(Node) == 40);
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::Node;

@@ -3,6 +3,8 @@
 #include "shared/ast/name.hpp"
 #include "shared/ast/spelling.hpp"
 
+namespace krel {
+
 /// All kinds of node there are, with the value a node carries and its children in order.
 namespace NodeKind {
 
@@ -106,3 +108,5 @@ inline const Name Increment{"++"};
 inline const Name Decrement{"--"};
 
 }  // namespace Operator
+
+}  // namespace krel

@@ -7,6 +7,8 @@
 #include <ranges>
 #include <stdexcept>
 
+namespace krel {
+
 class Node;
 
 /// The ordered children of a node. Most nodes have no more than two, which the list keeps in place.
@@ -83,3 +85,5 @@ private:
     };
     std::uint32_t count = 0;
 };
+
+}  // namespace krel

@@ -13,6 +13,8 @@
 #include "shared/ast/textRuns.hpp"
 #include "shared/error/error.hpp"
 
+namespace krel {
+
 namespace {
 
 /// Fifteen significant digits without trailing zeros, exponent form where it is shorter.
@@ -284,3 +286,5 @@ void Node::printJSON(std::ostream& out, int level) const {
 void Node::printJSON() const {
     printJSON(std::cout, 0);
 }
+
+}  // namespace krel

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace krel {
+
 /// How types, operators and conversions are spelled, in the tree as in the lines of the
 /// intermediate representation. They are constants, so that tables of them can be checked at
 /// compile time.
@@ -35,3 +37,5 @@ inline constexpr char Divide[] = "/";
 inline constexpr char Not[] = "!";
 
 }  // namespace Spelling
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 
 #include "shared/ast/hashing.hpp"
 
+namespace krel {
+
 /// Gives texts numbers, from 1 on in the order of their addition, and finds the number of a text
 /// again. Like the index of a book it does not hold the texts themselves.
 ///
@@ -93,3 +95,5 @@ private:
     std::vector<std::uint32_t> chains = std::vector<std::uint32_t>(std::size_t{1} << firstBits);
     std::vector<Entry> entries;  // by number
 };
+
+}  // namespace krel

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace krel {
+
 /// The run of plain characters of a text that begins at `from`: up to the first one that is
 /// special, or to the end of the text. It may be empty. Texts that are escaped, decoded or searched
 /// for their end consist mostly of such runs:
@@ -28,3 +30,5 @@ std::string_view plainRun(std::string_view text, std::size_t from, IsSpecial isS
     }
     return text.substr(from, end - from);
 }
+
+}  // namespace krel

@@ -14,6 +14,8 @@
 #include <sanitizer/asan_interface.h>
 #endif
 
+namespace krel {
+
 namespace {
 
 constinit TreeMemory* inUse = nullptr;
@@ -177,3 +179,5 @@ std::uint32_t TreeMemory::keep(double value) {
 double TreeMemory::valueAt(std::uint32_t place) {
     return allValues().all[place];
 }
+
+}  // namespace krel

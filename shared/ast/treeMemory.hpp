@@ -7,6 +7,8 @@
 
 #include "shared/ast/name.hpp"
 
+namespace krel {
+
 class Node;
 
 /// The memory in which nodes are made, and the names that come with them. A process that compiles
@@ -83,3 +85,5 @@ private:
     std::vector<void*> freeSpaces;
     std::vector<std::uint32_t> values;  // the places of those it keeps
 };
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 #include <iostream>
 #include <utility>
 
+namespace krel {
+
 namespace {
 
 constexpr std::string_view prefixOf(DiagnosticKind kind) {
@@ -64,3 +66,5 @@ Diagnostics& Diagnostics::current() {
     static Diagnostics& ofTheProcess = *new Diagnostics;
     return inUse != nullptr ? *inUse : ofTheProcess;
 }
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 
 #include "shared/error/place.hpp"
 
+namespace krel {
+
 /// Which pass found a fault in the user's program.
 enum class DiagnosticKind { Lexer, Syntax, Semantic };
 
@@ -60,3 +62,5 @@ private:
     std::string sourceFile;
     int errorCount = 0;
 };
+
+}  // namespace krel

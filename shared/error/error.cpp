@@ -5,6 +5,8 @@
 
 #include "shared/error/diagnostics.hpp"
 
+namespace krel {
+
 namespace {
 
 std::string_view withoutStockText(std::string_view message) {
@@ -36,3 +38,5 @@ void Error::parser(std::string_view message, const Place& place) {
 void Error::semantic(std::string_view message, const Place& place) {
     Diagnostics::current().report({DiagnosticKind::Semantic, place, withoutStockText(message)});
 }
+
+}  // namespace krel

@@ -5,6 +5,8 @@
 
 #include "shared/error/place.hpp"
 
+namespace krel {
+
 /// The one channel for faults in the user's program: the passes report here and go on, and the
 /// driver decides at its checkpoints whether to stop. The reports go to the diagnostics in use.
 /// Faults of the compiler itself do not come here.
@@ -27,3 +29,8 @@ public:
     /// Reports a fault of meaning; treats the stock text as `parser` does.
     static void semantic(std::string_view message, const Place& place);
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::Error;

@@ -7,6 +7,8 @@
 #include <iostream>
 #include <utility>
 
+namespace krel {
+
 InternalError::InternalError(const std::string& message, std::string itsDetails)
     : std::logic_error(message), shown(std::move(itsDetails)) {}
 
@@ -19,3 +21,5 @@ void abortBecauseOf(const InternalError& error) {
     std::cout << error.details() << std::flush;
     std::abort();
 }
+
+}  // namespace krel

@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace krel {
+
 /// A fault of the compiler itself: a tree or a symbol of a shape that no source can give, or one
 /// that an earlier pass should have refused. It does not count among the faults of the program.
 /// Only a caller that can do without the compilation should handle it; `main` aborts.
@@ -23,3 +25,5 @@ private:
 /// Writes "Internal error: " and the message as a line on standard error, the details on standard
 /// output, and aborts the process.
 [[noreturn]] void abortBecauseOf(const InternalError& error);
+
+}  // namespace krel

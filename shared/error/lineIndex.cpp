@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace krel {
+
 LineIndex::LineIndex(std::string_view text)
     : begins{0}, size(static_cast<std::uint32_t>(text.size())) {
     for (std::size_t end = text.find('\n'); end != text.npos; end = text.find('\n', end + 1)) {
@@ -25,3 +27,5 @@ std::uint32_t LineIndex::offsetOf(LineAndColumn position) const {
     const auto column = static_cast<std::uint32_t>(std::max(position.column, 1) - 1);
     return begins[index] + std::min(column, end - begins[index]);
 }
+
+}  // namespace krel

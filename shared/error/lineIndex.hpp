@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+namespace krel {
+
 /// A line and a column, both counted from 1; columns count bytes.
 struct LineAndColumn {
     int line = 1;
@@ -30,3 +32,5 @@ private:
     std::vector<std::uint32_t> begins;  // of all lines; the first is 0
     std::uint32_t size;                 // of the text
 };
+
+}  // namespace krel

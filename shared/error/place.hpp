@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace krel {
+
 /// Bytes of a source text, counted from 0: from `begin` up to, not including, `end`.
 struct SourceRange {
     std::uint32_t begin = 0;
@@ -21,3 +23,5 @@ struct Place {
 
     friend bool operator==(const Place&, const Place&) = default;
 };
+
+}  // namespace krel

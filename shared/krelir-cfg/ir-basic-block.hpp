@@ -9,6 +9,8 @@
 
 #include "shared/krelir-cfg/ir-instruction-list.hpp"
 
+namespace krel {
+
 /// The numbers of the blocks that one block can be followed by: never more than two, each once.
 class IRSuccessors {
 public:
@@ -74,3 +76,8 @@ private:
     IRInstructionList instructions;
     IRSuccessors successors;
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::IRBasicBlock;

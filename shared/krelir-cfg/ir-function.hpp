@@ -6,6 +6,8 @@
 
 #include "shared/krelir-cfg/ir-basic-block.hpp"
 
+namespace krel {
+
 /// A function: blocks in layout order, which is the order of emission and of falling through, and
 /// need not be that of their numbers.
 class IRFunction {
@@ -28,3 +30,8 @@ private:
     std::vector<IRBasicBlock> blocks;
     std::vector<int> numbers;  // of the blocks, ascending
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::IRFunction;

@@ -16,6 +16,8 @@
 #include "shared/krelir-cfg/ir-instruction.hpp"
 #include "shared/krelir-cfg/textParts.hpp"
 
+namespace krel {
+
 /// The instructions of a block, in one piece of memory. The texts stand one behind the other at its
 /// beginning. The records, one for each text, stand in reverse order at its end; a record says
 /// where its text ends. With "x = 1" and "arg x":
@@ -153,3 +155,5 @@ private:
     std::size_t used = 0;   // bytes of texts
     std::size_t count = 0;  // of instructions
 };
+
+}  // namespace krel

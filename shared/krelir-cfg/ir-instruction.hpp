@@ -3,6 +3,8 @@
 #include <string>
 #include <utility>
 
+namespace krel {
+
 /// One line of the intermediate representation, as its generator wrote it. Owns its text.
 class IRInstruction {
 public:
@@ -18,3 +20,8 @@ private:
     std::string text;
     bool separated;
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::IRInstruction;

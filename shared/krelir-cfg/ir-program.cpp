@@ -13,6 +13,8 @@
 #include <system_error>
 #include <utility>
 
+namespace krel {
+
 namespace {
 
 constexpr std::string_view branchMark = "goto B";
@@ -102,3 +104,5 @@ std::string IRProgram::toString() const {
     print(out);
     return std::move(out).str();
 }
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 
 #include "shared/krelir-cfg/ir-function.hpp"
 
+namespace krel {
+
 /// A program in the intermediate representation: functions in the order of their definition. It
 /// owns them by value, they their blocks, and those their instructions.
 class IRProgram {
@@ -26,3 +28,8 @@ public:
 private:
     std::vector<IRFunction> functions;
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::IRProgram;

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+namespace krel {
+
 template <std::size_t size>
 constexpr std::size_t partSize(const char (&/*literal*/)[size]) {
     return size - 1;
@@ -24,3 +26,5 @@ char* writePart(char* at, const char (&literal)[size]) {
 inline char* writePart(char* at, std::string_view text) {
     return at + text.copy(at, text.size());
 }
+
+}  // namespace krel

@@ -10,6 +10,8 @@
 
 #include "shared/ast/spelling.hpp"
 
+namespace krel {
+
 /// The words that only lines have.
 namespace Keyword {
 inline constexpr char Arg[] = "arg";
@@ -131,3 +133,5 @@ constexpr std::uint32_t operatorClass(std::string_view text) {
     }
     return 0;
 }
+
+}  // namespace krel

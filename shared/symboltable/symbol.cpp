@@ -3,13 +3,14 @@
 
 #include "shared/symboltable/symbol.hpp"
 
-// The check of the type node stands in every build.
-#undef NDEBUG
+#undef NDEBUG  // the check of the type node stands in every build
 #include <cassert>
 #include <iostream>
 
 #include "shared/ast/node.hpp"
 #include "shared/error/internalError.hpp"
+
+namespace krel {
 
 namespace {
 
@@ -29,7 +30,11 @@ Symbol::Symbol(Node* type, Node* declaration) {
                       (declaration == nullptr ? "<null>" : declaration->getKind()));
     }
     name = declaration->stringValue();
-    assert(type->getKind() == "Type");
+    // As assert writes it, but for the namespace.
+    if (type->getKind() != "Type") {
+        __assert_fail("type->getKind() == \"Type\"", __FILE__, __LINE__,
+                      "Symbol::Symbol(Node*, Node*)");
+    }
     declaredType = type->stringValue();
     const Name kind = declaration->kindName();
     const NodeList& children = declaration->getChildren();
@@ -122,3 +127,5 @@ void Symbol::printValue() const {
     }
     std::cout << std::endl;
 }
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 #include "shared/ast/name.hpp"
 #include "shared/error/place.hpp"
 
+namespace krel {
+
 class Node;
 
 /// One declared name: a function, a scalar variable, an array or a parameter. The symbol table
@@ -73,3 +75,8 @@ private:
     bool isFunction = false;
     std::vector<Symbol*> parameters;
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::Symbol;

@@ -9,6 +9,8 @@
 
 #include "shared/error/error.hpp"
 
+namespace krel {
+
 bool SymbolTable::Scope::file(Symbol* symbol) {
     if (!byName.try_emplace(symbol->symbolName(), symbol).second) {
         return false;
@@ -80,3 +82,5 @@ void SymbolTable::printSymbolTable() const {
         }
     }
 }
+
+}  // namespace krel

@@ -8,6 +8,8 @@
 #include "shared/ast/name.hpp"
 #include "shared/symboltable/symbol.hpp"
 
+namespace krel {
+
 /// Every symbol of the program, grouped by scope. A scope has the name of the function that opens
 /// it and holds that function's symbol first, then its parameters and all its variables: scopes are
 /// flat, and a look-up never goes on in another one. The table owns the symbols filed in it; a
@@ -51,3 +53,8 @@ private:
     std::unordered_map<Name, Scope> scopes;
     std::vector<Name> names;
 };
+
+}  // namespace krel
+
+// The interfaces of the passes are known without the namespace, too.
+using krel::SymbolTable;

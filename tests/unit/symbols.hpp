@@ -6,6 +6,8 @@
 #include "shared/symboltable/symbolTable.hpp"
 #include "tests/unit/trees.hpp"
 
+namespace krel {
+
 /// A function without parameters; opens the scope of its name.
 inline void declareFunction(SymbolTable& table, const char* type, const char* text) {
     const std::unique_ptr<Node> declaration{function(type, text, {})};
@@ -28,3 +30,5 @@ inline void declareArray(SymbolTable& table, const char* scope, const char* type
     const std::unique_ptr<Node> declarator{named("ArrayDeclarator", text, {number(size)})};
     table.insertSymbol(scope, new Symbol(typeNode.get(), declarator.get()));
 }
+
+}  // namespace krel

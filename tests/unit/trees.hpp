@@ -6,6 +6,8 @@
 
 #include "shared/ast/node.hpp"
 
+namespace krel {
+
 inline Node* node(const char* kind, std::initializer_list<Node*> children = {}, int line = 1) {
     Node* made = new Node(kind, line);
     for (Node* child : children) {
@@ -40,3 +42,5 @@ inline Node* function(const char* type, const char* text, std::initializer_list<
     return named("FunctionDeclaration", text,
                  {named("Type", type), node("ParameterList"), block(statements)});
 }
+
+}  // namespace krel

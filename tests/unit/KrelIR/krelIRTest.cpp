@@ -11,6 +11,8 @@
 #include "tests/unit/support/internalErrors.hpp"
 #include "tests/unit/trees.hpp"
 
+namespace krel {
+
 namespace {
 
 class KrelIRTest : public testing::Test {
@@ -301,3 +303,5 @@ TEST_F(KrelIRTest, LongLiteralsAreEscapedWhereverItIsNeeded) {
               "x = \"" + run + "\\n\\\"" + tail + "\"\n" +  //
                   "x = \"\\t" + run + "\\\\\"\n");
 }
+
+}  // namespace krel

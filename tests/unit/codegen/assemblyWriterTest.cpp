@@ -7,6 +7,8 @@
 
 #include "codegen/shortText.hpp"
 
+namespace krel {
+
 TEST(AssemblyWriterTest, WritesPartsOfEveryKindInOrder) {
     std::ostringstream out;
     {
@@ -51,3 +53,5 @@ TEST(AssemblyWriterTest, LeavesFailuresInTheStream) {
     EXPECT_TRUE(out.bad());
     EXPECT_EQ(out.str(), "");
 }
+
+}  // namespace krel

@@ -13,6 +13,8 @@
 #include "shared/krelir-cfg/ir-program.hpp"
 #include "tests/unit/symbols.hpp"
 
+namespace krel {
+
 namespace {
 
 class CodeGeneratorTest : public testing::Test {
@@ -563,3 +565,5 @@ TEST_F(CodeGeneratorTest, ResultsMustHaveASlot) {
     EXPECT_EQ(errorOf({"B1 = inttostring 2"}), "no stack slot for IR value: B1");
     EXPECT_EQ(errorOf({"param int B1"}), "no stack slot for IR value: B1");
 }
+
+}  // namespace krel

@@ -13,6 +13,8 @@
 #include "shared/krelir-cfg/ir-function.hpp"
 #include "tests/unit/codegen/lineMaker.hpp"
 
+namespace krel {
+
 namespace {
 
 using Kind = Operand::Kind;
@@ -301,3 +303,5 @@ TEST(FunctionReaderTest, StringsEndAtTheirFirstUnescapedQuote) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -17,6 +17,8 @@
 #include "codegen/irForms.hpp"
 #include "tests/unit/codegen/lineMaker.hpp"
 
+namespace krel {
+
 namespace {
 
 /// A form with the ranges of its groups; the same type for both sides, to be compared as text.
@@ -132,3 +134,5 @@ TEST(IRFormsEquivalenceTest, ShortLines) {
     }
     EXPECT_EQ(comparison.differences, 0U);
 }
+
+}  // namespace krel

@@ -8,6 +8,8 @@
 #include <regex>
 #include <string>
 
+namespace krel {
+
 namespace {
 
 /// The groups of a line, as many as there are, with a bar behind each; "another form" when the
@@ -186,3 +188,5 @@ TEST(IRFormsTest, LinesOfManyOperatorsAndBracketsAreRecognised) {
     EXPECT_EQ(recognise("x[" + brackets + "= y\nz").form, IRForm::None);
     EXPECT_EQ(recognise("x[\n" + brackets + "= y").form, IRForm::None);
 }
+
+}  // namespace krel

@@ -5,6 +5,8 @@
 #include <regex>
 #include <string>
 
+namespace krel {
+
 namespace {
 
 /// The parts of an element as "name|index"; "none" for any other text.
@@ -185,3 +187,5 @@ TEST(IRTextTest, LongStringLiteralsEndWhereShortOnesDo) {
     EXPECT_EQ(stringLiteralEnd("\"" + run + R"(\\" b")", 0), 104U);
     EXPECT_EQ(stringLiteralEnd("\"" + run, 0), std::string_view::npos);
 }
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace krel {
+
 /// Writes random lines. The same seed gives the same lines everywhere.
 class LineMaker {
 public:
@@ -152,3 +154,5 @@ private:
 
     std::mt19937 random;
 };
+
+}  // namespace krel

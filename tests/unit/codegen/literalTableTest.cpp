@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace krel {
+
 namespace {
 
 TEST(LiteralTableTest, NumbersByFirstAppearance) {
@@ -51,3 +53,5 @@ TEST(LiteralTableTest, OrdersTheNumbersAsTexts) {
 }
 
 }  // namespace
+
+}  // namespace krel

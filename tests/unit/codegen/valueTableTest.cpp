@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace krel {
+
 namespace {
 
 std::vector<std::string> namesInOrder(ValueTable& values) {
@@ -127,3 +129,5 @@ TEST(ValueTableTest, ForgetsAllButTheKeywords) {
 }
 
 }  // namespace
+
+}  // namespace krel

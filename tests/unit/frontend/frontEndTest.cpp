@@ -11,6 +11,8 @@
 #include "parser/parser.hpp"
 #include "shared/ast/node.hpp"
 
+namespace krel {
+
 namespace {
 
 using FrontEnd::compile;
@@ -328,3 +330,5 @@ TEST(FrontEndTest, TenThousandCompilationsLeaveNothingBehind) {
 }
 
 }  // namespace
+
+}  // namespace krel

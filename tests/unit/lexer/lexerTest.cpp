@@ -9,6 +9,8 @@
 #include "parser/parser.hpp"
 #include "scan.hpp"
 
+namespace krel {
+
 namespace {
 
 using namespace std::string_literals;
@@ -369,3 +371,5 @@ TEST(ScannerRangeTest, ScannersDoNotKnowOfEachOther) {
 }
 
 }  // namespace
+
+}  // namespace krel

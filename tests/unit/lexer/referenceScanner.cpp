@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+namespace krel {
+
 namespace {
 
 using Length = std::size_t;
@@ -208,3 +210,5 @@ std::string referenceScan(const std::string& text) {
     }
     return out.str();
 }
+
+}  // namespace krel

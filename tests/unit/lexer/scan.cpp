@@ -11,6 +11,8 @@
 #include "shared/ast/name.hpp"
 #include "tests/unit/support/childProcess.hpp"
 
+namespace krel {
+
 namespace {
 
 /// The value of the token just scanned, behind a blank; empty when its kind carries none.
@@ -75,3 +77,5 @@ std::string tokensOf(const std::string& text) {
     }
     return tokens;
 }
+
+}  // namespace krel

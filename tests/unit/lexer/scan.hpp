@@ -3,6 +3,8 @@
 #include <array>
 #include <string>
 
+namespace krel {
+
 /// The names of the tokens in the order of their codes, which begin at 258.
 inline constexpr int firstTokenCode = 258;
 inline constexpr std::array<const char*, 51> tokenNames = {"T_INT_LITERAL",
@@ -63,3 +65,5 @@ std::string scan(const std::string& text);
 
 /// The same without line numbers and with blanks instead of line feeds.
 std::string tokensOf(const std::string& text);
+
+}  // namespace krel

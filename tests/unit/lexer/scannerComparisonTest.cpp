@@ -10,6 +10,8 @@
 #include "referenceScanner.hpp"
 #include "scan.hpp"
 
+namespace krel {
+
 namespace {
 
 using namespace std::string_literals;
@@ -85,3 +87,5 @@ TEST(ScannerComparisonTest, NulBytesInEverything) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 
 #include "parse.hpp"
 
+namespace krel {
+
 namespace {
 
 std::string program(const std::string& text) {
@@ -125,3 +127,5 @@ TEST(ParserDeclarationTest, CastsOfEveryOperand) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 
 #include "parse.hpp"
 
+namespace krel {
+
 namespace {
 
 /// "a <op> b" as a tree.
@@ -138,3 +140,5 @@ TEST(ParserExpressionTest, LongChainsAreParsed) {
 }
 
 }  // namespace
+
+}  // namespace krel

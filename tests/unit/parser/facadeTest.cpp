@@ -11,6 +11,8 @@
 #include "shared/error/error.hpp"
 #include "tests/unit/support/childProcess.hpp"
 
+namespace krel {
+
 namespace {
 
 /// A source of some good bytes, behind which reading fails.
@@ -53,3 +55,5 @@ TEST(FacadeTest, StandardInputIsReadWithoutAnotherFile) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -11,6 +11,8 @@
 
 #include "parse.hpp"
 
+namespace krel {
+
 namespace {
 
 /// Tokens separated by single blanks. A line in a tree or a message is the number of a token.
@@ -321,3 +323,5 @@ TEST(ParserLineTest, ErrorsOfActions) {
 }
 
 }  // namespace
+
+}  // namespace krel

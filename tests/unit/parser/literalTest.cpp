@@ -4,6 +4,8 @@
 
 #include "parse.hpp"
 
+namespace krel {
+
 namespace {
 
 using namespace std::string_literals;
@@ -97,3 +99,5 @@ TEST(ParserLiteralTest, RawNulInACharacterLeavesItsQuote) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -11,6 +11,8 @@
 #include "tests/unit/support/childProcess.hpp"
 #include "tests/unit/support/sourceText.hpp"
 
+namespace krel {
+
 namespace {
 
 void writeValue(std::ostream& out, const Node& node) {
@@ -153,3 +155,5 @@ std::string errorsIn(const std::string& text) {
 std::string errorsInBody(const std::string& text) {
     return errorsIn("void f() {" + text + "\n}");
 }
+
+}  // namespace krel

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string>
 
+namespace krel {
+
 /// What the parser made of a text.
 struct Parsed {
     int status;          // what yyparse returned
@@ -36,3 +38,5 @@ std::string expression(const std::string& text);
 /// What is reported for a whole file, and for a function body that begins on line 1.
 std::string errorsIn(const std::string& text);
 std::string errorsInBody(const std::string& text);
+
+}  // namespace krel

@@ -10,6 +10,8 @@
 #include "shared/ast/node.hpp"
 #include "shared/error/diagnostics.hpp"
 
+namespace krel {
+
 namespace {
 
 /// A parse with its own memory and diagnostics.
@@ -195,3 +197,5 @@ TEST(ParseContextTest, DetachedNodesAreTheContexts) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -4,6 +4,8 @@
 
 #include "parse.hpp"
 
+namespace krel {
+
 namespace {
 
 TEST(ParserStatementTest, Assignment) {
@@ -207,3 +209,5 @@ TEST(ParserStatementTest, LinesOfForParts) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -4,6 +4,8 @@
 
 #include "parse.hpp"
 
+namespace krel {
+
 namespace {
 
 const std::string separator = "--------------------------\n";
@@ -186,3 +188,5 @@ TEST(SymbolRegistrationTest, FunctionIsFiledWhenItsBodyIsComplete) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 
 #include "parse.hpp"
 
+namespace krel {
+
 namespace {
 
 std::string syntaxError(int line, const std::string& rest) {
@@ -164,3 +166,5 @@ TEST(DiagnosticOrderTest, DeclarationsAreFiledAtTheEndOfTheirFunction) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -10,6 +10,8 @@
 #include "tests/unit/support/internalErrors.hpp"
 #include "tests/unit/symbols.hpp"
 
+namespace krel {
+
 namespace {
 
 class ExpressionTypesTest : public testing::Test {
@@ -183,3 +185,5 @@ TEST_F(ExpressionTypesTest, NumericTypesAndLiteralKinds) {
         EXPECT_FALSE(SemanticAnalyzer::isLiteralKind(kind)) << kind;
     }
 }
+
+}  // namespace krel

@@ -12,6 +12,8 @@
 #include "tests/unit/support/internalErrors.hpp"
 #include "tests/unit/symbols.hpp"
 
+namespace krel {
+
 namespace {
 
 class SemanticAnalyzerTest : public testing::Test {
@@ -203,3 +205,5 @@ TEST_F(SemanticAnalyzerTest, EveryOtherKindIsWalkedThrough) {
             << kind;
     }
 }
+
+}  // namespace krel

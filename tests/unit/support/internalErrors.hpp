@@ -4,6 +4,8 @@
 
 #include "shared/error/internalError.hpp"
 
+namespace krel {
+
 /// The message of the internal error that `action` ends with.
 template <typename Action>
 std::string internalErrorOf(Action action) {
@@ -14,3 +16,5 @@ std::string internalErrorOf(Action action) {
     }
     return "nothing was thrown";
 }
+
+}  // namespace krel

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace krel {
+
 namespace {
 
 // Another implementation's values, for a secret of zeros.
@@ -131,3 +133,5 @@ TEST(KeyedTextTest, MayBePackedOnTheWay) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -5,6 +5,8 @@
 #include <sstream>
 #include <string>
 
+namespace krel {
+
 namespace {
 
 TEST(NameTest, DefaultIsTheEmptyName) {
@@ -143,3 +145,5 @@ TEST(NameTableTest, EmptyTableGivesNothing) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+namespace krel {
+
 namespace {
 
 using Spelling = std::pair<Name, std::string>;
@@ -116,3 +118,5 @@ TEST(NodeKindsTest, Operators) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -10,6 +10,8 @@
 
 #include "shared/ast/node.hpp"
 
+namespace krel {
+
 namespace {
 
 /// Nodes that outlive the lists under test, which own nothing.
@@ -128,3 +130,5 @@ TEST_F(NodeListTest, EqualsAnySequenceOfTheSameNodes) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -14,6 +14,8 @@
 #include <sanitizer/asan_interface.h>
 #endif
 
+namespace krel {
+
 namespace {
 
 using Nodes = std::set<const Node*>;
@@ -162,3 +164,5 @@ TEST(NodeOwnershipTest, LongChildListsGiveTheirMemoryBack) {
 }
 
 }  // namespace
+
+}  // namespace krel

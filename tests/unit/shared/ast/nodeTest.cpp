@@ -10,6 +10,8 @@
 
 #include "tests/unit/support/childProcess.hpp"
 
+namespace krel {
+
 namespace {
 
 using ValueType = Node::ValueType;
@@ -323,3 +325,5 @@ TEST(NodeTest, TooManyKindsAreAnError) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -14,6 +14,8 @@
 #include "shared/error/error.hpp"
 #include "tests/unit/support/streamCapture.hpp"
 
+namespace krel {
+
 namespace {
 
 using namespace std::string_literals;
@@ -418,3 +420,5 @@ TEST(NodePrintTest, ShowsDirectChildrenOnly) {
 }
 
 }  // namespace
+
+}  // namespace krel

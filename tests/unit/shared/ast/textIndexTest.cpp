@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace krel {
+
 namespace {
 
 using namespace std::string_literals;
@@ -102,3 +104,5 @@ TEST(TextIndexTest, ShrinksToItsFirstTexts) {
 }
 
 }  // namespace
+
+}  // namespace krel

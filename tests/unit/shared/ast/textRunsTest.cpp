@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace krel {
+
 namespace {
 
 bool isQuote(char character) {
@@ -48,3 +50,5 @@ TEST(TextRunsTest, AnyByteCanBeSpecial) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -9,6 +9,8 @@
 
 #include "shared/ast/node.hpp"
 
+namespace krel {
+
 namespace {
 
 TEST(TreeMemoryTest, NodesAreGoneWithIt) {
@@ -144,3 +146,5 @@ TEST(NameScopeTest, ScopesDoNotSeeEachOther) {
 }
 
 }  // namespace
+
+}  // namespace krel

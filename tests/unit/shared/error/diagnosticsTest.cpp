@@ -10,6 +10,8 @@
 #include "tests/unit/support/childProcess.hpp"
 #include "tests/unit/support/streamCapture.hpp"
 
+namespace krel {
+
 namespace {
 
 TEST(DiagnosticsTest, HandsEachFaultToItsSink) {
@@ -68,3 +70,5 @@ TEST(DiagnosticsTest, DefaultSinkWritesLines) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -7,6 +7,8 @@
 
 #include "tests/unit/support/childProcess.hpp"
 
+namespace krel {
+
 namespace {
 
 /// What one report writes, with `sourceFile` as the path set before it. In a process of its own, as
@@ -155,3 +157,5 @@ TEST(ErrorTest, EveryReportCounts) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -8,6 +8,8 @@
 #include "tests/unit/support/childProcess.hpp"
 #include "tests/unit/support/internalErrors.hpp"
 
+namespace krel {
+
 namespace {
 
 TEST(InternalErrorTest, IsThrownWithItsMessage) {
@@ -29,3 +31,5 @@ TEST(InternalErrorTest, NeedsNoDetails) {
 }
 
 }  // namespace
+
+}  // namespace krel

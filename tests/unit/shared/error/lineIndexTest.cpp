@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace krel {
+
 namespace {
 
 TEST(LineIndexTest, CountsLinesAndColumnsFromOne) {
@@ -42,3 +44,5 @@ TEST(LineIndexTest, FindsOffsets) {
 }
 
 }  // namespace
+
+}  // namespace krel

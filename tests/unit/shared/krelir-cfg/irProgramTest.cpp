@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace krel {
+
 namespace {
 
 /// A block and the texts of its instructions.
@@ -300,3 +302,5 @@ TEST(IRSuccessorsTest, AreASequence) {
     EXPECT_FALSE(successors == function.getBlocks()[1].getSuccessors());
     EXPECT_TRUE(function.getBlocks()[1].getSuccessors().empty());
 }
+
+}  // namespace krel

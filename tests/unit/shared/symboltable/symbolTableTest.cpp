@@ -12,6 +12,8 @@
 #include "tests/unit/shared/symboltable/allocationCount.hpp"
 #include "tests/unit/support/streamCapture.hpp"
 
+namespace krel {
+
 namespace {
 
 /// A table with symbols of its own; what it reports is collected.
@@ -274,3 +276,5 @@ TEST_F(SymbolTableTest, IsNotCopied) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -12,6 +12,8 @@
 #include "tests/unit/support/internalErrors.hpp"
 #include "tests/unit/support/streamCapture.hpp"
 
+namespace krel {
+
 namespace {
 
 using NodePointer = std::unique_ptr<Node>;
@@ -293,3 +295,5 @@ TEST(SymbolTest, RefusesAFunctionWithoutParameterList) {
 }
 
 }  // namespace
+
+}  // namespace krel

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Signals that end krelcc: what it leaves behind, and how it ends."""
 
+import contextlib
 import os
 import resource
 import signal
@@ -49,7 +50,15 @@ class Signals(CommandLineTest):
         process = self.start("prog.krl", *arguments, **options)
         self.addCleanup(process.kill)
         self.wait_for(self.ready.exists, "the native compiler")
-        return process, int(self.ready.read_text())
+        child = int(self.ready.read_text())
+        self.addCleanup(self.end, child)
+        return process, child
+
+    @staticmethod
+    def end(child):
+        """Leaves no stand-in behind when a test fails."""
+        with contextlib.suppress(ProcessLookupError):
+            os.kill(child, signal.SIGKILL)
 
     def assert_ended(self, process, child, number):
         process.communicate(timeout=TIMEOUT_SECONDS)

@@ -24,6 +24,14 @@ std::atomic<pid_t> compiler = 0;  // the process that has something to undo
 std::atomic<DoomedFile*> doomedFiles = nullptr;
 std::atomic<pid_t> childProcess = 0;
 
+/// The signal that ends a native compiler as `signal` ends this one. Native compilers delete their
+/// own temporary files at these four only; any other one would leave them behind.
+int signalForChild(int signal) {
+    const bool isCleanedUpAfter =
+        signal == SIGHUP || signal == SIGINT || signal == SIGPIPE || signal == SIGTERM;
+    return isCleanedUpAfter ? signal : SIGTERM;
+}
+
 /// Passes the signal on and waits until the child is gone. A child that has been waited for already
 /// is left alone: its number may be another process's by now.
 void endChild(int signal) {
@@ -31,7 +39,7 @@ void endChild(int signal) {
     if (child == 0 || waitpid(child, nullptr, WNOHANG) != 0) {
         return;
     }
-    kill(child, signal);
+    kill(child, signalForChild(signal));
     constexpr timespec pause = {0, 10'000'000};
     for (int pauses = 0; pauses < 100; ++pauses) {
         if (waitpid(child, nullptr, WNOHANG) != 0) {

@@ -80,7 +80,7 @@ public:
     explicit JsonWriter(std::ostream& stream) : out(stream) { text.reserve(blockSize); }
     JsonWriter(const JsonWriter&) = delete;
     JsonWriter& operator=(const JsonWriter&) = delete;
-    ~JsonWriter() { flush(); }
+    ~JsonWriter() = default;
 
     /// Works from an explicit stack, for trees of any depth.
     void write(const Node& root, int level) {
@@ -100,6 +100,7 @@ public:
             const Node& child = *innermost.node->getChildren()[innermost.next++];
             begin(child, innermost.level + 2, open);
         }
+        flush();
     }
 
 private:

@@ -92,6 +92,13 @@ class Signals(CommandLineTest):
         self.assert_ended(process, child, signal.SIGINT)
         self.assertEqual(self.read("told"), "told\n")
 
+    def test_child_that_would_not_clean_up_gets_another_signal(self):
+        process, child = self.start_and_wait(
+            before=f"trap 'echo told > \"{self.directory}/told\"; exit 1' TERM")
+        process.send_signal(signal.SIGUSR1)
+        self.assert_ended(process, child, signal.SIGUSR1)
+        self.assertEqual(self.read("told"), "told\n")
+
     def test_signal_to_the_whole_group_as_from_a_terminal(self):
         process, child = self.start_and_wait(start_new_session=True)
         os.killpg(process.pid, signal.SIGINT)

@@ -419,6 +419,19 @@ TEST(NodePrintTest, ShowsDirectChildrenOnly) {
               "      boolean value: 0\n"s);
 }
 
+/// Takes nothing.
+class FullBuffer : public std::streambuf {};
+
+TEST(NodeJsonTest, FailuresOfTheStreamAreTheCallers) {
+    FullBuffer buffer;
+    std::ostream silent{&buffer};
+    Node{"Block", 1}.printJSON(silent, 0);
+    EXPECT_TRUE(silent.bad());
+    std::ostream throwing{&buffer};
+    throwing.exceptions(std::ios::badbit);
+    EXPECT_THROW(Node("Block", 1).printJSON(throwing, 0), std::ios_base::failure);
+}
+
 }  // namespace
 
 }  // namespace krel

@@ -47,7 +47,8 @@ public:
         : characters(itsText), number(itsText.size() <= maxPackedSize ? packed : hash(itsText)) {}
 
     /// Adds a character to what those before it have made; before the first one, that is 0. The
-    /// topmost bit stays clear.
+    /// topmost bit stays clear for ASCII; texts of other bytes may share a key, a few hundred at
+    /// most.
     static std::uint64_t packNext(std::uint64_t packed, char next) {
         return std::rotl(packed, 7) ^ static_cast<unsigned char>(next);
     }

@@ -22,7 +22,7 @@ static double now(void) {
     return (double)time.tv_sec + (double)time.tv_nsec * 1e-9;
 }
 
-int main(int argc, char **argv) {
+int main(int argc, char** argv) {
     if (argc < 3) {
         fputs("Usage: measure RESULT COMMAND [ARGUMENT]...\n", stderr);
         return 1;
@@ -42,7 +42,7 @@ int main(int argc, char **argv) {
     }
     const double wall = now() - start;
     const double cpu = seconds(usage.ru_utime) + seconds(usage.ru_stime);
-    FILE *result = fopen(argv[1], "w");
+    FILE* result = fopen(argv[1], "w");
     if (result == NULL) {
         perror(argv[1]);
         return 1;

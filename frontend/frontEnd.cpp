@@ -58,7 +58,7 @@ std::vector<std::size_t> originsOfLines(std::string_view assembly,
 
 }  // namespace
 
-Compilation::Compilation(std::string itsText, std::string itsName, const Request& request)
+Compilation::Compilation(std::string itsText, const std::string& itsName, const Request& request)
     : source(std::move(itsText)), lineIndex(source), diagnostics([this](const Diagnostic& fault) {
           std::string line = diagnostics.lineOf(fault);
           line.pop_back();
@@ -213,11 +213,12 @@ std::vector<std::string> Compilation::functions() const {
     return {names.begin(), names.end()};
 }
 
-std::unique_ptr<Compilation> compile(std::string text, std::string name, const Request& request) {
+std::unique_ptr<Compilation> compile(std::string text, const std::string& name,
+                                     const Request& request) {
     if (text.size() > std::numeric_limits<int>::max() - std::size_t{2}) {
         throw std::length_error("the source is too long");
     }
-    return std::make_unique<Compilation>(std::move(text), std::move(name), request);
+    return std::make_unique<Compilation>(std::move(text), name, request);
 }
 
 }  // namespace FrontEnd

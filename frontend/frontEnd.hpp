@@ -65,7 +65,7 @@ struct IRLine {
 /// All that a compilation has made. It owns what its functions return pointers or references to.
 class Compilation {
 public:
-    Compilation(std::string itsText, std::string itsName, const Request& request);
+    Compilation(std::string itsText, const std::string& itsName, const Request& request);
     Compilation(const Compilation&) = delete;
     Compilation& operator=(const Compilation&) = delete;
     ~Compilation();
@@ -139,7 +139,7 @@ private:
 
 /// Compiles a text of less than two gigabytes under a name. Never fails because of the text: faults
 /// are part of the result. Throws std::bad_alloc, and std::length_error for a longer text.
-std::unique_ptr<Compilation> compile(std::string text, std::string name,
+std::unique_ptr<Compilation> compile(std::string text, const std::string& name,
                                      const Request& request = {});
 
 }  // namespace FrontEnd

@@ -5,8 +5,8 @@
  * syntax errors, so they have no aliases.
  *
  * Nodes belong to the tree as soon as an action links them. Those that a failed parse leaves behind
- * stay in the memory that they were made in. A <text> value is a heap copy that the consuming action
- * frees; an identifier comes as a Name, which nobody has to free.
+ * stay in the memory that they were made in. A <text> value is a heap copy that the consuming
+ * action frees; an identifier comes as a Name, which nobody has to free.
  */
 
 %define parse.error detailed
@@ -52,8 +52,8 @@ int krel_lex(KREL_STYPE* value, krel::TokenLocation* location, void* scanner);
 
 using namespace krel;
 
-/* A phrase reaches from its first symbol to its last one. An empty one stands where the token before
- * it ends. */
+/* A phrase reaches from its first symbol to its last one. An empty one stands where the token
+ * before it ends. */
 #define YYLLOC_DEFAULT(current, rhs, count)                                 \
     do {                                                                    \
         (current) = YYRHSLOC(rhs, count);                                   \

@@ -33,7 +33,7 @@ def breakable(lines):
     for line in lines:
         if line.lstrip().startswith("```"):
             fenced = not fenced
-        whole = fenced or line.startswith(("|", "    "))
+        whole = fenced or line.startswith("    ") or line.lstrip().startswith("|")
         yield "" if whole else re.sub(r"\]\([^)]*\)|^\[[^]]*\]: .*", "", line)
 
 

@@ -1,11 +1,11 @@
-// Strings end in a NUL, as Krel's do; how long they are is found out each time, as C programs mostly
-// do, or with KNOWN_LENGTHS kept beside the text, as the runtime does.
+// Strings end in a NUL, as Krel's do; how long they are is found out each time, as C programs
+// mostly do, or with KNOWN_LENGTHS kept beside the text, as the runtime does.
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
 struct string {
-    char *text;
+    char* text;
     size_t length;
 };
 
@@ -23,7 +23,7 @@ static size_t lengthOf(struct string string) {
 #endif
 }
 
-static struct string append(struct string left, const char *right) {
+static struct string append(struct string left, const char* right) {
     const size_t before = lengthOf(left);
     const size_t added = strlen(right);
     const struct string longer = make(before + added);

@@ -2,7 +2,7 @@
 #include <stdlib.h>
 
 static long descend(long depth) {
-    char *held = malloc(32);
+    char* held = malloc(32);
     snprintf(held, 32, "frame %ld", depth);
     if (depth == 0) {
         const long count = 10000000;

@@ -62,11 +62,11 @@ TEST(ParseContextTest, NodesStandForTheirBytes) {
 }
 
 TEST(ParseContextTest, ListsBeginWithTheirFirstEntryAndEmptyOnesAreNowhere) {
-    EXPECT_EQ(rangesOf("void f() { if (1) { } \n elseif (2) { } else { g(1, 2); } }"),
-              (Lines{"Program void f() { if (1) { } \n elseif (2) { } else { g(1, 2); } }",
-                     "ExternalList void f() { if (1) { } \n elseif (2) { } else { g(1, 2); } }",
-                     "FunctionDeclaration "
-                     "void f() { if (1) { } \n elseif (2) { } else { g(1, 2); } }",
+    const std::string whole = "void f() { if (1) { } \n elseif (2) { } else { g(1, 2); } }";
+    EXPECT_EQ(rangesOf(whole),
+              (Lines{"Program " + whole,
+                     "ExternalList " + whole,
+                     "FunctionDeclaration " + whole,
                      "Type void",
                      "ParameterList ",
                      "Block { if (1) { } \n elseif (2) { } else { g(1, 2); } }",

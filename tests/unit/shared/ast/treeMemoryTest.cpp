@@ -91,11 +91,11 @@ std::size_t bytesInUse() {
 }
 
 TEST(TreeMemoryTest, ValuesAreGivenBack) {
-    constexpr int count = 10'000;
+    constexpr std::size_t count = 10'000;
     const auto makeAndForget = [] {
         TreeMemory memory;
         const TreeMemory::Use use{memory};
-        for (int number = 0; number < count; ++number) {
+        for (std::size_t number = 0; number < count; ++number) {
             new Node("DecimalLiteral", 0.5, 1);
         }
     };

@@ -1,8 +1,8 @@
 // Micro-benchmarks of the compiler's phases, each on the program that KREL_BENCH_SOURCE names.
 //
-// The front end's state is process-wide and a process compiles one program, so every measurement is
-// a compilation in a process of its own: it runs all phases in order and sends the CPU time of each
-// to the parent, which reports the phase that the benchmark is about.
+// Each phase is measured as krelcc runs it, which compiles one program per process: so every
+// measurement is a compilation in a process of its own. It runs all phases in order and sends the
+// CPU time of each to the parent, which reports the phase that the benchmark is about.
 #include <benchmark/benchmark.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -34,8 +34,8 @@ inline std::string contentsOf(std::FILE* file) {
 }  // namespace child_process_detail
 
 /// Runs `body` in a copy of this process and waits for it; the copy exits with `body`'s result.
-/// The compiler's parser, scanner, symbol table and error counter exist once in a process and have
-/// no reset: what uses them is tested in a copy each, which leaves them fresh for the next test.
+/// For what ends a process or stays in it for good: yyparse() parses one program per process, the
+/// diagnostics of a process count on, and there are only so many kinds of nodes.
 inline ChildResult runInChild(const std::function<int()>& body) {
     std::FILE* out = std::tmpfile();
     std::FILE* err = std::tmpfile();

@@ -7,18 +7,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <ctime>
+
+#include "shared/process/endingSignals.hpp"
 
 namespace CompilerDriver {
 
 namespace {
-
-/// The signals that end a process by default and that are sent on purpose, or by the system for a
-/// timer, a limit or a closed pipe. Those of faults of the compiler itself are not among them.
-constexpr std::array watched = {SIGHUP,  SIGINT,  SIGQUIT,   SIGPIPE, SIGALRM, SIGTERM,
-                                SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGUSR1, SIGUSR2};
 
 std::atomic<pid_t> compiler = 0;  // the process that has something to undo
 std::atomic<DoomedFile*> doomedFiles = nullptr;
@@ -54,7 +50,7 @@ void endChild(int signal) {
 sigset_t watchedSignals() {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int signal : watched) {
+    for (const int signal : krel::endingSignals) {
         sigaddset(&signals, signal);
     }
     return signals;
@@ -87,7 +83,7 @@ void watchSignals() {
     struct sigaction action = {};
     action.sa_handler = undoAndEnd;
     action.sa_mask = watchedSignals();
-    for (const int signal : watched) {
+    for (const int signal : krel::endingSignals) {
         struct sigaction before = {};
         sigaction(signal, &action, &before);
         if (before.sa_handler != SIG_DFL) {

@@ -4,11 +4,11 @@
 #include <iostream>
 
 #include "driver/compilerDriver.hpp"
-#include "driver/standardStreams.hpp"
 #include "shared/error/internalError.hpp"
+#include "shared/process/standardStreams.hpp"
 
 int main(int argc, char** argv) {
-    CompilerDriver::occupyClosedStandardStreams();
+    krel::occupyClosedStandardStreams();
     CompilerDriver::Options options;
     if (!CompilerDriver::parseOptions(argc, argv, options)) {
         CompilerDriver::printUsage(argv[0], std::cerr);

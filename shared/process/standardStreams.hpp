@@ -1,6 +1,6 @@
 #pragma once
 
-namespace CompilerDriver {
+namespace krel {
 
 /// Occupies the descriptors of the standard streams that were closed when the process began.
 /// Otherwise a file that the process opens would get one of them, and messages would end up in that
@@ -8,4 +8,4 @@ namespace CompilerDriver {
 /// before anything is opened.
 void occupyClosedStandardStreams();
 
-}  // namespace CompilerDriver
+}  // namespace krel

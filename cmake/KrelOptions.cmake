@@ -32,7 +32,7 @@ endif()
 if(KREL_COVERAGE)
   add_library(krel_flush_counters OBJECT ${CMAKE_SOURCE_DIR}/cmake/flushCounters.cpp)
   target_compile_options(krel_options INTERFACE -fprofile-arcs -ftest-coverage)
-  target_link_options(krel_options INTERFACE --coverage -Wl,--wrap=_exit)
+  target_link_options(krel_options INTERFACE --coverage -Wl,--wrap=_exit,--wrap=fexecve)
   target_link_libraries(krel_options INTERFACE
     $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:krel_flush_counters>>)
 endif()

@@ -36,7 +36,7 @@ JOBS = str(os.cpu_count())
 TEST_SECONDS = 300  # a test or a program of unit tests that takes longer does not end
 SLOW = "^(soak|limits)/"
 OF_THE_PROGRAM = "^(case|cli)/"  # they need PROGRAM, nothing else
-PROGRAM = ["krelcc", "krel_runtime"]
+PROGRAM = ["krelcc", "krel", "krel_runtime"]
 PASSED = re.compile(r"^ *(Start +\d+: |\d+/\d+ Test .* Passed )")  # CTest's lines on other tests
 
 

@@ -32,7 +32,9 @@ class Signals(KrelTest):
         return self.start_until_ready(**options)
 
     def start_until_ready(self, **options):
-        process = self.start_krel("run", "prog.krl", **options)
+        # Into a file: processes that are left would keep a pipe open, and a failing test waiting.
+        with open(self.directory / "said", "w", encoding="ascii") as said:
+            process = self.start_krel("run", "prog.krl", stdout=said, stderr=said, **options)
         self.addCleanup(process.kill)
         self.wait_for(self.ready.exists, "the stand-in")
         children = [int(word) for word in self.ready.read_text().split()]
@@ -47,8 +49,8 @@ class Signals(KrelTest):
             os.kill(child, signal.SIGKILL)
 
     def assert_ended(self, process, children, number):
-        self.assertEqual(process.communicate(timeout=TIMEOUT_SECONDS), ("", ""))
-        self.assertEqual(process.returncode, -number)
+        self.assertEqual(process.wait(timeout=TIMEOUT_SECONDS), -number)
+        self.assertEqual(self.read("said"), "")
         for child in children:
             self.assertFalse(is_running(child))
         self.assertEqual(list(self.temporary.iterdir()), [])

@@ -25,6 +25,13 @@ namespace FrontEnd {
 
 namespace {
 
+/// Places are kept as 32 bits, and the generated scanner counts by ints.
+void checkLength(const std::string& text) {
+    if (text.size() > std::numeric_limits<int>::max() - std::size_t{2}) {
+        throw std::length_error("the source is too long");
+    }
+}
+
 /// A copy of a tree in the memory in use. Works from a list: a tree may be a million levels deep.
 Node* copyOf(const Node& root) {
     Node* const copy = root.copyWithoutChildren();
@@ -75,7 +82,7 @@ void Compilation::run(const Request& request) {
     const Diagnostics::Use report{diagnostics};
     const ParseContext::Use memory{context};
     if (request.tokens) {
-        readTokens();
+        pieces = tokensOf(source);
     }
     try {
         howFar = compile(request);
@@ -92,6 +99,9 @@ Outcome Compilation::compile(const Request& request) {
     }
     if (request.parsedTree) {
         asParsed = copyOf(*context.root);
+    }
+    if (request.parseOnly) {
+        return Outcome::Complete;
     }
     SemanticAnalyzer(context.symbolTable).analyze(context.root);
     if (diagnostics.hasErrors()) {
@@ -145,43 +155,6 @@ void Compilation::listInstructions(const std::vector<SourceRange>& ranges) {
     }
 }
 
-/// Scans the whole text once more, past any syntax error. Whatever is no token, comment or illegal
-/// character is white space.
-void Compilation::readTokens() {
-    Diagnostics nobody{[](const Diagnostic&) {}};
-    const Diagnostics::Use ignore{nobody};
-    std::vector<Trivia> trivia;
-    Scanner scanner{source, &trivia};
-    KREL_STYPE value;
-    TokenLocation location;
-    std::vector<Token> known;
-    while (const int code = krel_lex(&value, &location, scanner.handle())) {
-        known.push_back({Token::Kind::Word, code, location.range()});
-        if (code == T_STRING_LITERAL || code == T_CHARACTER_LITERAL) {
-            std::free(value.text);
-        }
-    }
-    for (const auto& [kind, range] : trivia) {
-        known.push_back(
-            {kind == Trivia::Kind::Comment ? Token::Kind::Comment : Token::Kind::IllegalCharacter,
-             0, range});
-    }
-    std::sort(known.begin(), known.end(), [](const Token& left, const Token& right) {
-        return left.range.begin < right.range.begin;
-    });
-    const auto fillUpTo = [this](std::uint32_t end) {
-        const std::uint32_t begin = pieces.empty() ? 0 : pieces.back().range.end;
-        if (begin < end) {
-            pieces.push_back({Token::Kind::WhiteSpace, 0, {begin, end}});
-        }
-    };
-    for (const Token& token : known) {
-        fillUpTo(token.range.begin);
-        pieces.push_back(token);
-    }
-    fillUpTo(static_cast<std::uint32_t>(source.size()));
-}
-
 std::string_view Compilation::textOf(SourceRange range) const {
     return std::string_view{source}.substr(range.begin, range.end - range.begin);
 }
@@ -213,11 +186,50 @@ std::vector<std::string> Compilation::functions() const {
     return {names.begin(), names.end()};
 }
 
+/// Whatever is no token, comment or illegal character is white space.
+std::vector<Token> tokensOf(const std::string& text) {
+    checkLength(text);
+    Diagnostics nobody{[](const Diagnostic&) {}};
+    const Diagnostics::Use ignore{nobody};
+    ParseContext context;
+    const ParseContext::Use memory{context};
+    std::vector<Trivia> trivia;
+    Scanner scanner{text, &trivia};
+    KREL_STYPE value;
+    TokenLocation location;
+    std::vector<Token> known;
+    while (const int code = krel_lex(&value, &location, scanner.handle())) {
+        known.push_back({Token::Kind::Word, code, location.range()});
+        if (code == T_STRING_LITERAL || code == T_CHARACTER_LITERAL) {
+            std::free(value.text);
+        }
+    }
+    for (const auto& [kind, range] : trivia) {
+        known.push_back(
+            {kind == Trivia::Kind::Comment ? Token::Kind::Comment : Token::Kind::IllegalCharacter,
+             0, range});
+    }
+    std::sort(known.begin(), known.end(), [](const Token& left, const Token& right) {
+        return left.range.begin < right.range.begin;
+    });
+    std::vector<Token> pieces;
+    const auto fillUpTo = [&pieces](std::uint32_t end) {
+        const std::uint32_t begin = pieces.empty() ? 0 : pieces.back().range.end;
+        if (begin < end) {
+            pieces.push_back({Token::Kind::WhiteSpace, 0, {begin, end}});
+        }
+    };
+    for (const Token& token : known) {
+        fillUpTo(token.range.begin);
+        pieces.push_back(token);
+    }
+    fillUpTo(static_cast<std::uint32_t>(text.size()));
+    return pieces;
+}
+
 std::unique_ptr<Compilation> compile(std::string text, const std::string& name,
                                      const Request& request) {
-    if (text.size() > std::numeric_limits<int>::max() - std::size_t{2}) {
-        throw std::length_error("the source is too long");
-    }
+    checkLength(text);
     return std::make_unique<Compilation>(std::move(text), name, request);
 }
 

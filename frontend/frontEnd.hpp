@@ -40,6 +40,7 @@ struct Token {
 
 /// What is wanted besides the results of the passes.
 struct Request {
+    bool parseOnly = false;  // no pass behind the parser
     bool tokens = false;
     bool parsedTree = false;  // a copy of the tree as it was parsed
     bool sources = false;     // where lines of the intermediate code and of the assembly come from
@@ -51,7 +52,7 @@ enum class Outcome {
     SemanticFaults,  // found by the analysis
     NotTranslated,   // the lowering or the code generator refused: "Compilation error: ..."
     InternalError,   // "Internal error: ..."
-    Complete
+    Complete         // all passes that were asked for
 };
 
 /// A line of the intermediate code: an instruction.
@@ -117,7 +118,6 @@ public:
 private:
     void run(const Request& request);
     Outcome compile(const Request& request);
-    void readTokens();
     Outcome translate(const Request& request);
     void listInstructions(const std::vector<SourceRange>& ranges);
 
@@ -136,6 +136,10 @@ private:
     std::string assemblyText;
     std::vector<std::size_t> originOfAssembly;
 };
+
+/// The tokens of a text of less than two gigabytes, which need not be a program: the scanner goes
+/// on behind an illegal character. Throws what `compile` throws.
+std::vector<Token> tokensOf(const std::string& text);
 
 /// Compiles a text of less than two gigabytes under a name. Never fails because of the text: faults
 /// are part of the result. Throws std::bad_alloc, and std::length_error for a longer text.

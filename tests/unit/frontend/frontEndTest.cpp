@@ -140,6 +140,28 @@ TEST(FrontEndTest, TokensHaveTheParsersCodes) {
     EXPECT_EQ(made->faults().size(), 1U);  // that of the parser alone
 }
 
+TEST(FrontEndTest, CutsATextThatIsNoProgram) {
+    const std::string text = "if ] @\t# c";
+    std::vector<std::string> pieces;
+    for (const Token& token : FrontEnd::tokensOf(text)) {
+        pieces.push_back(text.substr(token.range.begin, token.range.end - token.range.begin));
+    }
+    EXPECT_EQ(pieces, (Lines{"if", " ", "]", " ", "@", "\t", "# c"}));
+    EXPECT_TRUE(FrontEnd::tokensOf("").empty());
+    EXPECT_FALSE(Diagnostics::current().hasErrors());
+}
+
+TEST(FrontEndTest, StopsBehindTheParserOnRequest) {
+    constexpr FrontEnd::Request request{.parseOnly = true, .parsedTree = true};
+    const auto parsed = compile("void main() { int i = true; }", "p.krl", request);
+    EXPECT_EQ(parsed->outcome(), Outcome::Complete);
+    EXPECT_TRUE(parsed->faults().empty());
+    EXPECT_NE(parsed->parsedTree(), nullptr);
+    EXPECT_TRUE(parsed->assembly().empty());
+    const auto refused = compile("void main() { int i; }", "p.krl", request);
+    EXPECT_EQ(refused->outcome(), Outcome::SyntaxFaults);
+}
+
 TEST(FrontEndTest, KeepsTheTreeFromBeforeTheAnalysis) {
     const auto made = compile("void main() { int i = (int) 'c'; double d = 0.5; print(i); }",
                               "p.krl", everything);

@@ -4,6 +4,7 @@
 #include "frontend/frontEnd.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <limits>
 #include <new>
@@ -204,14 +205,15 @@ std::vector<Token> tokensOf(const std::string& text) {
             std::free(value.text);
         }
     }
+    const auto words = static_cast<std::ptrdiff_t>(known.size());
     for (const auto& [kind, range] : trivia) {
         known.push_back(
             {kind == Trivia::Kind::Comment ? Token::Kind::Comment : Token::Kind::IllegalCharacter,
              0, range});
     }
-    std::sort(known.begin(), known.end(), [](const Token& left, const Token& right) {
-        return left.range.begin < right.range.begin;
-    });
+    std::inplace_merge(
+        known.begin(), known.begin() + words, known.end(),
+        [](const Token& left, const Token& right) { return left.range.begin < right.range.begin; });
     std::vector<Token> pieces;
     const auto fillUpTo = [&pieces](std::uint32_t end) {
         const std::uint32_t begin = pieces.empty() ? 0 : pieces.back().range.end;

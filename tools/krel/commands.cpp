@@ -14,6 +14,7 @@ namespace {
 constexpr const krel::Command* commands[] = {
     &krel::runCommand,
     &krel::buildCommand,
+    &krel::formatCommand,
     &krel::helpCommand,
 };
 

@@ -23,6 +23,7 @@ struct Command {
 
 extern const Command runCommand;
 extern const Command buildCommand;
+extern const Command formatCommand;
 extern const Command helpCommand;
 
 /// All commands, in the order in which people are told of them.

@@ -19,6 +19,7 @@ constexpr std::string_view examples =
     "Examples:\n"
     "  krel run hello.krl       compiles the program and runs it\n"
     "  krel build hello.krl     compiles it to the executable hello\n"
+    "  krel fmt hello.krl       lays it out in the one style\n"
     "  krel help run            tells more about a command\n"
     "\n"
     "Commands:\n";
@@ -54,6 +55,7 @@ constexpr Command helpCommand = {
     "\n"
     "Examples:\n"
     "  krel help          lists the commands\n"
+    "  krel fmt hello.krl       lays it out in the one style\n"
     "  krel help run      tells more about one\n"
     "\n"
     "Usage: krel help [COMMAND]\n",

@@ -6,7 +6,7 @@ import unittest
 
 from sandbox import KREL, KrelTest
 
-COMMANDS = ("run", "build", "help")
+COMMANDS = ("run", "build", "fmt", "help")
 
 
 class Commands(KrelTest):
@@ -27,7 +27,8 @@ class Commands(KrelTest):
                     self.assertRegex(text, rf"(?m)^  {name} +[A-Z]")
 
     def test_help_on_a_command(self):
-        for name, option in (("run", "--native"), ("build", "-o OUTPUT"), ("help", "--help")):
+        for name, option in (("run", "--native"), ("build", "-o OUTPUT"),
+                             ("fmt", "--check"), ("help", "--help")):
             for words in (("help", name), (name, "--help"), (name, "-h")):
                 with self.subTest(words=words):
                     text = self.assert_helps(*words, mentions=[f"Usage: krel {name}", option])

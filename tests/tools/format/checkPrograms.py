@@ -7,6 +7,7 @@ Usage: checkPrograms.py --check KREL_FORMAT_CHECK cases|examples|soak|large
 import argparse
 import pathlib
 import re
+import resource
 import subprocess
 import sys
 import tempfile
@@ -19,6 +20,7 @@ import inputs  # noqa: E402
 
 SOAK_PROGRAMS = 500
 LARGE_SIZE = 2000
+STACK_BYTES = 64 << 20  # enough for the deepest programs where frames are sanitized, too
 
 
 def cases():
@@ -57,6 +59,7 @@ def main():
     parser.add_argument("programs", choices=PROGRAMS)
     options = parser.parse_args()
     programs, least = PROGRAMS[options.programs]
+    resource.setrlimit(resource.RLIMIT_STACK, (STACK_BYTES, STACK_BYTES))
     with tempfile.TemporaryDirectory() as directory:
         paths = []
         for number, (name, source) in enumerate(programs()):

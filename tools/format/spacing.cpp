@@ -20,7 +20,7 @@ struct Code {
 };
 
 /// The role of a word, as far as the word itself tells it. Signs and steps count as operators here,
-/// braces as those of blocks. What is missing is a keyword.
+/// braces as those of blocks. What is missing is a keyword, as new tokens are at first.
 constexpr Code codes[] = {
     {T_INT_LITERAL, Role::Literal},
     {T_ID, Role::Name},
@@ -124,7 +124,8 @@ Role beforeOperand(Role role) {
 }  // namespace
 
 Role roleOf(int code, Role previous, bool inBrackets) {
-    const Role role = rolesOfCodes[static_cast<std::size_t>(code - firstCode)];
+    const auto index = static_cast<std::size_t>(code - firstCode);
+    const Role role = index < rolesOfCodes.size() ? rolesOfCodes[index] : Role::Keyword;
     switch (role) {
         case Role::Operator:
         case Role::Postfix:

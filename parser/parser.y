@@ -52,20 +52,17 @@ int krel_lex(KREL_STYPE* value, krel::TokenLocation* location, void* scanner);
 
 using namespace krel;
 
-/* A phrase reaches from its first symbol to its last one. An empty one stands where the token
- * before it ends. */
-#define YYLLOC_DEFAULT(current, rhs, count)                                 \
-    do {                                                                    \
-        (current) = YYRHSLOC(rhs, count);                                   \
-        if ((count) == 0) {                                                 \
-            (current).first_line = (current).last_line;                     \
-            (current).begin = (current).end;                                \
-        } else if ((count) > 1) {                                           \
-            (current).first_line = YYRHSLOC(rhs, 1).first_line;             \
-            (current).begin = YYRHSLOC(rhs, 1).begin;                       \
-        }                                                                   \
+/* A phrase reaches from its first symbol to its last one. Most have one symbol: its location is
+ * theirs. */
+#define YYLLOC_DEFAULT(current, rhs, count)      \
+    do {                                         \
+        (current) = YYRHSLOC(rhs, count);        \
+        if ((count) != 1) {                      \
+            setBeginning(current, rhs, count);   \
+        }                                        \
     } while (false)
 
+static void setBeginning(TokenLocation& phrase, const TokenLocation* symbols, int count);
 static void yyerror(const TokenLocation* location, ParseContext& context, void* scanner,
                     const char* message);
 static std::string decodeQuotedLiteral(const char* text);
@@ -459,6 +456,21 @@ empty:
 static void yyerror(const TokenLocation* location, ParseContext& /*context*/, void* /*scanner*/,
                     const char* message) {
     Error::parser(message, *location);
+}
+
+/// Sets the beginning of a phrase that has the location of its last symbol; the symbols count from
+/// 1. An empty phrase has that of the token before it, symbol 0, and stands where this ends. Not
+/// inlined: the generated parser would keep each number of its current location apart, and put them
+/// together again whenever it copies one.
+[[gnu::noinline]] static void setBeginning(TokenLocation& phrase, const TokenLocation* symbols,
+                                           int count) {
+    if (count == 0) {
+        phrase.first_line = phrase.last_line;
+        phrase.begin = phrase.end;
+    } else {
+        phrase.first_line = symbols[1].first_line;
+        phrase.begin = symbols[1].begin;
+    }
 }
 
 /// The character that a backslash and `escaped` stand for; any other character is itself.

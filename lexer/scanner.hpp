@@ -33,6 +33,7 @@ public:
     struct State {
         const char* text;
         std::uint32_t size;
+        int line;  // at which it stands, from 1 on
         std::vector<Trivia>* trivia;
     };
 

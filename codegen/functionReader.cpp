@@ -25,55 +25,7 @@ namespace krel {
 
 namespace {
 
-/// The classes that the tokens of a plain line of some form may have; none behind its end.
-struct PlainShape {
-    IRForm form;
-    std::array<std::uint32_t, 6> tokens;
-};
-
 using namespace TokenClass;
-
-constexpr std::uint32_t anyOperand = value | boolean | integer | real | string | element;
-
-constexpr std::array<PlainShape, irFormCount> plainShapes = {{
-    {IRForm::IntegerParameter, {param, integerType, value}},
-    {IRForm::DoubleParameter, {param, doubleType, value}},
-    {IRForm::Argument, {arg, anyOperand}},
-    {IRForm::CallWithResult, {value, assign, call, callee, integer}},
-    {IRForm::Call, {call, callee, integer}},
-    {IRForm::Branch, {branch, anyOperand, jump, blockName}},
-    {IRForm::Jump, {jump, blockName}},
-    {IRForm::Return, {leave}},
-    {IRForm::ReturnValue, {leave, anyOperand}},
-    {IRForm::Conversion, {value, assign, conversion, anyOperand}},
-    {IRForm::IntToDouble, {value, assign, intToDouble, anyOperand}},
-    {IRForm::DoubleToString, {value, assign, doubleToString, anyOperand}},
-    {IRForm::BinaryOperation, {value, assign, anyOperand, anyBinary, anyOperand}},
-    {IRForm::UnaryOperation, {value, assign, anyUnary, anyOperand}},
-    {IRForm::ElementStore, {element, assign, anyOperand}},
-    {IRForm::Copy, {value, assign, anyOperand}},
-}};
-static_assert(hasRowForEachForm(plainShapes));
-
-/// The classes of tokens that are no group of any form: they only tell it from others.
-constexpr std::uint32_t marks =
-    arg | call | jump | branch | param | leave | doubleType | intToDouble | doubleToString | assign;
-
-/// Whether the tokens of a shape that are no marks are the groups of its form.
-constexpr bool hasGroupsOfForm(const PlainShape& shape) {
-    const auto& groups = irFormGroups[static_cast<std::size_t>(shape.form)].groups;
-    std::size_t group = 0;
-    for (const std::uint32_t token : shape.tokens) {
-        if (token != 0 && (token & marks) == 0) {
-            const bool isOperand = (token & anyOperand) != 0 && token != integer;
-            if (groups[group++] != (isOperand ? IRGroup::Operand : IRGroup::Text)) {
-                return false;
-            }
-        }
-    }
-    return group == groupCountOf(shape.form);
-}
-static_assert(std::all_of(plainShapes.begin(), plainShapes.end(), hasGroupsOfForm));
 
 /// What stands behind a line, as one more class.
 constexpr std::uint32_t lineEnd = 1U << 31;
@@ -82,13 +34,12 @@ constexpr std::size_t lowestBit(std::uint32_t set) {
     return static_cast<std::size_t>(std::countr_zero(set));
 }
 
-/// For each place in a line and each class there, the shapes that allow it: bit i stands for row i.
+/// For each place in a line and each class there, the forms that allow it, one bit each.
 constexpr auto shapesByToken = [] {
-    std::array<std::array<std::uint32_t, 32>, std::tuple_size_v<decltype(PlainShape::tokens)>>
-        sets{};
-    for (std::size_t row = 0; row < plainShapes.size(); ++row) {
+    std::array<std::array<std::uint32_t, 32>, std::tuple_size_v<decltype(IRShape::tokens)>> sets{};
+    for (std::size_t row = 0; row < irShapes.size(); ++row) {
         for (std::size_t place = 0; place < sets.size(); ++place) {
-            const std::uint32_t token = plainShapes[row].tokens[place];
+            const std::uint32_t token = irShapes[row].tokens[place];
             const std::uint32_t allowed = token != 0 ? token : lineEnd;
             for (std::size_t bit = 0; bit < sets[place].size(); ++bit) {
                 sets[place][bit] |= (allowed >> bit & 1) << row;
@@ -128,12 +79,15 @@ bool looksLikeMore(std::string_view string) {
     return false;
 }
 
-/// Cuts a line into tokens. Appends those that are groups to the groups of the lines before, and
-/// adds the words that it meets to a table.
+/// Cuts a line into tokens. Writes down those that are groups, one more at most than a form has,
+/// and adds the words that it meets to a table.
 class PlainLine {
 public:
-    PlainLine(std::string_view line, ValueTable& words, std::vector<Operand>& allGroups)
-        : table(words), groups(allGroups), at(line.data()), end(at + line.size()) {}
+    PlainLine(std::string_view line, ValueTable& words, Operand* groups)
+        : table(words), next(groups), at(line.data()), end(at + line.size()) {}
+
+    /// Behind the last group that has been written.
+    Operand* groupsEnd() const { return next; }
 
     /// The form of the line. `None` when it is not plain; the groups and words up to there have
     /// been added.
@@ -150,7 +104,7 @@ public:
             }
             if (at == end) {
                 possible &= shapesByToken[place + 1][lowestBit(lineEnd)];
-                return possible != 0 ? plainShapes[lowestBit(possible)].form : IRForm::None;
+                return possible != 0 ? static_cast<IRForm>(lowestBit(possible)) : IRForm::None;
             }
             if (*at++ != ' ') {
                 return IRForm::None;
@@ -185,25 +139,24 @@ private:
     std::uint32_t takeName() {
         const char* const begin = at;
         const auto [number, wordClass] = takeWord();
-        const char next = at != end ? *at : '\0';
-        if (next == ',') {
-            groups.emplace_back(std::string_view{begin, at++}, Operand::Kind::Text);
+        const char behind = at != end ? *at : '\0';
+        if (behind == ',') {
+            addGroup(begin, Operand::Kind::Text);
+            ++at;
             return callee;
         }
         if (wordClass == value) {
-            const bool isElement = next == '[';
+            const bool isElement = behind == '[';
             if (isElement && !takeIndex()) {
                 return 0;
             }
-            groups.emplace_back(std::string_view{begin, at},
-                                isElement ? Operand::Kind::Element : Operand::Kind::Named, number);
+            addGroup(begin, isElement ? Operand::Kind::Element : Operand::Kind::Named, number);
             return isElement ? element : value;
         }
-        if ((wordClass & marks) == 0) {
+        if (isGroup(wordClass)) {
             const int letters = wordClass == blockName ? 1 : 0;  // before the number
-            groups.emplace_back(std::string_view{begin + letters, at}, wordClass == boolean
-                                                                           ? Operand::Kind::Boolean
-                                                                           : Operand::Kind::Text);
+            addGroup(begin + letters,
+                     wordClass == boolean ? Operand::Kind::Boolean : Operand::Kind::Text);
         }
         return wordClass;
     }
@@ -227,36 +180,37 @@ private:
         if (isReal) {
             at = skip(at + 1, end, isDigit);
         }
-        groups.emplace_back(std::string_view{begin, at},
-                            isReal ? Operand::Kind::Double : Operand::Kind::Integer);
+        addGroup(begin, isReal ? Operand::Kind::Double : Operand::Kind::Integer);
         return isReal ? real : integer;
     }
 
     std::uint32_t takeString() {
+        const char* const begin = at;
         const std::size_t size = stringLiteralEnd({at, end}, 0);
         if (size == std::string_view::npos || looksLikeMore({at, size})) {
             return 0;
         }
-        groups.emplace_back(std::string_view{at, size}, Operand::Kind::String);
         at += size;
+        addGroup(begin, Operand::Kind::String);
         return string;
     }
 
     std::uint32_t takeOperator() {
         const char* const begin = at;
         at = skip(at, end, isOperatorCharacter);
-        if (at == begin) {
-            return 0;
-        }
-        const std::uint32_t tokenClass = operatorClass({begin, at});
-        if (tokenClass != assign) {
-            groups.emplace_back(std::string_view{begin, at}, Operand::Kind::Text);
+        const std::uint32_t tokenClass = at != begin ? operatorClass({begin, at}) : 0;
+        if (isGroup(tokenClass)) {
+            addGroup(begin, Operand::Kind::Text);
         }
         return tokenClass;
     }
 
+    void addGroup(const char* begin, Operand::Kind kind, std::uint32_t valueNumber = 0) {
+        *next++ = {{begin, at}, kind, valueNumber};
+    }
+
     ValueTable& table;
-    std::vector<Operand>& groups;
+    Operand* next;
     const char* at;
     const char* const end;
 };
@@ -266,44 +220,52 @@ private:
 void FunctionReader::read(const IRFunction& function) {
     table.clear();
     lines.clear();
-    groups.clear();
     std::size_t count = 0;
     for (const IRBasicBlock& block : function.getBlocks()) {
         count += block.getInstructions().size();
     }
     lines.reserve(count);
-    groups.reserve(count * maxGroupCount);  // memory that stays unused is never touched
+    makeRoomForGroups(count * maxGroupCount + 1);
+    Operand* next = groups.get();
     for (const IRBasicBlock& block : function.getBlocks()) {
-        const IRInstructionList& instructions = block.getInstructions();
-        for (std::size_t index = 0; index < instructions.size(); ++index) {
-            readLine(trim(instructions.text(index)));
-        }
+        block.getInstructions().forEachText([&](std::string_view text) {
+            const std::string_view line = trim(text);
+            const auto first = static_cast<std::uint32_t>(next - groups.get());
+            PlainLine plain{line, table, next};
+            IRForm form = plain.read();
+            if (form != IRForm::None) {
+                next = plain.groupsEnd();
+            } else {
+                form = readAnyLine(line, next);
+                next += form != IRForm::None ? groupCountOf(form) : 1;
+            }
+            lines.push_back({form, first});
+        });
     }
 }
 
-void FunctionReader::readLine(std::string_view line) {
-    const std::size_t first = groups.size();
-    IRForm form = PlainLine{line, table, groups}.read();
-    if (form == IRForm::None) {
-        groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(first), groups.end());
-        form = readAnyLine(line);
+/// Memory that stays unused is never touched.
+void FunctionReader::makeRoomForGroups(std::size_t count) {
+    if (count > groupRoom) {
+        groups = std::make_unique_for_overwrite<Operand[]>(count);
+        groupRoom = count;
     }
-    lines.push_back({form, static_cast<std::uint32_t>(first)});
 }
 
 // The words come first: what the operands stand for depends on them.
-IRForm FunctionReader::readAnyLine(std::string_view line) {
+IRForm FunctionReader::readAnyLine(std::string_view line, Operand* next) {
     addWords(line);
     const IRLine found = recognise(line);
     if (found.form == IRForm::None) {
-        groups.emplace_back(line, Operand::Kind::Text);
+        *next = {line, Operand::Kind::Text};
         return found.form;
     }
-    for (std::size_t group = 0; group < groupCountOf(found.form); ++group) {
-        const std::string_view text = trim(found.groups[group]);
-        const bool isOperand =
-            irFormGroups[static_cast<std::size_t>(found.form)].groups[group] == IRGroup::Operand;
-        groups.push_back(isOperand ? operandOf(text) : Operand{text, Operand::Kind::Text});
+    const auto* group = found.groups.begin();
+    for (const std::uint32_t classes : shapeOf(found.form).tokens) {
+        if (isGroup(classes)) {
+            const std::string_view text = trim(*group++);
+            *next++ = isOperand(classes) ? operandOf(text) : Operand{text, Operand::Kind::Text};
+        }
     }
     return found.form;
 }
@@ -330,7 +292,6 @@ void FunctionReader::addWords(std::string_view line) {
     }
 }
 
-// The tests exclude each other by what they ask of the first character.
 Operand FunctionReader::operandOf(std::string_view text, LineBreaks lineBreaks) const {
     using Kind = Operand::Kind;
     const std::string_view trimmed = trim(text);
@@ -343,22 +304,16 @@ Operand FunctionReader::operandOf(std::string_view text, LineBreaks lineBreaks) 
     if (parseArrayAccess(trimmed, array, index, lineBreaks)) {
         return {trimmed, Kind::Element, table.numberOf(array)};
     }
-    struct LiteralKind {
-        bool (*isLiteral)(std::string_view);
-        Kind kind;
-    };
-    static constexpr std::array<LiteralKind, 4> literalKinds = {{
-        {isStringLiteral, Kind::String},
-        {isCharacterLiteral, Kind::Character},
-        {isIntegerLiteral, Kind::Integer},
-        {isDoubleLiteral, Kind::Double},
-    }};
-    for (const auto& [isLiteral, kind] : literalKinds) {
-        if (isLiteral(trimmed)) {
-            return {trimmed, kind};
-        }
+    if (isQuoted(trimmed, '"')) {
+        return {trimmed, Kind::String};
     }
-    return {trimmed, Kind::Unknown};
+    if (isQuoted(trimmed, '\'')) {
+        return {trimmed, Kind::Character};
+    }
+    if (isIntegerLiteral(trimmed)) {
+        return {trimmed, Kind::Integer};
+    }
+    return {trimmed, isDoubleLiteral(trimmed) ? Kind::Double : Kind::Unknown};
 }
 
 }  // namespace krel

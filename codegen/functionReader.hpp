@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -29,6 +30,8 @@ public:
         Unknown  // nothing that an operand can be
     };
 
+    /// Undefined.
+    Operand() = default;
     /// `valueNumber` is the number of the value that is named, or of the element's array; 0 when
     /// there is none.
     Operand(std::string_view text, Kind kind, std::uint32_t valueNumber = 0)
@@ -67,7 +70,7 @@ public:
     /// The instruction of a line; lines count from 0 through all blocks. Valid until the next
     /// function is read.
     Instruction operator[](std::size_t line) const {
-        return {lines[line].form, groups.data() + lines[line].firstGroup};
+        return {lines[line].form, groups.get() + lines[line].firstGroup};
     }
 
     /// The words of the function and what is known of their values.
@@ -82,13 +85,14 @@ private:
         std::uint32_t firstGroup;
     };
 
-    void readLine(std::string_view line);
-    IRForm readAnyLine(std::string_view line);
+    void makeRoomForGroups(std::size_t count);
+    IRForm readAnyLine(std::string_view line, Operand* next);
     void addWords(std::string_view line);
 
     ValueTable table;
     std::vector<Line> lines;
-    std::vector<Operand> groups;  // of all lines, in order
+    std::unique_ptr<Operand[]> groups;  // of all lines, in order
+    std::size_t groupRoom = 0;
 };
 
 }  // namespace krel

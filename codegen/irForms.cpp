@@ -19,9 +19,10 @@ using Groups = decltype(IRLine::groups);
 /// A line, read from left to right. A step that fails leaves the position undefined.
 class Scanner {
 public:
-    explicit Scanner(std::string_view line) : text(line) {}
+    explicit Scanner(std::string_view line, std::size_t position = 0) : text(line), at(position) {}
 
     std::size_t position() const { return at; }
+    bool atEnd() const { return at == text.size(); }
 
     bool literal(std::string_view expected) {
         const bool found = text.substr(at).starts_with(expected);
@@ -30,11 +31,7 @@ public:
     }
 
     /// `\s*`
-    void spaces() {
-        while (at < text.size() && isSpace(text[at])) {
-            ++at;
-        }
-    }
+    void spaces() { at = endOfRun(text, at, CharacterClass::space); }
 
     /// `\s+`
     bool someSpaces() {
@@ -49,9 +46,7 @@ public:
             return false;
         }
         const std::size_t begin = at;
-        while (at < text.size() && isNameCharacter(text[at])) {
-            ++at;
-        }
+        at = endOfRun(text, at, CharacterClass::inName);
         group = text.substr(begin, at - begin);
         return true;
     }
@@ -59,16 +54,13 @@ public:
     /// `([0-9]+)$`
     bool numberAtEnd(std::string_view& group) {
         group = text.substr(at);
-        return !group.empty() && std::all_of(group.begin(), group.end(), isDigit);
+        at = endOfRun(text, at, CharacterClass::digit);
+        return !group.empty() && atEnd();
     }
-
-    bool atEnd() const { return at == text.size(); }
-
-    void moveTo(std::size_t position) { at = position; }
 
 private:
     std::string_view text;
-    std::size_t at = 0;
+    std::size_t at;
 };
 
 /// What `.` cannot match from some position on: the first line break, and where the blanks that
@@ -86,9 +78,7 @@ struct Obstacle {
 class ScannedLine {
 public:
     explicit ScannedLine(std::string_view line)
-        : text(line),
-          hasLineBreak(line.find('\n') != line.npos || line.find('\r') != line.npos),
-          lastBreak(hasLineBreak ? line.find_last_of("\n\r") : line.npos) {
+        : text(line), lastPart(line.find_last_of("\n\r") + 1) {
         Scanner scanner{text};
         if (!scanner.name(target)) {
             return;
@@ -102,20 +92,9 @@ public:
         }
     }
 
-    Scanner scannerAt(std::size_t position) const {
-        Scanner scanner{text};
-        scanner.moveTo(position);
-        return scanner;
-    }
-
     Obstacle obstacleFrom(std::size_t position) const {
-        if (!hasLineBreak) {
-            return {text.size(), text.size()};
-        }
         const std::size_t begin = std::min(text.find_first_of("\n\r", position), text.size());
-        Scanner scanner = scannerAt(begin);
-        scanner.spaces();
-        return {begin, scanner.position()};
+        return {begin, endOfRun(text, begin, CharacterClass::space)};
     }
 
     /// `\s{minimum,}(.+)$` from `position` on. The blanks go to `\s` as far as they can, so the
@@ -125,17 +104,12 @@ public:
     ///     x =  y + z       the group is "y + z"
     ///     x = <VT><VT>     the group is the second <VT>
     bool spacesAndRest(std::size_t position, std::size_t minimum, std::string_view& group) const {
-        Scanner scanner = scannerAt(position);
-        scanner.spaces();
-        std::size_t begin = scanner.position();
-        if (begin == text.size() && begin > 0) {
+        std::size_t begin = endOfRun(text, position, CharacterClass::space);
+        if (begin == text.size()) {
             --begin;
         }
-        if (begin < position + minimum || begin >= text.size()) {
-            return false;
-        }
         group = text.substr(begin);
-        return !hasLineBreak || lastBreak < begin;
+        return begin >= position + minimum && begin >= lastPart;
     }
 
     /// `\s*(.+)\s+` from `low` up to `end`, where the character before `end` is a blank and the
@@ -166,8 +140,7 @@ public:
     }
 
     const std::string_view text;
-    const bool hasLineBreak;
-    const std::size_t lastBreak;
+    const std::size_t lastPart;  // begins behind the last line break
     std::string_view target;
     bool isAssignment = false;
     // Of an assignment only:
@@ -175,19 +148,22 @@ public:
     std::size_t assigned = 0;  // past the blanks behind the equals sign
 };
 
-bool matchIntegerParameter(const ScannedLine& line, Groups& groups) {
+/// `^param\s+(word)\s+([A-Za-z_]\w*)$` for the words of a class.
+bool parameterOf(const ScannedLine& line, std::uint32_t wordClass, std::string_view& type,
+                 std::string_view& target) {
     Scanner scanner{line.text};
-    return scanner.literal(Keyword::Param) && scanner.someSpaces() && scanner.name(groups[0]) &&
-           reservedWordClass(groups[0]) == TokenClass::integerType && scanner.someSpaces() &&
-           scanner.name(groups[1]) && scanner.atEnd();
+    return scanner.literal(Keyword::Param) && scanner.someSpaces() && scanner.name(type) &&
+           reservedWordClass(type) == wordClass && scanner.someSpaces() && scanner.name(target) &&
+           scanner.atEnd();
+}
+
+bool matchIntegerParameter(const ScannedLine& line, Groups& groups) {
+    return parameterOf(line, TokenClass::integerType, groups[0], groups[1]);
 }
 
 bool matchDoubleParameter(const ScannedLine& line, Groups& groups) {
-    Scanner scanner{line.text};
     std::string_view type;
-    return scanner.literal(Keyword::Param) && scanner.someSpaces() && scanner.name(type) &&
-           type == Spelling::Double && scanner.someSpaces() && scanner.name(groups[0]) &&
-           scanner.atEnd();
+    return parameterOf(line, TokenClass::doubleType, type, groups[0]);
 }
 
 /// A keyword, one blank and anything, line breaks too.
@@ -216,11 +192,11 @@ bool callFrom(Scanner scanner, std::string_view& callee, std::string_view& count
 
 bool matchCallWithResult(const ScannedLine& line, Groups& groups) {
     groups[0] = line.target;
-    return line.isAssignment && callFrom(line.scannerAt(line.assigned), groups[1], groups[2]);
+    return line.isAssignment && callFrom(Scanner{line.text, line.assigned}, groups[1], groups[2]);
 }
 
 bool matchCall(const ScannedLine& line, Groups& groups) {
-    return callFrom(line.scannerAt(0), groups[0], groups[1]);
+    return callFrom(Scanner{line.text}, groups[0], groups[1]);
 }
 
 /// Finds `goto\s+B([0-9]+)$` from the line's end: sets the group and where it begins.
@@ -280,7 +256,7 @@ bool matchReturnValue(const ScannedLine& line, Groups& groups) {
 /// `(word)\s+(.+)$` for the words of a class, behind the equals sign.
 bool conversionOf(const ScannedLine& line, std::uint32_t wordClass, std::string_view& word,
                   std::string_view& operand) {
-    Scanner scanner = line.scannerAt(line.assigned);
+    Scanner scanner{line.text, line.assigned};
     return line.isAssignment && scanner.name(word) && reservedWordClass(word) == wordClass &&
            line.spacesAndRest(scanner.position(), 1, operand);
 }
@@ -355,17 +331,17 @@ bool matchUnaryOperation(const ScannedLine& line, Groups& groups) {
 //     a[0] = "[1] = "        the element is "a[0] = "[1]", the value a quote
 //     a[0] = b[1]            the element is "a[0]", the value "b[1]"
 bool matchElementStore(const ScannedLine& line, Groups& groups) {
-    Scanner scanner = line.scannerAt(line.target.size());
-    scanner.spaces();
-    if (line.target.empty() || !scanner.literal("[")) {
+    const std::string_view text = line.text;
+    Scanner array{text, line.target.size()};
+    array.spaces();
+    if (line.target.empty() || !array.literal("[")) {
         return false;
     }
-    const std::string_view text = line.text;
-    const std::size_t index = scanner.position();
+    const std::size_t index = array.position();
     for (std::size_t close = text.rfind(']', line.obstacleFrom(index).begin);
          close != std::string_view::npos && close > index; close = text.rfind(']', close - 1)) {
         groups[0] = text.substr(0, close + 1);
-        scanner.moveTo(close + 1);
+        Scanner scanner{text, close + 1};
         scanner.spaces();
         if (scanner.literal("=") && line.spacesAndRest(scanner.position(), 0, groups[1])) {
             return true;

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+
+#include "shared/krelir-cfg/vocabulary.hpp"
 
 namespace krel {
 
@@ -35,36 +38,48 @@ inline constexpr std::size_t irFormCount = static_cast<std::size_t>(IRForm::None
 
 inline constexpr std::size_t maxGroupCount = 4;
 
-/// What a group is; absent ones follow the last one of a form.
-enum class IRGroup : std::uint8_t { Absent, Operand, Text };
-
-struct IRFormGroups {
+/// The form of a plain line, one of tokens with a blank between two: the classes that each token
+/// may have. No class stands behind its end.
+struct IRShape {
     IRForm form;
-    std::array<IRGroup, maxGroupCount> groups;
+    std::array<std::uint32_t, 6> tokens;
 };
 
-/// The groups of every form, in the order of the forms.
-inline constexpr std::array<IRFormGroups, irFormCount> irFormGroups = [] {
-    using enum IRGroup;
-    return std::array<IRFormGroups, irFormCount>{{
-        {IRForm::IntegerParameter, {Text, Operand}},
-        {IRForm::DoubleParameter, {Operand}},
-        {IRForm::Argument, {Operand}},
-        {IRForm::CallWithResult, {Operand, Text, Text}},
-        {IRForm::Call, {Text, Text}},
-        {IRForm::Branch, {Operand, Text}},
-        {IRForm::Jump, {Text}},
-        {IRForm::Return, {}},
-        {IRForm::ReturnValue, {Operand}},
-        {IRForm::Conversion, {Operand, Text, Operand}},
-        {IRForm::IntToDouble, {Operand, Operand}},
-        {IRForm::DoubleToString, {Operand, Operand}},
-        {IRForm::BinaryOperation, {Operand, Operand, Text, Operand}},
-        {IRForm::UnaryOperation, {Operand, Text, Operand}},
-        {IRForm::ElementStore, {Operand, Operand}},
-        {IRForm::Copy, {Operand, Operand}},
+/// The shape of every form, in the order of the forms.
+inline constexpr std::array<IRShape, irFormCount> irShapes = [] {
+    using namespace TokenClass;
+    return std::array<IRShape, irFormCount>{{
+        {IRForm::IntegerParameter, {param, integerType, value}},
+        {IRForm::DoubleParameter, {param, doubleType, value}},
+        {IRForm::Argument, {arg, anyOperand}},
+        {IRForm::CallWithResult, {value, assign, call, callee, integer}},
+        {IRForm::Call, {call, callee, integer}},
+        {IRForm::Branch, {branch, anyOperand, jump, blockName}},
+        {IRForm::Jump, {jump, blockName}},
+        {IRForm::Return, {leave}},
+        {IRForm::ReturnValue, {leave, anyOperand}},
+        {IRForm::Conversion, {value, assign, conversion, anyOperand}},
+        {IRForm::IntToDouble, {value, assign, intToDouble, anyOperand}},
+        {IRForm::DoubleToString, {value, assign, doubleToString, anyOperand}},
+        {IRForm::BinaryOperation, {value, assign, anyOperand, anyBinary, anyOperand}},
+        {IRForm::UnaryOperation, {value, assign, anyUnary, anyOperand}},
+        {IRForm::ElementStore, {element, assign, anyOperand}},
+        {IRForm::Copy, {value, assign, anyOperand}},
     }};
 }();
+
+/// Whether a token is a group of its form: a mark only tells the form from others.
+constexpr bool isGroup(std::uint32_t classes) {
+    using namespace TokenClass;
+    constexpr std::uint32_t marks = arg | call | jump | branch | param | leave | doubleType |
+                                    intToDouble | doubleToString | assign;
+    return classes != 0 && (classes & marks) == 0;
+}
+
+/// Whether a group is an operand. Where only an integer can stand, it is a number of arguments.
+constexpr bool isOperand(std::uint32_t classes) {
+    return (classes & TokenClass::anyOperand) != 0 && classes != TokenClass::integer;
+}
 
 /// Whether a table has a row for every form, in their order: then the number of a form is that of
 /// its row.
@@ -77,15 +92,15 @@ constexpr bool hasRowForEachForm(const Table& table) {
     return row == irFormCount && table.size() == irFormCount;
 }
 
-static_assert(hasRowForEachForm(irFormGroups));
+static_assert(hasRowForEachForm(irShapes));
+
+constexpr const IRShape& shapeOf(IRForm form) {
+    return irShapes[static_cast<std::size_t>(form)];
+}
 
 constexpr std::size_t groupCountOf(IRForm form) {
-    const auto& groups = irFormGroups[static_cast<std::size_t>(form)].groups;
-    std::size_t count = 0;
-    while (count < groups.size() && groups[count] != IRGroup::Absent) {
-        ++count;
-    }
-    return count;
+    const auto& tokens = shapeOf(form).tokens;
+    return static_cast<std::size_t>(std::count_if(tokens.begin(), tokens.end(), isGroup));
 }
 
 /// A recognised line: its form, and the form's groups in order, empty where it has no more. They

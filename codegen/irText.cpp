@@ -8,12 +8,8 @@ namespace krel {
 
 namespace {
 
-bool isLineBreak(char character) {
-    return character == '\n' || character == '\r';
-}
-
 bool areDigits(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char character) { return isDigit(character); });
+    return endOfRun(text, 0, CharacterClass::digit) == text.size();
 }
 
 std::string_view withoutSign(std::string_view text) {
@@ -37,18 +33,13 @@ bool isDoubleLiteral(std::string_view text) {
     return areDigits(digits.substr(0, point)) && areDigits(digits.substr(point + 1));
 }
 
-bool isStringLiteral(std::string_view text) {
-    return text.size() >= 2 && text.front() == '"' && text.back() == '"';
-}
-
-bool isCharacterLiteral(std::string_view text) {
-    return text.size() > 1 && text.front() == '\'' && text.back() == '\'';
+bool isQuoted(std::string_view text, char quote) {
+    return text.size() >= 2 && text.front() == quote && text.back() == quote;
 }
 
 bool isIdentifier(std::string_view text) {
     return !text.empty() && beginsName(text.front()) &&
-           std::all_of(text.begin(), text.end(),
-                       [](char character) { return isNameCharacter(character); });
+           endOfRun(text, 1, CharacterClass::inName) == text.size();
 }
 
 bool isBlockName(std::string_view text) {
@@ -60,42 +51,30 @@ bool parseArrayAccess(std::string_view text, std::string_view& name, std::string
     if (text.empty() || text.back() != ']' || !beginsName(text.front())) {
         return false;
     }
-    std::size_t nameEnd = 1;
-    while (isNameCharacter(text[nameEnd])) {  // ends at the bracket at the latest
-        ++nameEnd;
-    }
-    std::size_t open = nameEnd;
-    while (isSpace(text[open])) {
-        ++open;
-    }
+    const std::size_t nameEnd = endOfRun(text, 1, CharacterClass::inName);
+    const std::size_t open = endOfRun(text, nameEnd, CharacterClass::space);
     if (text[open] != '[') {
         return false;
     }
-    // The index spans all but the blanks around it, which may hold line breaks; it may not.
+    // The index spans all but the blanks around it, which may hold line breaks; it may not. If
+    // there are only blanks, the last one that is no line break has to be it.
     const std::string_view inside = text.substr(open + 1, text.size() - open - 2);
-    std::size_t begin = 0;
-    while (begin < inside.size() && isSpace(inside[begin])) {
-        ++begin;
+    std::size_t begin = endOfRun(inside, 0, CharacterClass::space);
+    if (begin == inside.size()) {
+        begin = inside.find_last_not_of("\n\r");
     }
-    const bool isBlank = begin == inside.size();
-    while (isBlank && begin > 0 && isLineBreak(inside[begin - 1])) {
-        --begin;
+    if (begin == std::string_view::npos) {
+        return false;
     }
-    if (isBlank) {
-        if (begin == 0) {
-            return false;
-        }
-        --begin;  // one blank has to be the index
+    std::size_t end = inside.size();
+    if (lineBreaks == LineBreaks::Possible) {
+        end = std::min(end, inside.find_first_of("\n\r", begin));
     }
-    const std::string_view candidate = inside.substr(begin);
-    const auto lineBreak = lineBreaks == LineBreaks::Possible
-                               ? std::find_if(candidate.begin(), candidate.end(), isLineBreak)
-                               : candidate.end();
-    if (!std::all_of(lineBreak, candidate.end(), isSpace)) {
+    if (endOfRun(inside, end, CharacterClass::space) != inside.size()) {
         return false;
     }
     name = text.substr(0, nameEnd);
-    index = trim(std::string_view{candidate.begin(), lineBreak});
+    index = trim(inside.substr(begin, end - begin));
     return true;
 }
 

@@ -15,10 +15,12 @@ namespace krel {
 /// What a character can be in a line: bits that say so for each.
 namespace CharacterClass {
 inline constexpr std::uint8_t space = 1;
-inline constexpr std::uint8_t digit = 2;
-inline constexpr std::uint8_t letter = 4;  // or '_'
-inline constexpr std::uint8_t operation = 8;
-inline constexpr std::uint8_t quote = 16;  // around a string
+inline constexpr std::uint8_t trimmed = 2;
+inline constexpr std::uint8_t digit = 4;
+inline constexpr std::uint8_t letter = 8;  // or '_'
+inline constexpr std::uint8_t operation = 16;
+inline constexpr std::uint8_t quote = 32;  // around a string
+inline constexpr std::uint8_t inName = letter | digit;
 
 constexpr std::array<std::uint8_t, 256> table() {
     std::array<std::uint8_t, 256> classes{};
@@ -27,7 +29,8 @@ constexpr std::array<std::uint8_t, 256> table() {
             classes[static_cast<unsigned char>(character)] = characterClass;
         }
     };
-    put(" \t\n\v\f\r", space);
+    put("\v\f", space);
+    put(" \t\r\n", space | trimmed);
     put("0123456789", digit);
     put("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", letter);
     for (const VocabularyEntry& entry : lineOperators) {
@@ -57,11 +60,19 @@ inline bool beginsName(char character) {
 }
 /// Whether the character can stand in a name: a letter, a digit or '_'.
 inline bool isNameCharacter(char character) {
-    return hasClass(character, CharacterClass::letter | CharacterClass::digit);
+    return hasClass(character, CharacterClass::inName);
 }
 /// Whether the character is one that operators are made of.
 inline bool isOperatorCharacter(char character) {
     return hasClass(character, CharacterClass::operation);
+}
+
+/// Where the run of characters of some classes that begins at `from` ends.
+inline std::size_t endOfRun(std::string_view text, std::size_t from, unsigned characterClasses) {
+    while (from < text.size() && hasClass(text[from], characterClasses)) {
+        ++from;
+    }
+    return from;
 }
 
 /// Whether the character ends a run of those in a string that stand for themselves.
@@ -71,13 +82,10 @@ inline bool isQuoteOrBackslash(char character) {
 
 /// The text without blanks, tabs, carriage returns and line feeds at its ends.
 inline std::string_view trim(std::string_view text) {
-    const auto isTrimmed = [](char character) {
-        return character == ' ' || character == '\t' || character == '\r' || character == '\n';
-    };
-    while (!text.empty() && isTrimmed(text.front())) {
+    while (!text.empty() && hasClass(text.front(), CharacterClass::trimmed)) {
         text.remove_prefix(1);
     }
-    while (!text.empty() && isTrimmed(text.back())) {
+    while (!text.empty() && hasClass(text.back(), CharacterClass::trimmed)) {
         text.remove_suffix(1);
     }
     return text;
@@ -87,11 +95,9 @@ inline std::string_view trim(std::string_view text) {
 bool isIntegerLiteral(std::string_view text);
 /// An optional sign, then digits and exactly one '.', with at least one digit.
 bool isDoubleLiteral(std::string_view text);
-/// At least two characters, with a double quote at both ends.
-bool isStringLiteral(std::string_view text);
-/// An apostrophe at both ends of more than one character. Whether there is anything in between is
-/// up to the caller.
-bool isCharacterLiteral(std::string_view text);
+/// At least two characters, with a quote of one sort at both ends. Whether there is anything in
+/// between is up to the caller.
+bool isQuoted(std::string_view text, char quote);
 bool isIdentifier(std::string_view text);
 /// "B" and one or more digits: a reference to a block.
 bool isBlockName(std::string_view text);

@@ -89,6 +89,15 @@ public:
         const std::size_t begin = index == 0 ? 0 : recordAt(index - 1).end();
         return {bytes.get() + begin, recordAt(index).end() - begin};
     }
+    /// Calls `use` with the text of each instruction, in order.
+    template <typename Use>
+    void forEachText(Use use) const {
+        for (std::size_t index = 0, begin = 0; index < count; ++index) {
+            const std::size_t end = recordAt(index).end();
+            use(std::string_view{bytes.get() + begin, end - begin});
+            begin = end;
+        }
+    }
     /// Whether instruction `index`, which must exist, is set apart in the dump.
     bool isSeparated(std::size_t index) const { return recordAt(index).isSeparated(); }
 

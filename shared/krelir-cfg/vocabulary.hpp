@@ -63,6 +63,7 @@ inline constexpr std::uint32_t callee = 1U << 23;  // a word and ','
 
 inline constexpr std::uint32_t anyUnary = unary | sign;
 inline constexpr std::uint32_t anyBinary = binary | sign;
+inline constexpr std::uint32_t anyOperand = value | boolean | integer | real | string | element;
 }  // namespace TokenClass
 
 struct VocabularyEntry {

@@ -93,16 +93,16 @@ TEST(IRTextTest, DoubleLiterals) {
 
 TEST(IRTextTest, QuotedLiterals) {
     for (const char* text : {"\"\"", "\"a\"", "\"a\" + \"b\"", "\"\"\""}) {
-        EXPECT_TRUE(isStringLiteral(text)) << text;
+        EXPECT_TRUE(isQuoted(text, '"')) << text;
     }
     for (const char* text : {"", "\"", "\"a", "a\"", "'a'", " \"a\""}) {
-        EXPECT_FALSE(isStringLiteral(text)) << text;
+        EXPECT_FALSE(isQuoted(text, '"')) << text;
     }
     for (const char* text : {"''", "'a'", "'ab'", "'''", "'\\''"}) {
-        EXPECT_TRUE(isCharacterLiteral(text)) << text;
+        EXPECT_TRUE(isQuoted(text, '\'')) << text;
     }
     for (const char* text : {"", "'", "'a", "a'", "\"a\""}) {
-        EXPECT_FALSE(isCharacterLiteral(text)) << text;
+        EXPECT_FALSE(isQuoted(text, '\'')) << text;
     }
 }
 

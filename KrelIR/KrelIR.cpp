@@ -74,32 +74,29 @@ void KrelIR::visitBlock(Node* node) {
     }
 }
 
-KrelIR::Statement KrelIR::statementOf(Name kind) {
-    static const NameTable<Statement> statements = {
-        {NodeKind::Declaration, &KrelIR::visitDeclaration},
-        {NodeKind::Block, &KrelIR::visitBlock},
-        {NodeKind::ExpressionStatement, &KrelIR::visitExpressionStatement},
-        {NodeKind::Assignment, &KrelIR::visitAssignment},
-        {NodeKind::CompoundAssignment, &KrelIR::visitCompoundAssignment},
-        {NodeKind::PostIncrement, &KrelIR::visitUpdate},
-        {NodeKind::PreIncrement, &KrelIR::visitUpdate},
-        {NodeKind::PostDecrement, &KrelIR::visitUpdate},
-        {NodeKind::PreDecrement, &KrelIR::visitUpdate},
-        {NodeKind::CallStatement, &KrelIR::visitCall},
-        {NodeKind::PrintStatement, &KrelIR::visitPrintStatement},
-        {NodeKind::ExitStatement, &KrelIR::visitExitStatement},
-        {NodeKind::ReturnStatement, &KrelIR::visitReturnStatement},
-        {NodeKind::WhileStatement, &KrelIR::visitWhileStatement},
-        {NodeKind::ForStatement, &KrelIR::visitForStatement},
-        {NodeKind::IfStatement, &KrelIR::visitIfStatement},
-        {NodeKind::BreakStatement, &KrelIR::visitBreakStatement},
-        {NodeKind::ContinueStatement, &KrelIR::visitContinueStatement},
-    };
-    return statements.find(kind);
-}
+const NameTable<KrelIR::Statement> KrelIR::statementLowering = {
+    {NodeKind::Declaration, &KrelIR::visitDeclaration},
+    {NodeKind::Block, &KrelIR::visitBlock},
+    {NodeKind::ExpressionStatement, &KrelIR::visitExpressionStatement},
+    {NodeKind::Assignment, &KrelIR::visitAssignment},
+    {NodeKind::CompoundAssignment, &KrelIR::visitCompoundAssignment},
+    {NodeKind::PostIncrement, &KrelIR::visitUpdate},
+    {NodeKind::PreIncrement, &KrelIR::visitUpdate},
+    {NodeKind::PostDecrement, &KrelIR::visitUpdate},
+    {NodeKind::PreDecrement, &KrelIR::visitUpdate},
+    {NodeKind::CallStatement, &KrelIR::visitCall},
+    {NodeKind::PrintStatement, &KrelIR::visitPrintStatement},
+    {NodeKind::ExitStatement, &KrelIR::visitExitStatement},
+    {NodeKind::ReturnStatement, &KrelIR::visitReturnStatement},
+    {NodeKind::WhileStatement, &KrelIR::visitWhileStatement},
+    {NodeKind::ForStatement, &KrelIR::visitForStatement},
+    {NodeKind::IfStatement, &KrelIR::visitIfStatement},
+    {NodeKind::BreakStatement, &KrelIR::visitBreakStatement},
+    {NodeKind::ContinueStatement, &KrelIR::visitContinueStatement},
+};
 
 void KrelIR::visitStatement(Node* node) {
-    const Statement statement = statementOf(node->kindName());
+    const Statement statement = statementLowering.find(node->kindName());
     if (statement == nullptr) {
         internalError("Unsupported statement node: " + node->getKind());
     }

@@ -54,8 +54,8 @@ private:
         int body;
     };
 
-    static Statement statementOf(Name kind);
-    static Expression expressionOf(Name kind);
+    static const NameTable<Statement> statementLowering;
+    static const NameTable<Expression> expressionLowering;
 
     void visit(Node* node);
     void visitFunctionDeclaration(Node* node);

@@ -53,34 +53,31 @@ bool isOperation(const Node& node) {
 
 }  // namespace
 
-KrelIR::Expression KrelIR::expressionOf(Name kind) {
-    static const NameTable<Expression> expressions = {
-        {NodeKind::IntLiteral, &KrelIR::literal},
-        {NodeKind::DecimalLiteral, &KrelIR::literal},
-        {NodeKind::StringLiteral, &KrelIR::literal},
-        {NodeKind::CharacterLiteral, &KrelIR::literal},
-        {NodeKind::BooleanLiteral, &KrelIR::literal},
-        {NodeKind::Identifier, &KrelIR::identifier},
-        {NodeKind::ParenthesizedExpression, &KrelIR::parenthesized},
-        {NodeKind::ArrayAccess, &KrelIR::lvalue},
-        {NodeKind::CastExpression, &KrelIR::unresolvedCast},
-        {NodeKind::IntToDouble, &KrelIR::conversion},
-        {NodeKind::IntToChar, &KrelIR::conversion},
-        {NodeKind::CharToInt, &KrelIR::conversion},
-        {NodeKind::IntToString, &KrelIR::conversion},
-        {NodeKind::DoubleToString, &KrelIR::conversion},
-        {NodeKind::BoolToString, &KrelIR::conversion},
-        {NodeKind::CharToString, &KrelIR::conversion},
-        {NodeKind::CallStatement, &KrelIR::call},
-        {NodeKind::Assignment, &KrelIR::assignmentValue},
-        {NodeKind::CompoundAssignment, &KrelIR::assignmentValue},
-        {NodeKind::PostIncrement, &KrelIR::updateValue},
-        {NodeKind::PreIncrement, &KrelIR::updateValue},
-        {NodeKind::PostDecrement, &KrelIR::updateValue},
-        {NodeKind::PreDecrement, &KrelIR::updateValue},
-    };
-    return expressions.find(kind);
-}
+const NameTable<KrelIR::Expression> KrelIR::expressionLowering = {
+    {NodeKind::IntLiteral, &KrelIR::literal},
+    {NodeKind::DecimalLiteral, &KrelIR::literal},
+    {NodeKind::StringLiteral, &KrelIR::literal},
+    {NodeKind::CharacterLiteral, &KrelIR::literal},
+    {NodeKind::BooleanLiteral, &KrelIR::literal},
+    {NodeKind::Identifier, &KrelIR::identifier},
+    {NodeKind::ParenthesizedExpression, &KrelIR::parenthesized},
+    {NodeKind::ArrayAccess, &KrelIR::lvalue},
+    {NodeKind::CastExpression, &KrelIR::unresolvedCast},
+    {NodeKind::IntToDouble, &KrelIR::conversion},
+    {NodeKind::IntToChar, &KrelIR::conversion},
+    {NodeKind::CharToInt, &KrelIR::conversion},
+    {NodeKind::IntToString, &KrelIR::conversion},
+    {NodeKind::DoubleToString, &KrelIR::conversion},
+    {NodeKind::BoolToString, &KrelIR::conversion},
+    {NodeKind::CharToString, &KrelIR::conversion},
+    {NodeKind::CallStatement, &KrelIR::call},
+    {NodeKind::Assignment, &KrelIR::assignmentValue},
+    {NodeKind::CompoundAssignment, &KrelIR::assignmentValue},
+    {NodeKind::PostIncrement, &KrelIR::updateValue},
+    {NodeKind::PreIncrement, &KrelIR::updateValue},
+    {NodeKind::PostDecrement, &KrelIR::updateValue},
+    {NodeKind::PreDecrement, &KrelIR::updateValue},
+};
 
 /// Operators associate to the left, so a chain of a million of them is a million levels deep on its
 /// left side. That side is walked down and up again here; only right operands recurse.
@@ -90,7 +87,7 @@ KrelIR::Operand KrelIR::expression(Node* node) {
         operations.push_back(node);
         node = childOf(node, 0);
     }
-    const Expression lower = expressionOf(node->kindName());
+    const Expression lower = expressionLowering.find(node->kindName());
     if (lower == nullptr) {
         internalError("Unsupported expression node: " + node->getKind());
     }
@@ -247,7 +244,7 @@ KrelIR::Operand KrelIR::newTemporary() {
 }
 
 bool KrelIR::isLiteral(Node* node) {
-    return expressionOf(node->kindName()) == &KrelIR::literal;
+    return expressionLowering.find(node->kindName()) == &KrelIR::literal;
 }
 
 KrelIR::Operand KrelIR::literal(Node* node) {

@@ -79,23 +79,20 @@ Name SemanticAnalyzer::setExpressionType(Node* node, Name type) {
     return type;
 }
 
-SemanticAnalyzer::Infer SemanticAnalyzer::inferrerOf(Name kind) {
-    static const NameTable<Infer> inferrers = {
-        {NodeKind::IntLiteral, &SemanticAnalyzer::inferLiteralType},
-        {NodeKind::DecimalLiteral, &SemanticAnalyzer::inferLiteralType},
-        {NodeKind::CharacterLiteral, &SemanticAnalyzer::inferLiteralType},
-        {NodeKind::StringLiteral, &SemanticAnalyzer::inferLiteralType},
-        {NodeKind::BooleanLiteral, &SemanticAnalyzer::inferLiteralType},
-        {NodeKind::ParenthesizedExpression, &SemanticAnalyzer::inferParenthesizedExpressionType},
-        {NodeKind::Identifier, &SemanticAnalyzer::inferIdentifierType},
-        {NodeKind::ArrayAccess, &SemanticAnalyzer::inferArrayAccessType},
-        {NodeKind::CallStatement, &SemanticAnalyzer::inferCallStatementType},
-        {NodeKind::UnaryOp, &SemanticAnalyzer::inferMalformedUnaryOp},
-        {NodeKind::BinaryOp, &SemanticAnalyzer::inferMalformedBinaryOp},
-        {NodeKind::CastExpression, &SemanticAnalyzer::inferCastExpressionType},
-    };
-    return inferrers.find(kind);
-}
+const NameTable<SemanticAnalyzer::Infer> SemanticAnalyzer::inferrers = {
+    {NodeKind::IntLiteral, &SemanticAnalyzer::inferLiteralType},
+    {NodeKind::DecimalLiteral, &SemanticAnalyzer::inferLiteralType},
+    {NodeKind::CharacterLiteral, &SemanticAnalyzer::inferLiteralType},
+    {NodeKind::StringLiteral, &SemanticAnalyzer::inferLiteralType},
+    {NodeKind::BooleanLiteral, &SemanticAnalyzer::inferLiteralType},
+    {NodeKind::ParenthesizedExpression, &SemanticAnalyzer::inferParenthesizedExpressionType},
+    {NodeKind::Identifier, &SemanticAnalyzer::inferIdentifierType},
+    {NodeKind::ArrayAccess, &SemanticAnalyzer::inferArrayAccessType},
+    {NodeKind::CallStatement, &SemanticAnalyzer::inferCallStatementType},
+    {NodeKind::UnaryOp, &SemanticAnalyzer::inferMalformedUnaryOp},
+    {NodeKind::BinaryOp, &SemanticAnalyzer::inferMalformedBinaryOp},
+    {NodeKind::CastExpression, &SemanticAnalyzer::inferCastExpressionType},
+};
 
 /// Operators associate to the left, so a chain of a million of them is a million levels deep on its
 /// left side. That side is walked down and up again here; only right operands recurse.
@@ -107,7 +104,7 @@ Name SemanticAnalyzer::inferExpressionType(Node* node) {
     }
     Name type;
     if (node != nullptr) {
-        const Infer inferrer = inferrerOf(node->kindName());
+        const Infer inferrer = inferrers.find(node->kindName());
         type = inferrer == nullptr ? Name{} : (this->*inferrer)(node);
     }
     while (operations.size() > bottom) {

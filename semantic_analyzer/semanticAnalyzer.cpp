@@ -36,18 +36,15 @@ void SemanticAnalyzer::analyze(Node* root) {
     visit(root);
 }
 
-SemanticAnalyzer::Visit SemanticAnalyzer::visitorOf(Name kind) {
-    static const NameTable<Visit> visitors = {
-        {NodeKind::Program, &SemanticAnalyzer::visitProgram},
-        {NodeKind::FunctionDeclaration, &SemanticAnalyzer::visitFunctionDeclaration},
-        {NodeKind::Declaration, &SemanticAnalyzer::visitDeclaration},
-        {NodeKind::Assignment, &SemanticAnalyzer::visitAssignment},
-        {NodeKind::ReturnStatement, &SemanticAnalyzer::visitReturnStatement},
-        {NodeKind::CallStatement, &SemanticAnalyzer::visitCallStatement},
-        {NodeKind::PrintStatement, &SemanticAnalyzer::visitPrintStatement},
-    };
-    return visitors.find(kind);
-}
+const NameTable<SemanticAnalyzer::Visit> SemanticAnalyzer::visitors = {
+    {NodeKind::Program, &SemanticAnalyzer::visitProgram},
+    {NodeKind::FunctionDeclaration, &SemanticAnalyzer::visitFunctionDeclaration},
+    {NodeKind::Declaration, &SemanticAnalyzer::visitDeclaration},
+    {NodeKind::Assignment, &SemanticAnalyzer::visitAssignment},
+    {NodeKind::ReturnStatement, &SemanticAnalyzer::visitReturnStatement},
+    {NodeKind::CallStatement, &SemanticAnalyzer::visitCallStatement},
+    {NodeKind::PrintStatement, &SemanticAnalyzer::visitPrintStatement},
+};
 
 /// Kinds without a visitor are not checked; their children are, in order. The nodes still to visit
 /// wait in a list, last first: an unchecked expression may be a million levels deep.
@@ -60,7 +57,7 @@ void SemanticAnalyzer::visit(Node* node) {
     while (waiting.size() > bottom) {
         Node* next = waiting.back();
         waiting.pop_back();
-        if (const Visit visitor = visitorOf(next->kindName()); visitor != nullptr) {
+        if (const Visit visitor = visitors.find(next->kindName()); visitor != nullptr) {
             (this->*visitor)(next);
             continue;
         }

@@ -42,8 +42,8 @@ private:
     using Visit = void (SemanticAnalyzer::*)(Node*);
     using Infer = Name (SemanticAnalyzer::*)(Node*);
 
-    static Visit visitorOf(Name kind);
-    static Infer inferrerOf(Name kind);
+    static const NameTable<Visit> visitors;
+    static const NameTable<Infer> inferrers;
 
     void visit(Node* node);
     void visitProgram(Node* node);

@@ -49,25 +49,28 @@ void CodeGenerator::generate(const IRProgram& program, std::ostream& stream) {
     out = nullptr;
 }
 
-// Character literals are not looked for (kept): one that holds a double quote begins a string.
+// Most blocks have no string, which one search tells.
 void CodeGenerator::collectStringLiterals(const IRProgram& program) {
     for (const IRFunction& function : program.getFunctions()) {
         for (const IRBasicBlock& block : function.getBlocks()) {
             const IRInstructionList& instructions = block.getInstructions();
-            for (std::size_t index = 0; index < instructions.size(); ++index) {
-                const std::string_view text = instructions.text(index);
-                std::size_t begin = text.find('"');
-                while (begin != std::string_view::npos) {
-                    const std::size_t end = stringLiteralEnd(text, begin);
-                    if (end == std::string_view::npos) {
-                        throw std::runtime_error("unterminated string literal in IR instruction: " +
-                                                 std::string{text});
-                    }
-                    stringLabels.add(text.substr(begin, end - begin));
-                    begin = text.find('"', end);
-                }
+            if (instructions.texts().find('"') != std::string_view::npos) {
+                instructions.forEachText([this](std::string_view text) { addLiteralsOf(text); });
             }
         }
+    }
+}
+
+// Character literals are not looked for (kept): one that holds a double quote begins a string.
+void CodeGenerator::addLiteralsOf(std::string_view line) {
+    for (std::size_t begin = line.find('"'); begin != std::string_view::npos;) {
+        const std::size_t end = stringLiteralEnd(line, begin);
+        if (end == std::string_view::npos) {
+            throw std::runtime_error("unterminated string literal in IR instruction: " +
+                                     std::string{line});
+        }
+        stringLabels.add(line.substr(begin, end - begin));
+        begin = line.find('"', end);
     }
 }
 
@@ -86,10 +89,8 @@ void CodeGenerator::emitReadOnlyData() {
     });
 }
 
-void CodeGenerator::recordSource(std::size_t instruction) {
-    if (sources != nullptr) {
-        sources->push_back({out->position(), instruction});
-    }
+void CodeGenerator::addSource(std::size_t instruction) {
+    sources->push_back({out->position(), instruction});
 }
 
 void CodeGenerator::emitFunction(const IRFunction& function) {

@@ -77,8 +77,14 @@ private:
 
     // Frames, functions and constants: frame.cpp, codeGenerator.cpp.
     void collectStringLiterals(const IRProgram& program);
+    void addLiteralsOf(std::string_view line);
     void emitReadOnlyData();
-    void recordSource(std::size_t instruction);
+    void recordSource(std::size_t instruction) {
+        if (sources != nullptr) {
+            addSource(instruction);
+        }
+    }
+    void addSource(std::size_t instruction);
     void planFrame(FunctionContext& context) const;
     void readDeclarations(FunctionContext& context) const;
     void emitFunction(const IRFunction& function);

@@ -89,6 +89,8 @@ public:
         const std::size_t begin = index == 0 ? 0 : recordAt(index - 1).end();
         return {bytes.get() + begin, recordAt(index).end() - begin};
     }
+    /// All texts, one behind the other. Valid until the next instruction is added.
+    std::string_view texts() const { return {bytes.get(), used}; }
     /// Calls `use` with the text of each instruction, in order.
     template <typename Use>
     void forEachText(Use use) const {

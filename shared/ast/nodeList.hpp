@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <ranges>
@@ -72,7 +71,7 @@ private:
 
     bool isInPlace() const { return count <= inPlace; }
     /// A block has room for the next power of two.
-    bool isFull() const { return count >= inPlace && std::has_single_bit(count); }
+    bool isFull() const { return count >= inPlace && (count & (count - 1)) == 0; }
     void grow();
     void freeBlock();
 

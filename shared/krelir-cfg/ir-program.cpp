@@ -59,6 +59,11 @@ void printFunction(std::ostream& out, const IRFunction& function) {
 /// Blocks are laid out nearly in the order of their numbers. So a new number goes near the end of
 /// the list, which costs little.
 IRBasicBlock& IRFunction::addBlock(int number) {
+    if (blocks.empty()) {
+        constexpr std::size_t usualBlocks = 8;
+        blocks.reserve(usualBlocks);
+        numbers.reserve(usualBlocks);
+    }
     const auto place = std::lower_bound(numbers.begin(), numbers.end(), number);
     if (place != numbers.end() && *place == number) {
         throw std::runtime_error("duplicate IR basic block B" + std::to_string(number));

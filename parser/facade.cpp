@@ -25,6 +25,8 @@ namespace {
 /// for: pipes and devices have none.
 bool readToEnd(std::FILE* file, std::string& text) {
     constexpr std::size_t longest = std::numeric_limits<int>::max() - 2;
+    constexpr std::size_t usual = std::size_t{1} << 20;
+    text.reserve(usual);  // what stays unused is never touched
     std::array<char, std::size_t{1} << 14> piece;
     while (const std::size_t size = std::fread(piece.data(), 1, piece.size(), file)) {
         if (size > longest - text.size()) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "codegen/shortText.hpp"
 #include "shared/krelir-cfg/textParts.hpp"
 
 namespace krel {
@@ -53,7 +54,9 @@ private:
     }
 
     std::ostream& out;
-    std::unique_ptr<char[]> block = std::make_unique_for_overwrite<char[]>(blockSize);
+    // With room for one short text that is copied whole.
+    std::unique_ptr<char[]> block =
+        std::make_unique_for_overwrite<char[]>(blockSize + ShortText::capacity);
     std::size_t used = 0;
     std::size_t handedOn = 0;
 };

@@ -22,7 +22,9 @@ TEST(AssemblyWriterTest, WritesPartsOfEveryKindInOrder) {
 }
 
 TEST(AssemblyWriterTest, TextsOfEveryLengthAroundItsBlocksComeThrough) {
-    for (const std::size_t size : {1UL, 65535UL, 65536UL, 65537UL, 1000000UL}) {
+    // With 65532 the text behind it ends where the block does.
+    for (const std::size_t size :
+         {1UL, 65531UL, 65532UL, 65533UL, 65535UL, 65536UL, 65537UL, 1000000UL}) {
         const std::string longText(size, 'x');
         std::ostringstream out;
         {

@@ -318,12 +318,13 @@ SourceRange KrelIR::rangeOfOrigin() const {
 }
 
 void KrelIR::emitJump(int block) {
-    emit(Keyword::Goto, " B", std::to_string(block));
+    emit(Keyword::Goto, " ", Keyword::Block, std::to_string(block));
 }
 
 void KrelIR::emitBranchUnless(Node* condition, int block) {
     const Operand negated = negatedCondition(condition);
-    emitFor(condition, Keyword::If, " ", negated, " ", Keyword::Goto, " B", std::to_string(block));
+    emitFor(condition, Keyword::If, " ", negated, " ", Keyword::Goto, " ", Keyword::Block,
+            std::to_string(block));
 }
 
 void KrelIR::separateInstructions() {

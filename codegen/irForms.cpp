@@ -206,7 +206,7 @@ bool gotoAtEnd(std::string_view text, std::size_t& begin, std::string_view& numb
         --at;
     }
     number = text.substr(at);
-    if (number.empty() || at == 0 || text[at - 1] != 'B') {
+    if (number.empty() || at == 0 || text[at - 1] != Keyword::Block[0]) {
         return false;
     }
     const std::size_t spacesEnd = --at;
@@ -241,8 +241,8 @@ bool matchBranch(const ScannedLine& line, Groups& groups) {
 
 bool matchJump(const ScannedLine& line, Groups& groups) {
     Scanner scanner{line.text};
-    return scanner.literal(Keyword::Goto) && scanner.someSpaces() && scanner.literal("B") &&
-           scanner.numberAtEnd(groups[0]);
+    return scanner.literal(Keyword::Goto) && scanner.someSpaces() &&
+           scanner.literal(Keyword::Block) && scanner.numberAtEnd(groups[0]);
 }
 
 bool matchReturn(const ScannedLine& line, Groups& /*groups*/) {

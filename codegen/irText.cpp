@@ -43,7 +43,7 @@ bool isIdentifier(std::string_view text) {
 }
 
 bool isBlockName(std::string_view text) {
-    return text.size() >= 2 && text.front() == 'B' && areDigits(text.substr(1));
+    return text.size() >= 2 && text.starts_with(Keyword::Block) && areDigits(text.substr(1));
 }
 
 bool parseArrayAccess(std::string_view text, std::string_view& name, std::string_view& index,

@@ -22,7 +22,7 @@ public:
     IRBasicBlock& addBlock(int number);
 
     /// Finds the successors of every block anew, from the last instruction of each. Throws
-    /// std::runtime_error or std::invalid_argument for a branch without a target.
+    /// std::invalid_argument or std::out_of_range for a branch to what is no number.
     void rebuildCFG();
 
 private:

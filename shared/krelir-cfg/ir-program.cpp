@@ -13,19 +13,19 @@
 #include <system_error>
 #include <utility>
 
+#include "shared/krelir-cfg/textParts.hpp"
+#include "shared/krelir-cfg/vocabulary.hpp"
+
 namespace krel {
 
 namespace {
 
-constexpr std::string_view branchMark = "goto B";
+constexpr JoinedText jumpStart{Keyword::Goto, " ", Keyword::Block};
+constexpr JoinedText branchStart{Keyword::If, " "};
+constexpr JoinedText exitStart{Keyword::Call, " ", Callee::Exit, ","};
 
-/// The number after the last branch mark of a line.
-int branchTarget(std::string_view text) {
-    const std::size_t mark = text.rfind(branchMark);
-    if (mark == std::string::npos) {
-        throw std::runtime_error("branch instruction has no target: " + std::string{text});
-    }
-    const std::string_view digits = text.substr(mark + branchMark.size());
+/// The number that a text begins with.
+int numberAt(std::string_view digits) {
     int number = 0;
     if (std::from_chars(digits.begin(), digits.end(), number).ec == std::errc{}) {
         return number;
@@ -36,14 +36,14 @@ int branchTarget(std::string_view text) {
 /// Only the beginning is looked at (kept): a line that assigns to a variable whose name begins with
 /// "return" counts as one that leaves the function.
 bool leavesFunction(std::string_view text) {
-    return text.starts_with("return") || text.starts_with("call exit,");
+    return text.starts_with(Keyword::Return) || text.starts_with(exitStart);
 }
 
 void printFunction(std::ostream& out, const IRFunction& function) {
     out << function.getName() << ":\n";
     bool isFirst = true;
     for (const IRBasicBlock& block : function.getBlocks()) {
-        out << (isFirst ? "B" : "\nB") << block.getNumber() << ":\n";
+        out << (isFirst ? "" : "\n") << Keyword::Block << block.getNumber() << ":\n";
         isFirst = false;
         const IRInstructionList& instructions = block.getInstructions();
         for (std::size_t index = 0; index < instructions.size(); ++index) {
@@ -82,10 +82,12 @@ void IRFunction::rebuildCFG() {
         if (leavesFunction(last)) {
             continue;
         }
-        const bool jumps = last.starts_with(branchMark);
-        const bool branches = last.starts_with("if ") && last.find(branchMark) != last.npos;
-        if (jumps || branches) {
-            block.successors.add(branchTarget(last));
+        const bool jumps = last.starts_with(jumpStart);
+        if (jumps || last.starts_with(branchStart)) {
+            constexpr std::string_view mark = jumpStart;
+            if (const std::size_t at = last.rfind(mark); at != last.npos) {
+                block.successors.add(numberAt(last.substr(at + mark.size())));
+            }
         }
         if (!jumps && index + 1 < blocks.size()) {
             block.successors.add(blocks[index + 1].getNumber());

@@ -3,6 +3,8 @@
 // it to a place with room for it and returns where the next one goes.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
@@ -26,5 +28,23 @@ char* writePart(char* at, const char (&literal)[size]) {
 inline char* writePart(char* at, std::string_view text) {
     return at + text.copy(at, text.size());
 }
+
+/// String literals that the compiler has put together; stands for a string view.
+template <std::size_t size>
+class JoinedText {
+public:
+    template <std::size_t... sizes>
+    constexpr explicit JoinedText(const char (&... literals)[sizes]) {
+        char* at = characters.data();
+        ((at = std::copy_n(literals, sizes - 1, at)), ...);
+    }
+
+    constexpr operator std::string_view() const { return {characters.data(), size}; }
+
+private:
+    std::array<char, size> characters{};
+};
+template <std::size_t... sizes>
+JoinedText(const char (&... literals)[sizes]) -> JoinedText<((sizes - 1) + ...)>;
 
 }  // namespace krel

@@ -15,6 +15,7 @@ namespace krel {
 /// The words that only lines have.
 namespace Keyword {
 inline constexpr char Arg[] = "arg";
+inline constexpr char Block[] = "B";  // with a number behind it
 inline constexpr char Call[] = "call";
 inline constexpr char False[] = "false";
 inline constexpr char Goto[] = "goto";

@@ -64,7 +64,13 @@ TEST_F(KrelIRTest, NullRootGivesAnEmptyProgram) {
 TEST_F(KrelIRTest, FunctionsAreFoundBelowAnyNode) {
     EXPECT_EQ(lower(node("Block", {node("Declaration", {function("void", "f", {})}),
                                    function("int", "g", {})})),
-              "f:\nB1:\n    return\n\ng:\nB1:\n\n");
+              "f:\n"
+              "B1:\n"
+              "    return\n"
+              "\n"
+              "g:\n"
+              "B1:\n"
+              "\n");
 }
 
 TEST_F(KrelIRTest, StatementsOutsideFunctionsAreSkipped) {
@@ -72,8 +78,16 @@ TEST_F(KrelIRTest, StatementsOutsideFunctionsAreSkipped) {
 }
 
 TEST_F(KrelIRTest, EachAnalysisReplacesTheLast) {
-    EXPECT_EQ(lower(function("void", "f", {})), "f:\nB1:\n    return\n\n");
-    EXPECT_EQ(lower(function("void", "g", {})), "g:\nB1:\n    return\n\n");
+    EXPECT_EQ(lower(function("void", "f", {})),
+              "f:\n"
+              "B1:\n"
+              "    return\n"
+              "\n");
+    EXPECT_EQ(lower(function("void", "g", {})),
+              "g:\n"
+              "B1:\n"
+              "    return\n"
+              "\n");
     EXPECT_EQ(&generator.analyze(nullptr), &generator.getProgram());
     EXPECT_TRUE(generator.getProgram().getFunctions().empty());
 }
@@ -159,18 +173,29 @@ TEST_F(KrelIRTest, OnlyTheStatementListsOfABlockAreLowered) {
                            node("Block", {assignment(name("x"), number(1)),
                                           node("StatementList", {assignment(name("y"), number(2))}),
                                           node("StatementList", {node("ReturnStatement")})})})),
-              "f:\nB1:\n    y = 2\n    return\n    return\n\n");
+              "f:\n"
+              "B1:\n"
+              "    y = 2\n"
+              "    return\n"
+              "    return\n"
+              "\n");
 }
 
 TEST_F(KrelIRTest, FinalReturnIsLookedForInTheFirstListOnly) {
     EXPECT_EQ(lower(named("FunctionDeclaration", "f",
                           {named("Type", "void"), node("ParameterList"), node("Block")})),
-              "f:\nB1:\n    return\n\n");
+              "f:\n"
+              "B1:\n"
+              "    return\n"
+              "\n");
     EXPECT_EQ(lower(named("FunctionDeclaration", "f",
                           {named("Type", "void"), node("ParameterList"),
                            node("Block", {node("StatementList", {node("ReturnStatement")}),
                                           node("StatementList")})})),
-              "f:\nB1:\n    return\n\n");
+              "f:\n"
+              "B1:\n"
+              "    return\n"
+              "\n");
 }
 
 TEST_F(KrelIRTest, ExpressionStatementsLowerTheStatementTheyHold) {
@@ -192,7 +217,10 @@ TEST_F(KrelIRTest, DeclaratorsWithoutAnInitializerGiveNothing) {
 
 TEST_F(KrelIRTest, EmptyPrintPrintsTheEmptyText) {
     EXPECT_EQ(linesOf({node("PrintStatement", {node("ArgumentList")}), node("PrintStatement")}),
-              "arg \"\"\ncall print, 1\narg \"\"\ncall print, 1\n");
+              "arg \"\"\n"
+              "call print, 1\n"
+              "arg \"\"\n"
+              "call print, 1\n");
 }
 
 TEST_F(KrelIRTest, CallWithoutArgumentListPassesNothing) {
@@ -204,28 +232,41 @@ TEST_F(KrelIRTest, OnlyCallsTypedVoidHaveNoResult) {
     typed->setSemanticType("void");
     Node* other = node("CallStatement", {name("g"), node("ArgumentList", {number(1)})});
     other->setSemanticType("double");
-    EXPECT_EQ(linesOf({typed, other}), "arg 1\ncall g, 1\narg 1\n_t0 = call g, 1\n");
+    EXPECT_EQ(linesOf({typed, other}),
+              "arg 1\n"
+              "call g, 1\n"
+              "arg 1\n"
+              "_t0 = call g, 1\n");
 }
 
 TEST_F(KrelIRTest, CopyTakesItsTemporaryBeforeTheIndex) {
     EXPECT_EQ(linesOf({assignment(name("x"), element(name("a"), sum(name("i"), number(1))))}),
-              "_t1 = i + 1\n_t0 = a[_t1]\nx = _t0\n");
+              "_t1 = i + 1\n"
+              "_t0 = a[_t1]\n"
+              "x = _t0\n");
 }
 
 TEST_F(KrelIRTest, IndexIsLoweredBeforeTheArray) {
     EXPECT_EQ(linesOf({assignment(element(sum(name("a"), number(1)), sum(name("i"), number(2))),
                                   number(3))}),
-              "_t0 = i + 2\n_t1 = a + 1\n_t1[_t0] = 3\n");
+              "_t0 = i + 2\n"
+              "_t1 = a + 1\n"
+              "_t1[_t0] = 3\n");
 }
 
 TEST_F(KrelIRTest, TargetIsLoweredBeforeTheValue) {
     EXPECT_EQ(linesOf({assignment(element(name("a"), sum(name("i"), number(1))),
                                   sum(name("x"), number(2)))}),
-              "_t0 = i + 1\n_t1 = x + 2\na[_t0] = _t1\n");
+              "_t0 = i + 1\n"
+              "_t1 = x + 2\n"
+              "a[_t0] = _t1\n");
     EXPECT_EQ(linesOf({named(
                   "CompoundAssignment", "-=",
                   {element(name("a"), sum(name("i"), number(1))), sum(name("x"), number(2))})}),
-              "_t0 = i + 1\n_t1 = x + 2\n_t2 = a[_t0] - _t1\na[_t0] = _t2\n");
+              "_t0 = i + 1\n"
+              "_t1 = x + 2\n"
+              "_t2 = a[_t0] - _t1\n"
+              "a[_t0] = _t2\n");
 }
 
 TEST_F(KrelIRTest, ParenthesesAreTransparentInExpressions) {
@@ -238,46 +279,94 @@ TEST_F(KrelIRTest, ParenthesesAreTransparentInConditions) {
         return node("WhileStatement", {condition, block({})});
     };
     EXPECT_EQ(linesOf({loop(parentheses(parentheses(named("UnaryOp", "!", {name("x")}))))}),
-              "if x goto B4\ngoto B2\n");
+              "if x goto B4\n"
+              "goto B2\n");
     EXPECT_EQ(linesOf({loop(parentheses(named("BinaryOp", "<", {name("x"), number(1)})))}),
-              "_t0 = x >= 1\nif _t0 goto B4\ngoto B2\n");
+              "_t0 = x >= 1\n"
+              "if _t0 goto B4\n"
+              "goto B2\n");
 }
 
 TEST_F(KrelIRTest, AssignmentsAsValuesGiveTheirPlace) {
-    EXPECT_EQ(linesOf({assignment(name("x"), assignment(name("y"), number(1)))}), "y = 1\nx = y\n");
+    EXPECT_EQ(linesOf({assignment(name("x"), assignment(name("y"), number(1)))}),
+              "y = 1\n"
+              "x = y\n");
     EXPECT_EQ(linesOf({assignment(name("x"), named("CompoundAssignment", "+=",
                                                    {element(name("a"), number(0)), number(1)}))}),
-              "_t0 = a[0] + 1\na[0] = _t0\nx = a[0]\n");
+              "_t0 = a[0] + 1\n"
+              "a[0] = _t0\n"
+              "x = a[0]\n");
 }
 
 TEST_F(KrelIRTest, UpdatesAsValuesGiveTheOldOrTheNewValue) {
     const auto valueOf = [this](const char* kind) {
         return linesOf({assignment(name("x"), named(kind, "", {name("y")}))});
     };
-    EXPECT_EQ(valueOf("PostIncrement"), "_t0 = y\n_t1 = y + 1\ny = _t1\nx = _t0\n");
-    EXPECT_EQ(valueOf("PreIncrement"), "_t0 = y\n_t1 = y + 1\ny = _t1\nx = _t1\n");
-    EXPECT_EQ(valueOf("PostDecrement"), "_t0 = y\n_t1 = y - 1\ny = _t1\nx = _t0\n");
-    EXPECT_EQ(valueOf("PreDecrement"), "_t0 = y\n_t1 = y - 1\ny = _t1\nx = _t1\n");
+    EXPECT_EQ(valueOf("PostIncrement"),
+              "_t0 = y\n"
+              "_t1 = y + 1\n"
+              "y = _t1\n"
+              "x = _t0\n");
+    EXPECT_EQ(valueOf("PreIncrement"),
+              "_t0 = y\n"
+              "_t1 = y + 1\n"
+              "y = _t1\n"
+              "x = _t1\n");
+    EXPECT_EQ(valueOf("PostDecrement"),
+              "_t0 = y\n"
+              "_t1 = y - 1\n"
+              "y = _t1\n"
+              "x = _t0\n");
+    EXPECT_EQ(valueOf("PreDecrement"),
+              "_t0 = y\n"
+              "_t1 = y - 1\n"
+              "y = _t1\n"
+              "x = _t1\n");
 }
 
 TEST_F(KrelIRTest, ForInitIsLoweredBeforeTheBlocksOfItsLoopAreNumbered) {
     Node* init = node("ForInit", {node("WhileStatement", {name("x"), block({})})});
     EXPECT_EQ(linesOf({node("ForStatement", {init, node("ForCondition"), node("ForUpdate"),
                                              block({node("BreakStatement")})})}),
-              "_t0 = !x\nif _t0 goto B4\ngoto B2\ngoto B8\ngoto B7\ngoto B5\n");
+              "_t0 = !x\n"
+              "if _t0 goto B4\n"
+              "goto B2\n"
+              "goto B8\n"
+              "goto B7\n"
+              "goto B5\n");
 }
 
 TEST_F(KrelIRTest, ElseClauseWithoutABlockIsNoElse) {
     EXPECT_EQ(lower(function("int", "f",
                              {node("IfStatement", {name("x"), block({}), node("ElseClause")})})),
-              "f:\nB1:\n    _t0 = !x\n    if _t0 goto B2\n\nB3:\n    goto B2\n\nB2:\n\n");
+              "f:\n"
+              "B1:\n"
+              "    _t0 = !x\n"
+              "    if _t0 goto B2\n"
+              "\n"
+              "B3:\n"
+              "    goto B2\n"
+              "\n"
+              "B2:\n"
+              "\n");
 }
 
 TEST_F(KrelIRTest, EmptyElseIfListIsNoArm) {
     EXPECT_EQ(lower(function("int", "f",
                              {node("IfStatement", {name("x"), block({}), node("ElseIfList"),
                                                    node("ElseClause", {block({})})})})),
-              "f:\nB1:\n    _t0 = !x\n    if _t0 goto B4\n\nB3:\n    goto B2\n\nB4:\n\nB2:\n\n");
+              "f:\n"
+              "B1:\n"
+              "    _t0 = !x\n"
+              "    if _t0 goto B4\n"
+              "\n"
+              "B3:\n"
+              "    goto B2\n"
+              "\n"
+              "B4:\n"
+              "\n"
+              "B2:\n"
+              "\n");
 }
 
 TEST_F(KrelIRTest, LiteralsAreSpelledByTheirValue) {
@@ -285,14 +374,19 @@ TEST_F(KrelIRTest, LiteralsAreSpelledByTheirValue) {
                        assignment(name("x"), new Node("DecimalLiteral", -0.25, 1)),
                        assignment(name("x"), new Node("DecimalLiteral", 1e100, 1)),
                        node("ReturnStatement", {number(-5)})}),
-              "x = -5\nx = -0.25\nx = 1e+100\nreturn -5\n");
+              "x = -5\n"
+              "x = -0.25\n"
+              "x = 1e+100\n"
+              "return -5\n");
 }
 
 TEST_F(KrelIRTest, LiteralsEscapeTheirOwnQuotationMarkOnly) {
     EXPECT_EQ(linesOf({assignment(name("x"), new Node("StringLiteral", "'\"\\\n\r\t\x01\xff", 1)),
                        assignment(name("x"), new Node("CharacterLiteral", '\'', 1)),
                        assignment(name("x"), new Node("CharacterLiteral", '"', 1))}),
-              "x = \"'\\\"\\\\\\n\\r\\t\x01\xff\"\nx = '\\''\nx = '\"'\n");
+              "x = \"'\\\"\\\\\\n\\r\\t\x01\xff\"\n"
+              "x = '\\''\n"
+              "x = '\"'\n");
 }
 
 TEST_F(KrelIRTest, LongLiteralsAreEscapedWhereverItIsNeeded) {

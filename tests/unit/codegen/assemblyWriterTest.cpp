@@ -18,7 +18,9 @@ TEST(AssemblyWriterTest, WritesPartsOfEveryKindInOrder) {
         writer.write(ShortText{});
         writer.write("\tret\n");
     }
-    EXPECT_EQ(out.str(), "\tmovq %rax, -8(%rbp)\n\tret\n");
+    EXPECT_EQ(out.str(),
+              "\tmovq %rax, -8(%rbp)\n"
+              "\tret\n");
 }
 
 TEST(AssemblyWriterTest, TextsOfEveryLengthAroundItsBlocksComeThrough) {

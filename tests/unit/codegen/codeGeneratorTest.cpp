@@ -82,7 +82,8 @@ TEST_F(CodeGeneratorTest, FunctionsAndBlocksKeepTheirOrderAndNumbers) {
     CodeGenerator{table}.generate(program, out);
     EXPECT_EQ(out.str(),
               "\t.text\n"
-              "\n\t.globl g\n"
+              "\n"
+              "\t.globl g\n"
               "\t.type g, @function\n"
               "g:\n"
               "\tpushq %rbp\n"
@@ -96,7 +97,8 @@ TEST_F(CodeGeneratorTest, FunctionsAndBlocksKeepTheirOrderAndNumbers) {
               "\tleave\n"
               "\tret\n"
               "\t.size g, .-g\n"
-              "\n\t.globl f\n"
+              "\n"
+              "\t.globl f\n"
               "\t.type f, @function\n"
               "f:\n"
               "\tpushq %rbp\n"
@@ -125,14 +127,16 @@ TEST_F(CodeGeneratorTest, EachProgramStartsItsLabelsAnew) {
         return assembly.substr(assembly.find("\n\t.section .rodata\n"));
     };
     EXPECT_EQ(constantsOf(first.str()),
-              "\n\t.section .rodata\n"
+              "\n"
+              "\t.section .rodata\n"
               ".LC0:\n"
               "\t.string \"a\"\n"
               ".LCD0:\n"
               "\t.double 0.5\n"
               "\t.section .note.GNU-stack,\"\",@progbits\n");
     EXPECT_EQ(constantsOf(second.str()),
-              "\n\t.section .rodata\n"
+              "\n"
+              "\t.section .rodata\n"
               ".LC0:\n"
               "\t.string \"b\"\n"
               ".LCD0:\n"

@@ -48,8 +48,12 @@ protected:
 TEST_F(NativeCompilerTest, PassesItsArgumentsInOrder) {
     const ChildResult result = runScript("for argument; do echo \"<$argument>\"; done; echo $0");
     EXPECT_TRUE(result.hasExitedWith(0));
-    EXPECT_EQ(result.out, "<in put.s>\n<dir/runtime.o>\n<-o>\n<out>\n" +
-                              (directory.path / "cc").string() + "\n");
+    EXPECT_EQ(result.out,
+              "<in put.s>\n"
+              "<dir/runtime.o>\n"
+              "<-o>\n"
+              "<out>\n" +
+                  (directory.path / "cc").string() + "\n");
     EXPECT_EQ(result.err, "");
 }
 
@@ -58,10 +62,18 @@ TEST_F(NativeCompilerTest, PassesNoPathThatItWouldTakeForAnOption) {
     const ChildResult result =
         runInChild([&] { return runNativeCompiler(compiler, "@in.s", "-runtime.o", "-out"); });
     EXPECT_TRUE(result.hasExitedWith(0));
-    EXPECT_EQ(result.out, "<./@in.s>\n<./-runtime.o>\n<-o>\n<./-out>\n");
+    EXPECT_EQ(result.out,
+              "<./@in.s>\n"
+              "<./-runtime.o>\n"
+              "<-o>\n"
+              "<./-out>\n");
     const ChildResult below = runInChild(
         [&] { return runNativeCompiler(compiler, "dir/@in.s", "/-runtime.o", "./@out"); });
-    EXPECT_EQ(below.out, "<dir/@in.s>\n</-runtime.o>\n<-o>\n<./@out>\n");
+    EXPECT_EQ(below.out,
+              "<dir/@in.s>\n"
+              "</-runtime.o>\n"
+              "<-o>\n"
+              "<./@out>\n");
 }
 
 TEST_F(NativeCompilerTest, InheritsTheStandardStreams) {

@@ -139,7 +139,9 @@ TEST(LexerTest, StringLiteralsKeepBytesAbove127) {
 TEST(LexerTest, StringLiteralMayHoldACarriageReturnButNoLineFeed) {
     EXPECT_EQ(tokensOf("\"a\rb\""), "T_STRING_LITERAL \"a\rb\"");
     EXPECT_EQ(scan("\"a\nb\""),
-              "Lexer error at line 1: illegal character '\"'\n1 T_ID a\n2 T_ID b\n"
+              "Lexer error at line 1: illegal character '\"'\n"
+              "1 T_ID a\n"
+              "2 T_ID b\n"
               "Lexer error at line 2: illegal character '\"'\n");
 }
 
@@ -151,8 +153,15 @@ TEST(LexerTest, ValueOfALiteralEndsAtANul) {
 TEST(LexerTest, UnterminatedStringIsAnIllegalQuote) {
     EXPECT_EQ(tokensOf("\"abc"), "Lexer error at line 1: illegal character '\"' T_ID abc");
     EXPECT_EQ(scan("x = \"a b\ny = \"c\";"),
-              "1 T_ID x\n1 T_ASSIGN\nLexer error at line 1: illegal character '\"'\n1 T_ID a\n"
-              "1 T_ID b\n2 T_ID y\n2 T_ASSIGN\n2 T_STRING_LITERAL \"c\"\n2 T_SEMICOLON\n");
+              "1 T_ID x\n"
+              "1 T_ASSIGN\n"
+              "Lexer error at line 1: illegal character '\"'\n"
+              "1 T_ID a\n"
+              "1 T_ID b\n"
+              "2 T_ID y\n"
+              "2 T_ASSIGN\n"
+              "2 T_STRING_LITERAL \"c\"\n"
+              "2 T_SEMICOLON\n");
 }
 
 TEST(LexerTest, EscapedQuoteAtTheEndOfALineClosesNothing) {
@@ -184,7 +193,9 @@ TEST(LexerTest, CharacterLiteralsHoldAtMostOneItem) {
 }
 
 TEST(LexerTest, LineComments) {
-    EXPECT_EQ(scan("a # b \"c\" #{ }#\nd"), "1 T_ID a\n2 T_ID d\n");
+    EXPECT_EQ(scan("a # b \"c\" #{ }#\nd"),
+              "1 T_ID a\n"
+              "2 T_ID d\n");
     EXPECT_EQ(scan("#"), "");
     EXPECT_EQ(scan("#\n#\nx"), "3 T_ID x\n");
 }
@@ -201,10 +212,14 @@ TEST(LexerTest, BlockCommentOnOneLineIsALineComment) {
 }
 
 TEST(LexerTest, BlockCommentOverLinesEndsAtItsClose) {
-    EXPECT_EQ(scan("#{ a\n b }# c\nd"), "2 T_ID c\n3 T_ID d\n");
+    EXPECT_EQ(scan("#{ a\n b }# c\nd"),
+              "2 T_ID c\n"
+              "3 T_ID d\n");
     EXPECT_EQ(scan("#{\n\n}#x"), "3 T_ID x\n");
     EXPECT_EQ(scan("#{\n}\n}#x"), "3 T_ID x\n");
-    EXPECT_EQ(scan("#{\n#{\n}# x }#"), "3 T_ID x\n3 T_RBRACE\n");
+    EXPECT_EQ(scan("#{\n#{\n}# x }#"),
+              "3 T_ID x\n"
+              "3 T_RBRACE\n");
 }
 
 TEST(LexerTest, SecondBraceOfAPairClosesNothing) {
@@ -214,45 +229,69 @@ TEST(LexerTest, SecondBraceOfAPairClosesNothing) {
 }
 
 TEST(LexerTest, UnclosedBlockCommentIsALineComment) {
-    EXPECT_EQ(scan("#{ a\nb\nc"), "2 T_ID b\n3 T_ID c\n");
-    EXPECT_EQ(scan("#{\nb }"), "2 T_ID b\n2 T_RBRACE\n");
-    EXPECT_EQ(scan("#{\n}}#\nx"), "2 T_RBRACE\n2 T_RBRACE\n3 T_ID x\n");
+    EXPECT_EQ(scan("#{ a\nb\nc"),
+              "2 T_ID b\n"
+              "3 T_ID c\n");
+    EXPECT_EQ(scan("#{\nb }"),
+              "2 T_ID b\n"
+              "2 T_RBRACE\n");
+    EXPECT_EQ(scan("#{\n}}#\nx"),
+              "2 T_RBRACE\n"
+              "2 T_RBRACE\n"
+              "3 T_ID x\n");
     EXPECT_EQ(scan("#{\n#{\na"), "3 T_ID a\n");
 }
 
 TEST(LexerTest, StringsAreFoundAfterAnUnclosedBlockComment) {
     EXPECT_EQ(scan("#{\n\"a\" \"b\n\"c\""),
-              "2 T_STRING_LITERAL \"a\"\nLexer error at line 2: illegal character '\"'\n"
-              "2 T_ID b\n3 T_STRING_LITERAL \"c\"\n");
+              "2 T_STRING_LITERAL \"a\"\n"
+              "Lexer error at line 2: illegal character '\"'\n"
+              "2 T_ID b\n"
+              "3 T_STRING_LITERAL \"c\"\n");
 }
 
 TEST(LexerTest, BlockCommentsAreFoundAfterAnUnclosedString) {
     EXPECT_EQ(scan("\" #{\n}# x \"y\""),
-              "Lexer error at line 1: illegal character '\"'\n2 T_ID x\n"
+              "Lexer error at line 1: illegal character '\"'\n"
+              "2 T_ID x\n"
               "2 T_STRING_LITERAL \"y\"\n");
 }
 
 TEST(LexerTest, UnclosedBlockCommentBehindAnUnclosedString) {
     const std::string errors = "Lexer error at line 1: illegal character '\"'\n";
-    EXPECT_EQ(scan("\" #{\n\"a\" b"), errors + "2 T_STRING_LITERAL \"a\"\n2 T_ID b\n");
-    EXPECT_EQ(scan("\" a #{ b\n\n \"c\""), errors + "1 T_ID a\n3 T_STRING_LITERAL \"c\"\n");
+    EXPECT_EQ(scan("\" #{\n\"a\" b"), errors +
+                                          "2 T_STRING_LITERAL \"a\"\n"
+                                          "2 T_ID b\n");
+    EXPECT_EQ(scan("\" a #{ b\n\n \"c\""), errors +
+                                               "1 T_ID a\n"
+                                               "3 T_STRING_LITERAL \"c\"\n");
     EXPECT_EQ(scan("\" #{\n\"a\" \"b\n\"c\" #{\n\"d\""),
               errors + "2 T_STRING_LITERAL \"a\"\n" +
-                  "Lexer error at line 2: illegal character '\"'\n2 T_ID b\n" +
-                  "3 T_STRING_LITERAL \"c\"\n4 T_STRING_LITERAL \"d\"\n");
+                  "Lexer error at line 2: illegal character '\"'\n"
+                  "2 T_ID b\n" +
+                  "3 T_STRING_LITERAL \"c\"\n"
+                  "4 T_STRING_LITERAL \"d\"\n");
 }
 
 TEST(LexerTest, UnclosedStringBehindAnUnclosedBlockComment) {
     EXPECT_EQ(scan("#{\na \" b #{\n\"c\" #{ \"d\"\n\"e\""),
-              "2 T_ID a\nLexer error at line 2: illegal character '\"'\n2 T_ID b\n"
-              "3 T_STRING_LITERAL \"c\"\n4 T_STRING_LITERAL \"e\"\n");
+              "2 T_ID a\n"
+              "Lexer error at line 2: illegal character '\"'\n"
+              "2 T_ID b\n"
+              "3 T_STRING_LITERAL \"c\"\n"
+              "4 T_STRING_LITERAL \"e\"\n");
 }
 
 TEST(LexerTest, LinesCountLineFeedsOnly) {
-    EXPECT_EQ(scan("a\nb\n\n\nc"), "1 T_ID a\n2 T_ID b\n5 T_ID c\n");
+    EXPECT_EQ(scan("a\nb\n\n\nc"),
+              "1 T_ID a\n"
+              "2 T_ID b\n"
+              "5 T_ID c\n");
     EXPECT_EQ(scan(" \n \n a"), "3 T_ID a\n");
     EXPECT_EQ(scan("a\r\nb"),
-              "1 T_ID a\nLexer error at line 1: illegal character '\r'\n2 T_ID b\n");
+              "1 T_ID a\n"
+              "Lexer error at line 1: illegal character '\r'\n"
+              "2 T_ID b\n");
 }
 
 TEST(LexerTest, OtherWhiteSpaceIsIllegal) {
@@ -262,21 +301,27 @@ TEST(LexerTest, OtherWhiteSpaceIsIllegal) {
 
 TEST(LexerTest, EveryCharacterOutsideTheRulesIsIllegal) {
     for (const char character : "&|.%:?$^~\\@`\r\x01\x7f\x80\xff"s) {
-        EXPECT_EQ(scan("\n"s + character + "x"),
-                  "Lexer error at line 2: illegal character '"s + character + "'\n2 T_ID x\n");
+        EXPECT_EQ(scan("\n"s + character + "x"), "Lexer error at line 2: illegal character '"s +
+                                                     character +
+                                                     "'\n"
+                                                     "2 T_ID x\n");
     }
 }
 
 TEST(LexerTest, IllegalNulIsWrittenRaw) {
     EXPECT_EQ(scan("a\0b"s),
-              "1 T_ID a\nLexer error at line 1: illegal character '\0'\n1 T_ID b\n"s);
+              "1 T_ID a\n"
+              "Lexer error at line 1: illegal character '\0'\n"
+              "1 T_ID b\n"s);
 }
 
 constexpr std::size_t manyTimesTheBuffer = 1000000;
 
 TEST(LexerTest, TokensMayBeLongerThanTheBuffer) {
     const std::string letters(manyTimesTheBuffer, 'a');
-    EXPECT_EQ(scan(letters + "\n1"), "1 T_ID " + letters + "\n2 T_INT_LITERAL 1\n");
+    EXPECT_EQ(scan(letters + "\n1"), "1 T_ID " + letters +
+                                         "\n"
+                                         "2 T_INT_LITERAL 1\n");
     EXPECT_EQ(scan("\"" + letters + "\""), "1 T_STRING_LITERAL \"" + letters + "\"\n");
     EXPECT_EQ(scan("#{" + letters + "\n" + letters + "}#1"), "2 T_INT_LITERAL 1\n");
     EXPECT_EQ(scan(std::string(manyTimesTheBuffer, '\n') + "x"), "1000001 T_ID x\n");
@@ -358,7 +403,9 @@ TEST(ScannerRangeTest, CommentsAreWhatTheScannerTakesForThem) {
 }
 
 TEST(ScannerRangeTest, ScannersDoNotKnowOfEachOther) {
-    Scanner first{"a\nb"};
+    Scanner first{
+        "a\n"
+        "b"};
     Scanner second{"c"};
     KREL_STYPE value;
     TokenLocation location;

@@ -3,18 +3,19 @@
 #include <string>
 
 #include "parse.hpp"
+#include "tests/unit/support/lines.hpp"
 
 namespace krel {
 
 namespace {
 
-const std::string separator = "--------------------------\n";
+const std::string separator = "--------------------------";
 
 /// The print of a scalar symbol whose value line is `value`.
 std::string scalar(const std::string& name, const std::string& type, const std::string& value,
                    int line) {
-    return "name: " + name + "\ntype: " + type + "\n" + value +
-           "\nsource line: " + std::to_string(line) + "\n" + separator;
+    return joinLines({"name: " + name, "type: " + type, value,
+                      "source line: " + std::to_string(line), separator});
 }
 
 std::string integer(const std::string& name, int value, int line) {
@@ -23,17 +24,18 @@ std::string integer(const std::string& name, int value, int line) {
 
 /// The print of a function of type void; `parameters` as the print lists them.
 std::string function(const std::string& name, const std::string& parameters, int line) {
-    return "name: " + name + "\ntype: void\nvoid type\nfunction parameters: " + parameters +
-           "\nsource line: " + std::to_string(line) + "\n" + separator;
+    return joinLines({"name: " + name, "type: void", "void type",
+                      "function parameters: " + parameters, "source line: " + std::to_string(line),
+                      separator});
 }
 
 /// The print of an array; `size` is its size line with a line feed, or empty.
 std::string array(const std::string& name, const std::string& size, int line) {
-    return "name: " + name + "\ntype: int\n" + size + "source line: " + std::to_string(line) +
-           "\n" + separator;
+    return joinLines({"name: " + name, "type: int"}) + size +
+           joinLines({"source line: " + std::to_string(line), separator});
 }
 
-const std::string title = "\nSymbol Table:\n";
+const std::string title = joinLines({"", "Symbol Table:"});
 
 TEST(SymbolRegistrationTest, FunctionThenParametersThenVariables) {
     const Parsed parsed = parse("void f(int a,\ndouble b) {\nint x = 7;\nint y = 8; }");
@@ -84,7 +86,9 @@ TEST(SymbolRegistrationTest, InnerDeclarationsHaveTheScopeOfTheFunction) {
 
 TEST(SymbolRegistrationTest, DeclarationsOutsideOfFunctionsHaveTheScopeOfTheNextOne) {
     const Parsed parsed = parse("int early = 1; int row[2]; void f() { } void g() { }");
-    EXPECT_EQ(parsed.scopes, "f: f@f early@f row@f\ng: g@g\n");
+    EXPECT_EQ(parsed.scopes,
+              "f: f@f early@f row@f\n"
+              "g: g@g\n");
 }
 
 TEST(SymbolRegistrationTest, DuplicatesAreReportedInOrderAndDropped) {

@@ -124,8 +124,11 @@ TEST_F(SemanticAnalyzerTest, MalformedDeclaratorIsShown) {
                                         node("DeclaratorList", {named("Declarator", "xyz")})}));
         FAIL() << "nothing was thrown";
     } catch (const InternalError& error) {
-        EXPECT_TRUE(error.details().starts_with(
-            "kind: Declarator\ntype: string\nsemantic type: \nstring value: xyz\n"))
+        EXPECT_TRUE(
+            error.details().starts_with("kind: Declarator\n"
+                                        "type: string\n"
+                                        "semantic type: \n"
+                                        "string value: xyz\n"))
             << error.details();
     }
 }

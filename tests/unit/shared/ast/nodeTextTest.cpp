@@ -141,9 +141,16 @@ TEST(NodeJsonTest, WholeProgram) {
 TEST(NodeJsonTest, SourceFileIsEscapedAndMayBeMissing) {
     Error::setSourceFile("a\"b.krl");
     EXPECT_EQ(json(Node{"Program", 3}),
-              "{\n  \"kind\": \"Program\",\n  \"sourceFile\": \"a\\\"b.krl\"\n}");
+              "{\n"
+              "  \"kind\": \"Program\",\n"
+              "  \"sourceFile\": \"a\\\"b.krl\"\n"
+              "}");
     Error::setSourceFile("");
-    EXPECT_EQ(json(Node{"Program", 3}), "{\n  \"kind\": \"Program\",\n  \"sourceFile\": \"\"\n}");
+    EXPECT_EQ(json(Node{"Program", 3}),
+              "{\n"
+              "  \"kind\": \"Program\",\n"
+              "  \"sourceFile\": \"\"\n"
+              "}");
 }
 
 TEST(NodeJsonTest, ValueTypeAndChildrenInThisOrder) {
@@ -261,8 +268,13 @@ TEST(NodeJsonTest, EscapesExactlyTheseBytes) {
                 break;
         }
         EXPECT_EQ(json(Node{"StringLiteral", Name{"<" + raw + ">"}, 1}),
-                  "{\n  \"kind\": \"StringLiteral\",\n  \"sourceLine\": \"1\",\n  \"value\": \"<" +
-                      written + ">\"\n}")
+                  "{\n"
+                  "  \"kind\": \"StringLiteral\",\n"
+                  "  \"sourceLine\": \"1\",\n"
+                  "  \"value\": \"<" +
+                      written +
+                      ">\"\n"
+                      "}")
             << "byte " << code;
     }
 }
@@ -276,11 +288,19 @@ TEST(NodeJsonTest, EscapesKindAndSemanticType) {
     Node node{"a\"b", 1};
     node.setSemanticType("c\\d");
     EXPECT_EQ(json(node),
-              "{\n  \"kind\": \"a\\\"b\",\n  \"sourceLine\": \"1\",\n  \"type\": \"c\\\\d\"\n}");
+              "{\n"
+              "  \"kind\": \"a\\\"b\",\n"
+              "  \"sourceLine\": \"1\",\n"
+              "  \"type\": \"c\\\\d\"\n"
+              "}");
 }
 
 TEST(NodeJsonTest, NegativeLineIsWrittenAsItIs) {
-    EXPECT_EQ(json(Node{"Block", -3}), "{\n  \"kind\": \"Block\",\n  \"sourceLine\": \"-3\"\n}");
+    EXPECT_EQ(json(Node{"Block", -3}),
+              "{\n"
+              "  \"kind\": \"Block\",\n"
+              "  \"sourceLine\": \"-3\"\n"
+              "}");
 }
 
 /// A tree whose document is far longer than any buffer.

@@ -64,7 +64,9 @@ TEST(DiagnosticsTest, DefaultSinkWritesLines) {
     diagnostics.setSourceFile("a/p.krl");
     diagnostics.report({DiagnosticKind::Lexer, 2, "m"});
     diagnostics.report({DiagnosticKind::Syntax, 0, ""});
-    EXPECT_EQ(err.str(), "Lexer error in p.krl at line 2: m\nSyntax error in p.krl\n");
+    EXPECT_EQ(err.str(),
+              "Lexer error in p.krl at line 2: m\n"
+              "Syntax error in p.krl\n");
     EXPECT_EQ(diagnostics.lineOf({DiagnosticKind::Semantic, 3, "n"}),
               "Semantic error in p.krl at line 3: n\n");
 }

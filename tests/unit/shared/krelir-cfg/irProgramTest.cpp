@@ -66,7 +66,13 @@ TEST(IRProgramTest, PrintsBlocksApartAndSeparatedInstructionsAfterAnEmptyLine) {
     IRBasicBlock& block = program.addFunction("main").addBlock(1);
     block.addInstruction("call exit, 0", false);
     block.addInstruction("return", true);
-    EXPECT_EQ(program.toString(), "main:\nB1:\n    call exit, 0\n\n    return\n\n");
+    EXPECT_EQ(program.toString(),
+              "main:\n"
+              "B1:\n"
+              "    call exit, 0\n"
+              "\n"
+              "    return\n"
+              "\n");
 }
 
 TEST(IRProgramTest, PrintsOneEmptyLineBetweenBlocksAndFunctionsAndAtTheEnd) {
@@ -75,20 +81,39 @@ TEST(IRProgramTest, PrintsOneEmptyLineBetweenBlocksAndFunctionsAndAtTheEnd) {
     IRFunction& g = program.addFunction("g");
     g.addBlock(7);
     g.addBlock(3).addInstruction("return", false);
-    EXPECT_EQ(program.toString(), "f:\nB2:\n    goto B1\n\ng:\nB7:\n\nB3:\n    return\n\n");
+    EXPECT_EQ(program.toString(),
+              "f:\n"
+              "B2:\n"
+              "    goto B1\n"
+              "\n"
+              "g:\n"
+              "B7:\n"
+              "\n"
+              "B3:\n"
+              "    return\n"
+              "\n");
 }
 
 TEST(IRProgramTest, FunctionWithoutBlocksPrintsItsName) {
     IRProgram program;
     program.addFunction("f");
     program.addFunction("g");
-    EXPECT_EQ(program.toString(), "f:\n\ng:\n\n");
+    EXPECT_EQ(program.toString(),
+              "f:\n"
+              "\n"
+              "g:\n"
+              "\n");
 }
 
 TEST(IRProgramTest, FirstInstructionMayBeSeparated) {
     IRProgram program;
     program.addFunction("f").addBlock(1).addInstruction("x", true);
-    EXPECT_EQ(program.toString(), "f:\nB1:\n\n    x\n\n");
+    EXPECT_EQ(program.toString(),
+              "f:\n"
+              "B1:\n"
+              "\n"
+              "    x\n"
+              "\n");
 }
 
 TEST(IRProgramTest, PrintWritesTheTextOfToString) {
@@ -104,7 +129,11 @@ TEST(IRProgramTest, InstructionsAreKeptVerbatim) {
     program.addFunction("f").addBlock(1).addInstruction("  x  =\t1 \r", false);
     EXPECT_EQ(program.getFunctions()[0].getBlocks()[0].getInstructions().back().getText(),
               "  x  =\t1 \r");
-    EXPECT_EQ(program.toString(), "f:\nB1:\n      x  =\t1 \r\n\n");
+    EXPECT_EQ(program.toString(),
+              "f:\n"
+              "B1:\n"
+              "      x  =\t1 \r\n"
+              "\n");
 }
 
 TEST(IRProgramTest, FunctionsOfOneNameAreBothKept) {

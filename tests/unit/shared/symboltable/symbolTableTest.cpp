@@ -10,6 +10,7 @@
 #include "shared/ast/node.hpp"
 #include "shared/error/error.hpp"
 #include "tests/unit/shared/symboltable/allocationCount.hpp"
+#include "tests/unit/support/lines.hpp"
 #include "tests/unit/support/streamCapture.hpp"
 
 namespace krel {
@@ -227,7 +228,9 @@ std::string printed(const SymbolTable& table) {
 }
 
 TEST_F(SymbolTableTest, EmptyTablePrintsItsTitle) {
-    EXPECT_EQ(printed(table), "\nSymbol Table:\n");
+    EXPECT_EQ(printed(table),
+              "\n"
+              "Symbol Table:\n");
 }
 
 TEST_F(SymbolTableTest, PrintsScopesByNameAndSymbolsInOrder) {
@@ -237,19 +240,19 @@ TEST_F(SymbolTableTest, PrintsScopesByNameAndSymbolsInOrder) {
     ASSERT_TRUE(openScope("a10", 4));
     ASSERT_TRUE(openScope("B", 5));
     ASSERT_TRUE(openScope("a2", 6));
-    const std::string separator = "--------------------------\n";
+    const std::string separator = "--------------------------";
     const auto function = [&](const std::string& name, const std::string& line) {
-        return "name: " + name + "\ntype: int\ninteger value: 0\nfunction parameters: \n" +
-               "source line: " + line + "\n" + separator;
+        return joinLines({"name: " + name, "type: int", "integer value: 0",
+                          "function parameters: ", "source line: " + line, separator});
     };
     const auto variable = [&](const std::string& name, const std::string& line) {
-        return "name: " + name + "\ntype: int\ninteger value: 1\nsource line: " + line + "\n" +
-               separator;
+        return joinLines(
+            {"name: " + name, "type: int", "integer value: 1", "source line: " + line, separator});
     };
-    EXPECT_EQ(printed(table), "\nSymbol Table:\nScope: B\n" + function("B", "5") + "Scope: a10\n" +
-                                  function("a10", "4") + "Scope: a2\n" + function("a2", "6") +
-                                  "Scope: b\n" + function("b", "1") + variable("z", "2") +
-                                  variable("a", "3"));
+    EXPECT_EQ(printed(table), joinLines({"", "Symbol Table:", "Scope: B"}) + function("B", "5") +
+                                  "Scope: a10\n" + function("a10", "4") + "Scope: a2\n" +
+                                  function("a2", "6") + "Scope: b\n" + function("b", "1") +
+                                  variable("z", "2") + variable("a", "3"));
 }
 
 TEST_F(SymbolTableTest, OwnsWhatIsFiledAndNothingElse) {

@@ -114,7 +114,11 @@ TEST(SymbolTest, NegatedLiteralIsNoInitialValue) {
 TEST(SymbolTest, MissingInitialiserLeavesTheValuesZero) {
     const NodePointer bare = std::make_unique<Node>("Declarator", "x", 3);
     EXPECT_EQ(printed(*symbolOf("int", bare)),
-              "name: x\ntype: int\ninteger value: 0\nsource line: 3\n" + separator);
+              "name: x\n"
+              "type: int\n"
+              "integer value: 0\n"
+              "source line: 3\n" +
+                  separator);
     const NodePointer empty = declarator("x", nullptr);
     EXPECT_EQ(symbolOf("int", empty)->getIntValue(), 0);
 }
@@ -133,7 +137,11 @@ TEST(SymbolTest, ArrayOfLiteralSize) {
     EXPECT_EQ(symbol->getType(), "double");
     EXPECT_EQ(symbol->getIntValue(), 0);
     EXPECT_EQ(printed(*symbol),
-              "name: cells\ntype: double\narray size: 10\nsource line: 4\n" + separator);
+              "name: cells\n"
+              "type: double\n"
+              "array size: 10\n"
+              "source line: 4\n" +
+                  separator);
 }
 
 TEST(SymbolTest, ArrayOfVariableSize) {
@@ -143,11 +151,19 @@ TEST(SymbolTest, ArrayOfVariableSize) {
     EXPECT_EQ(array->getArraySizeSymbolName(), "n");
     EXPECT_EQ(array->sizeSymbolName(), Name{"n"});
     EXPECT_EQ(array->getArraySize(), 0);
-    EXPECT_EQ(printed(*array), "name: a\ntype: int\nsource line: 2\n" + separator);
+    EXPECT_EQ(printed(*array),
+              "name: a\n"
+              "type: int\n"
+              "source line: 2\n" +
+                  separator);
     array->updateArraySizeSymbol(size.get());
     EXPECT_EQ(array->getArraySize(), 8);
     EXPECT_EQ(printed(*array),
-              "name: a\ntype: int\narray size symbol: n\nsource line: 2\n" + separator);
+              "name: a\n"
+              "type: int\n"
+              "array size symbol: n\n"
+              "source line: 2\n" +
+                  separator);
     array->updateArraySizeSymbol(nullptr);
     EXPECT_EQ(array->getArraySize(), 0);
 }
@@ -157,15 +173,28 @@ TEST(SymbolTest, SizeSymbolGoesBeforeTheLiteral) {
     const auto array = symbolOf("int", arrayDeclarator("a", new Node("IntLiteral", 3, 1)));
     array->updateArraySizeSymbol(size.get());
     EXPECT_EQ(array->getArraySize(), 8);
-    EXPECT_EQ(printed(*array), "name: a\ntype: int\narray size: 3\nsource line: 1\n" + separator);
+    EXPECT_EQ(printed(*array),
+              "name: a\n"
+              "type: int\n"
+              "array size: 3\n"
+              "source line: 1\n" +
+                  separator);
 }
 
 TEST(SymbolTest, ArrayOfSizeZeroOrLessPrintsNoSize) {
     const auto zero = symbolOf("int", arrayDeclarator("a", new Node("IntLiteral", 0, 1)));
-    EXPECT_EQ(printed(*zero), "name: a\ntype: int\nsource line: 1\n" + separator);
+    EXPECT_EQ(printed(*zero),
+              "name: a\n"
+              "type: int\n"
+              "source line: 1\n" +
+                  separator);
     const auto negative = symbolOf("int", arrayDeclarator("a", new Node("IntLiteral", -1, 1)));
     EXPECT_EQ(negative->getArraySize(), -1);
-    EXPECT_EQ(printed(*negative), "name: a\ntype: int\nsource line: 1\n" + separator);
+    EXPECT_EQ(printed(*negative),
+              "name: a\n"
+              "type: int\n"
+              "source line: 1\n" +
+                  separator);
 }
 
 TEST(SymbolTest, ArrayInitialisersAreNotRead) {
@@ -178,7 +207,11 @@ TEST(SymbolTest, Parameter) {
     const NodePointer declaration{parameter("string", "text", 9)};
     const auto symbol = symbolOf("string", declaration);
     EXPECT_EQ(printed(*symbol),
-              "name: text\ntype: string\nstring value: \nsource line: 9\n" + separator);
+              "name: text\n"
+              "type: string\n"
+              "string value: \n"
+              "source line: 9\n" +
+                  separator);
     EXPECT_FALSE(symbol->isArraySymbol());
     EXPECT_EQ(symbol->getScope(), "");
 }
@@ -204,7 +237,10 @@ TEST(SymbolTest, FunctionMakesASymbolOfEachParameter) {
     EXPECT_EQ(second->getType(), "double");
     EXPECT_EQ(second->getLine(), 3);
     EXPECT_EQ(printed(*symbol),
-              "name: f\ntype: void\nvoid type\nfunction parameters: a (int), b (double), \n"
+              "name: f\n"
+              "type: void\n"
+              "void type\n"
+              "function parameters: a (int), b (double), \n"
               "source line: 2\n" +
                   separator);
 }
@@ -213,7 +249,10 @@ TEST(SymbolTest, FunctionWithoutParameters) {
     const auto symbol = symbolOf("boolean", function("g", new Node("ParameterList", 1)));
     EXPECT_TRUE(symbol->getParameters().empty());
     EXPECT_EQ(printed(*symbol),
-              "name: g\ntype: boolean\nboolean value: false\nfunction parameters: \n"
+              "name: g\n"
+              "type: boolean\n"
+              "boolean value: false\n"
+              "function parameters: \n"
               "source line: 1\n" +
                   separator);
 }
@@ -237,16 +276,29 @@ TEST(SymbolTest, ScopeIsUpdated) {
 TEST(SymbolTest, SymbolsOfTheScopeGlobalPrintNoValue) {
     const auto symbol = symbolOf("int", declarator("x", new Node("IntLiteral", 1, 1)));
     symbol->updateScope("global");
-    EXPECT_EQ(printed(*symbol), "name: x\ntype: int\nsource line: 1\n" + separator);
+    EXPECT_EQ(printed(*symbol),
+              "name: x\n"
+              "type: int\n"
+              "source line: 1\n" +
+                  separator);
     const auto array = symbolOf("int", arrayDeclarator("a", new Node("IntLiteral", 3, 1)));
     array->updateScope("global");
-    EXPECT_EQ(printed(*array), "name: a\ntype: int\narray size: 3\nsource line: 1\n" + separator);
+    EXPECT_EQ(printed(*array),
+              "name: a\n"
+              "type: int\n"
+              "array size: 3\n"
+              "source line: 1\n" +
+                  separator);
 }
 
 TEST(SymbolTest, FunctionCalledGlobalPrintsNoValue) {
     const auto symbol = symbolOf("int", function("global", new Node("ParameterList", 1)));
     EXPECT_EQ(printed(*symbol),
-              "name: global\ntype: int\nfunction parameters: \nsource line: 1\n" + separator);
+              "name: global\n"
+              "type: int\n"
+              "function parameters: \n"
+              "source line: 1\n" +
+                  separator);
 }
 
 TEST(SymbolTest, IsNotCopied) {

@@ -49,30 +49,33 @@ constexpr auto shapesByToken = [] {
     return sets;
 }();
 
-template <typename Predicate>
-const char* skip(const char* at, const char* end, Predicate isSkipped) {
-    while (at != end && isSkipped(*at)) {
+/// Where the run of characters of some classes that begins at `at` ends.
+const char* skip(const char* at, const char* end, unsigned characterClasses) {
+    while (at != end && hasClass(*at, characterClasses)) {
         ++at;
     }
     return at;
 }
 
-/// Whether an operator of two operands with blanks on both sides begins at `at`.
-bool holdsOperator(const char* at, const char* end) {
-    const char* const operatorEnd = skip(at, end, isOperatorCharacter);
-    return operatorEnd != at && isSpace(*operatorEnd) &&
-           (operatorClass({at, operatorEnd}) & anyBinary) != 0;
+/// Whether an operator of two operands with a blank behind it stands at `begin` of a string.
+bool holdsOperator(std::string_view string, std::size_t begin) {
+    const std::size_t end = endOfRun(string, begin, CharacterClass::operation);
+    return end != begin && isSpace(string[end]) &&
+           (operatorClass(string.substr(begin, end - begin)) & anyBinary) != 0;
 }
 
 /// Whether a pattern could take a part of a string for something else: for the end of an element in
-/// front of an equals sign, for an operator, or for a line break, which few groups can hold.
+/// front of an equals sign, for an operator, or for a line break, which few groups can hold. The
+/// closing quote ends every search.
 bool looksLikeMore(std::string_view string) {
-    const auto isHarmless = [](char character) { return !isSpace(character) && character != ']'; };
-    const char* const end = string.data() + string.size() - 1;  // at the closing quote
-    for (const char* at = string.data(); (at = skip(at, end, isHarmless)) != end; ++at) {
-        const bool isElementEnd = *at == ']' && *skip(at + 1, end, isSpace) == '=';
-        const bool isLineBreak = *at == '\n' || *at == '\r';
-        if (isElementEnd || isLineBreak || (*at != ']' && holdsOperator(at + 1, end))) {
+    for (std::size_t at = 1; at + 1 < string.size(); ++at) {
+        if (isSpace(string[at])) {
+            const bool isLineBreak = string[at] == '\n' || string[at] == '\r';
+            if (isLineBreak || holdsOperator(string, at + 1)) {
+                return true;
+            }
+        } else if (string[at] == ']' &&
+                   string[endOfRun(string, at + 1, CharacterClass::space)] == '=') {
             return true;
         }
     }
@@ -99,14 +102,11 @@ public:
                 return IRForm::None;
             }
             possible &= shapesByToken[place][lowestBit(tokenClass)];
-            if (possible == 0) {
-                return IRForm::None;
-            }
             if (at == end) {
                 possible &= shapesByToken[place + 1][lowestBit(lineEnd)];
                 return possible != 0 ? static_cast<IRForm>(lowestBit(possible)) : IRForm::None;
             }
-            if (*at++ != ' ') {
+            if (possible == 0 || *at++ != ' ') {
                 return IRForm::None;
             }
         }
@@ -165,20 +165,20 @@ private:
     bool takeIndex() {
         const char* const begin = ++at;
         if (at != end && beginsName(*at)) {
-            at = skip(at, end, isNameCharacter);
+            at = skip(at, end, CharacterClass::inName);
             table.add(std::string_view{begin, at});
         } else {
-            at = skip(at, end, isDigit);
+            at = skip(at, end, CharacterClass::digit);
         }
         return at != begin && at != end && *at++ == ']';
     }
 
     std::uint32_t takeNumber() {
         const char* const begin = at;
-        at = skip(at, end, isDigit);
+        at = skip(at, end, CharacterClass::digit);
         const bool isReal = at != end && *at == '.';
         if (isReal) {
-            at = skip(at + 1, end, isDigit);
+            at = skip(at + 1, end, CharacterClass::digit);
         }
         addGroup(begin, isReal ? Operand::Kind::Double : Operand::Kind::Integer);
         return isReal ? real : integer;
@@ -197,7 +197,7 @@ private:
 
     std::uint32_t takeOperator() {
         const char* const begin = at;
-        at = skip(at, end, isOperatorCharacter);
+        at = skip(at, end, CharacterClass::operation);
         const std::uint32_t tokenClass = at != begin ? operatorClass({begin, at}) : 0;
         if (isGroup(tokenClass)) {
             addGroup(begin, Operand::Kind::Text);
@@ -225,7 +225,10 @@ void FunctionReader::read(const IRFunction& function) {
         count += block.getInstructions().size();
     }
     lines.reserve(count);
-    makeRoomForGroups(count * maxGroupCount + 1);
+    if (const std::size_t room = count * maxGroupCount + 1; room > groupRoom) {
+        groups = std::make_unique_for_overwrite<Operand[]>(room);  // untouched where unused
+        groupRoom = room;
+    }
     Operand* next = groups.get();
     for (const IRBasicBlock& block : function.getBlocks()) {
         block.getInstructions().forEachText([&](std::string_view text) {
@@ -241,14 +244,6 @@ void FunctionReader::read(const IRFunction& function) {
             }
             lines.push_back({form, first});
         });
-    }
-}
-
-/// Memory that stays unused is never touched.
-void FunctionReader::makeRoomForGroups(std::size_t count) {
-    if (count > groupRoom) {
-        groups = std::make_unique_for_overwrite<Operand[]>(count);
-        groupRoom = count;
     }
 }
 
@@ -273,21 +268,13 @@ IRForm FunctionReader::readAnyLine(std::string_view line, Operand* next) {
 /// Adds every word of a line that has the shape of a name, outside of string literals. Character
 /// literals are not left out (kept): what is spelled in them counts as a name.
 void FunctionReader::addWords(std::string_view line) {
-    constexpr unsigned wordOrString = CharacterClass::letter | CharacterClass::quote;
-    const char* at = line.data();
-    const char* const end = at + line.size();
-    while (true) {
-        at = skip(at, end, [](char character) { return !hasClass(character, wordOrString); });
-        if (at == end) {
-            return;
-        }
-        if (*at == '"') {
-            const auto quote = static_cast<std::size_t>(at - line.data());
-            at = line.data() + std::min(stringLiteralEnd(line, quote), line.size());
+    for (std::size_t at = 0; at < line.size();) {
+        if (beginsName(line[at])) {
+            const std::size_t end = endOfRun(line, at, CharacterClass::inName);
+            table.add(line.substr(at, end - at));
+            at = end;
         } else {
-            const char* const begin = at;
-            at = skip(at, end, isNameCharacter);
-            table.add(std::string_view{begin, at});
+            at = line[at] == '"' ? stringLiteralEnd(line, at) : at + 1;
         }
     }
 }

@@ -85,7 +85,6 @@ private:
         std::uint32_t firstGroup;
     };
 
-    void makeRoomForGroups(std::size_t count);
     IRForm readAnyLine(std::string_view line, Operand* next);
     void addWords(std::string_view line);
 

@@ -277,7 +277,7 @@ bool matchConversionBy(const ScannedLine& line, Groups& groups) {
 /// The operator of a binary operation whose last character stands at `last`, with a blank on both
 /// sides and not before `low`; empty if there is none.
 std::string_view operatorEndingAt(std::string_view text, std::size_t last, std::size_t low) {
-    if (!isOperatorCharacter(text[last]) || !isSpace(text[last + 1])) {
+    if (!hasClass(text[last], CharacterClass::operation) || !isSpace(text[last + 1])) {
         return {};
     }
     const std::size_t size = isSpace(text[last - 1]) ? 1 : 2;

@@ -17,9 +17,8 @@ namespace CharacterClass {
 inline constexpr std::uint8_t space = 1;
 inline constexpr std::uint8_t trimmed = 2;
 inline constexpr std::uint8_t digit = 4;
-inline constexpr std::uint8_t letter = 8;  // or '_'
-inline constexpr std::uint8_t operation = 16;
-inline constexpr std::uint8_t quote = 32;  // around a string
+inline constexpr std::uint8_t letter = 8;      // or '_'
+inline constexpr std::uint8_t operation = 16;  // that operators are made of
 inline constexpr std::uint8_t inName = letter | digit;
 
 constexpr std::array<std::uint8_t, 256> table() {
@@ -36,7 +35,6 @@ constexpr std::array<std::uint8_t, 256> table() {
     for (const VocabularyEntry& entry : lineOperators) {
         put(entry.text, operation);
     }
-    put("\"", quote);
     return classes;
 }
 
@@ -61,10 +59,6 @@ inline bool beginsName(char character) {
 /// Whether the character can stand in a name: a letter, a digit or '_'.
 inline bool isNameCharacter(char character) {
     return hasClass(character, CharacterClass::inName);
-}
-/// Whether the character is one that operators are made of.
-inline bool isOperatorCharacter(char character) {
-    return hasClass(character, CharacterClass::operation);
 }
 
 /// Where the run of characters of some classes that begins at `from` ends.

@@ -24,8 +24,14 @@ constexpr JoinedText jumpStart{Keyword::Goto, " ", Keyword::Block};
 constexpr JoinedText branchStart{Keyword::If, " "};
 constexpr JoinedText exitStart{Keyword::Call, " ", Callee::Exit, ","};
 
-/// The number that a text begins with.
-int numberAt(std::string_view digits) {
+/// The number after the last mark of a branch in a line.
+int branchTarget(std::string_view text) {
+    constexpr std::string_view mark = jumpStart;
+    const std::size_t place = text.rfind(mark);
+    if (place == std::string::npos) {
+        throw std::runtime_error("branch instruction has no target: " + std::string{text});
+    }
+    const std::string_view digits = text.substr(place + mark.size());
     int number = 0;
     if (std::from_chars(digits.begin(), digits.end(), number).ec == std::errc{}) {
         return number;
@@ -83,11 +89,9 @@ void IRFunction::rebuildCFG() {
             continue;
         }
         const bool jumps = last.starts_with(jumpStart);
-        if (jumps || last.starts_with(branchStart)) {
-            constexpr std::string_view mark = jumpStart;
-            if (const std::size_t at = last.rfind(mark); at != last.npos) {
-                block.successors.add(numberAt(last.substr(at + mark.size())));
-            }
+        const bool branches = last.starts_with(branchStart) && last.find(jumpStart) != last.npos;
+        if (jumps || branches) {
+            block.successors.add(branchTarget(last));
         }
         if (!jumps && index + 1 < blocks.size()) {
             block.successors.add(blocks[index + 1].getNumber());

@@ -12,6 +12,8 @@ A case is a folder with the program, `input.krl` or a script `input.py` that pri
     expected.run                  what the compiled program prints; it is run when this is present
     expected.run.status           the program's exit status; absent means 0 (136: it died of SIGFPE)
     expected.run.stderr           the program's standard error; absent means empty
+    needs-c-library               what the program calls of the C library; our own native build then
+                                  has to leave it to another one (see native_build.py)
 
 The name of a case begins with `bad-` exactly when compiling it must fail.
 Usage: run_case.py --krelcc PATH [--update] CASE...
@@ -20,12 +22,13 @@ With --update the expectations that a case already has are rewritten; read the d
 
 import argparse
 import difflib
-import os
 import pathlib
 import shutil
 import subprocess
 import sys
 import tempfile
+
+import native_build
 
 DUMP_FLAGS = {
     "ast.json": "--ast-dump",
@@ -83,7 +86,7 @@ def exit_status(returncode):
 
 
 def run(command, directory):
-    environment = {**os.environ, "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"}
+    environment = {**native_build.environment(), "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"}
     return subprocess.run(command, cwd=directory, env=environment, stdin=subprocess.DEVNULL,
                           capture_output=True, timeout=TIMEOUT_SECONDS, check=False)
 
@@ -95,6 +98,11 @@ def write_input(folder, target):
             subprocess.run([sys.executable, str(generator)], stdout=out, check=True)
     else:
         shutil.copyfile(folder / "input.krl", target)
+
+
+def by_other_expected(folder):
+    """Whether the program is one that our own native build has to leave to another one."""
+    return native_build.FOLDER is not None and (folder / "needs-c-library").exists()
 
 
 def run_case(krelcc, folder, update):
@@ -120,6 +128,8 @@ def run_case(krelcc, folder, update):
         if failed and program.exists():
             case.failures.append("an executable was left behind by a failed compilation\n")
         if case.file("run").exists() and not failed:
+            if native_build.is_by_other(program) != by_other_expected(folder):
+                case.failures.append("the wrong native build has made the executable\n")
             ran = run([str(program)], directory)
             case.compare("run", ran.stdout)
             case.compare("run.status", exit_status(ran.returncode), b"0\n")

@@ -11,18 +11,20 @@ Usage: run_example.py --krelcc PATH EXAMPLE...
 
 import argparse
 import difflib
-import os
 import pathlib
 import shutil
 import subprocess
 import sys
 import tempfile
 
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1]))
+import native_build  # noqa: E402 (after the path is known)
+
 TIMEOUT_SECONDS = 30
 
 
 def run(command, directory):
-    environment = {**os.environ, "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"}
+    environment = {**native_build.environment(), "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"}
     return subprocess.run(command, cwd=directory, env=environment, stdin=subprocess.DEVNULL,
                           capture_output=True, timeout=TIMEOUT_SECONDS, check=False)
 
@@ -56,6 +58,8 @@ def run_example(krelcc, example):
             return found
         if not (directory / example.stem).exists():
             return ["krelcc left no executable"]
+        if native_build.is_by_other(directory / example.stem):
+            return ["the executable is not by our own native build"]
         ran = run([str(directory / example.stem)], directory)
     found = complaints("the program", ran)
     if ran.stdout != expected.read_bytes():

@@ -2,6 +2,7 @@
 
 The tests take krelcc's path from the environment variable KRELCC. They run by
     KRELCC=build/release/krelcc python3 tests/runtime/test_output.py
+and with our own native build by the same with KREL_TEST_NATIVE=build/release/native.
 """
 
 import collections
@@ -10,8 +11,12 @@ import pathlib
 import resource
 import signal
 import subprocess
+import sys
 import tempfile
 import unittest
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1]))
+import native_build  # noqa: E402 (after the path is known)
 
 KRELCC = pathlib.Path(os.environ["KRELCC"]).resolve()
 RUNTIME = KRELCC.parent / "codegen" / "runtime.o"
@@ -55,9 +60,10 @@ class RuntimeTest(unittest.TestCase):
         path.write_text(source)
         compiled = subprocess.run(
             [KRELCC, path], cwd=self.directory, stdin=subprocess.DEVNULL, capture_output=True,
-            env={**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}, timeout=TIMEOUT_SECONDS,
-            check=False)
+            env={**native_build.environment(), "ASAN_OPTIONS": "detect_leaks=0"},
+            timeout=TIMEOUT_SECONDS, check=False)
         self.assertEqual((compiled.returncode, compiled.stderr), (0, b""))
+        self.assertFalse(native_build.is_by_other(path.with_suffix("")))
         return path.with_suffix("")
 
     def start(self, program, *arguments, limits=(), prepare=None, **options):

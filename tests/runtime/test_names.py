@@ -8,11 +8,11 @@ runs before the runtime has started or after it has ended (`__libc_start_main`, 
 `__cxa_finalize` and two functions of the dynamic linker).
 """
 
-import os
 import subprocess
 import unittest
 
-from harness import DIVIDED_BY_ZERO, KRELCC, RuntimeTest, TIMEOUT_SECONDS, error_line
+from harness import (DIVIDED_BY_ZERO, KRELCC, RuntimeTest, TIMEOUT_SECONDS, error_line,
+                     native_build)
 
 NAMES = """
     write read open close lseek ioctl poll fsync dup dup2 pipe fork execve kill wait getpid
@@ -81,7 +81,8 @@ class Names(RuntimeTest):
                 compiled = subprocess.run(
                     [KRELCC, source], cwd=self.directory, stdin=subprocess.DEVNULL,
                     capture_output=True,
-                    env={**os.environ, "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"},
+                    env={**native_build.environment(), "LC_ALL": "C",
+                         "ASAN_OPTIONS": "detect_leaks=0"},
                     timeout=TIMEOUT_SECONDS, check=False)
                 self.assertNotEqual(compiled.returncode, 0)
                 self.assertIn(f"multiple definition of `{name}'".encode(), compiled.stderr)

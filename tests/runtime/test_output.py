@@ -11,7 +11,8 @@ import subprocess
 import time
 import unittest
 
-from harness import DIVIDED_BY_ZERO, MEGABYTE, RuntimeTest, error_line, main_with
+from harness import (DIVIDED_BY_ZERO, MEGABYTE, RuntimeTest, error_line, main_with,
+                     native_build)
 
 # Enough for a program to start; those on a terminal never end.
 PROMPT_SECONDS = 20
@@ -92,6 +93,7 @@ class Pipe(RuntimeTest):
                 process.send_signal(signal.SIGCONT)
         self.assert_arrives(while_writing=interrupt)
 
+    @unittest.skipIf(native_build.FOLDER, "programs of our own native build load no libraries")
     def test_writer_that_is_interrupted_goes_on(self):
         library = self.directory / "interrupting.so"
         source = pathlib.Path(__file__).with_name("interrupting.c")

@@ -9,7 +9,6 @@ Usage: soak.py --krelcc PATH [--count COUNT] [--seed SEED] [--keep DIR] [--jobs 
 import argparse
 import concurrent.futures
 import functools
-import os
 import pathlib
 import subprocess
 import sys
@@ -17,12 +16,15 @@ import tempfile
 
 import generator
 
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1]))
+import native_build  # noqa: E402 (after the path is known)
+
 TIMEOUT_SECONDS = 60
 PROGRAMS_PER_TASK = 10
 
 
 def run(command, directory):
-    environment = {**os.environ, "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"}
+    environment = {**native_build.environment(), "LC_ALL": "C", "ASAN_OPTIONS": "detect_leaks=0"}
     return subprocess.run(command, cwd=directory, env=environment, stdin=subprocess.DEVNULL,
                           capture_output=True, timeout=TIMEOUT_SECONDS, check=False)
 
@@ -44,6 +46,8 @@ def fault(krelcc, source, expected):
         compiled = run([krelcc, "input.krl"], directory)
         if compiled.returncode != 0 or compiled.stderr:
             return f"krelcc gives {compiled.returncode}: {compiled.stderr[:200]!r}"
+        if native_build.is_by_other(directory / "input"):
+            return "the executable is not by our own native build"
         ran = run([str(directory / "input")], directory)
     if ran.returncode != 0 or ran.stderr:
         return f"the program gives {ran.returncode}: {ran.stderr[:200]!r}"

@@ -18,7 +18,9 @@ class Workshop:
     def __init__(self, build, directory, search_path):
         self.directory = pathlib.Path(directory)
         self.krelcc = str(build / "krelcc")
+        self.krel = str(build / "krel")
         self.runtime = str(build / "codegen" / "runtime.o")
+        self.native = str(build / "native")
         self.search_path = search_path
         self.measure = self.directory / "measure"
         self.run_gcc("-O2", "-static", SOURCES / "measure.c", "-o", self.measure)
@@ -30,10 +32,10 @@ class Workshop:
     def file(self, name):
         return str(self.directory / name)
 
-    def run(self, command, native=True, status=0, output="out"):
+    def run(self, command, before=None, status=0, output="out"):
         """Runs a command in the directory; its output goes to the files `output` and `err` there.
-        Without `native` krelcc finds a native compiler that does nothing."""
-        path = self.search_path if native else f"{self.stub}:{self.search_path}"
+        `before` is a folder that comes first on the search path."""
+        path = f"{before}:{self.search_path}" if before else self.search_path
         with open(self.file(output), "wb") as out, open(self.file("err"), "wb") as err:
             subprocess.run([self.measure, "result", *command], cwd=self.directory, check=True,
                            stdin=subprocess.DEVNULL, stdout=out, stderr=err,
@@ -46,8 +48,12 @@ class Workshop:
         return sample
 
     def own(self, source, *options, status=0):
-        """krelcc without the native build."""
-        return self.run([self.krelcc, source, *options], native=False, status=status)
+        """krelcc with a native compiler that does nothing."""
+        return self.run([self.krelcc, source, *options], before=self.stub, status=status)
+
+    def whole(self, source, *options):
+        """krelcc with our native build."""
+        return self.run([self.krelcc, source, *options], before=self.native)
 
 
 def build_stub(directory):

@@ -4,7 +4,8 @@
 Usage: script/bench [--quick] [--only PART]... [--save]
 
 Parts: sizes (programs of 20 lines to a million, with all the targets on them), growth (time at 2N
-over time at N for each input that is large in one way), json, diagnostics, phases.
+over time at N for each input that is large in one way), native (our native build against gcc's),
+json, diagnostics, phases.
 
 Compared commands are run in turn, A B A B ..., and a ratio is the median of the ratios of the
 rounds: what slows the machine down for a while meets both. `own` is krelcc with a `gcc` that does
@@ -147,6 +148,91 @@ def growth_rows(workshop, quick):
     return rows
 
 
+# Rounds of the comparisons of native builds, by lines.
+NATIVE_SIZES = {20: 41, 10_000: 11, 100_000: 5}
+QUICK_NATIVE_SIZES = {20: 21, 10_000: 3}
+
+NATIVE_TARGETS = {
+    ("our native build / gcc's", 20): 0.05,
+    ("our native build / gcc's", 10_000): 0.08,
+    ("our native build / gcc's", 100_000): 0.08,
+    ("whole with ours / gcc -O0, wall", 20): 0.06,
+    ("whole with ours / gcc -O0", 100_000): 0.04,
+    ("whole with ours / whole tcc", 20): 0.8,
+    ("whole with ours / whole tcc", 100_000): 2.0,
+    ("krel run / tcc -run, wall", 20): 1.2,
+    ("start of a program, ours / linked by gcc, wall", 20): 0.4,
+    ("peak memory of ours / the assembler's", 100_000): 1.0,
+}
+
+NATIVE_COMPARISONS = [
+    ("our native build / gcc's", "ours", "native", "cpu"),
+    ("whole with ours / gcc -O0, wall", "whole", "gcc", "wall"),
+    ("whole with ours / gcc -O0", "whole", "gcc", "cpu"),
+    ("whole with ours / whole tcc", "whole", "tcc", "cpu"),
+    ("krel run / tcc -run, wall", "krel run", "tcc -run", "wall"),
+    ("start of a program, ours / linked by gcc, wall", "program", "linked by gcc", "wall"),
+    ("peak memory of ours / the assembler's", "ours", "assembler", "peak"),
+]
+
+
+def measure_native(workshop, lines, rounds):
+    """One program, built by all: as assembly, as a whole, and run."""
+    name = write_program(workshop, lines)
+    workshop.own(f"{name}.krl", "--asm-dump")
+    link = [f"{name}.s", workshop.runtime, "-o"]
+    workshop.run(["gcc", *link, "by-gcc"])
+    workshop.run(["gcc", *link, "by-us"], before=workshop.native)
+    commands = {
+        "ours": [f"{workshop.native}/gcc", *link, "ours"],
+        "native": ["gcc", *link, "native"],
+        "assembler": ["as", f"{name}.s", "-o", "as.o"],
+        "tcc": ["tcc", f"{name}.c", "-o", "by-tcc"],
+        "gcc": ["gcc", "-O0", f"{name}.c", "-o", "gcc-O0"],
+        "krel run": [workshop.krel, "run", f"{name}.krl"],
+        "tcc -run": ["tcc", "-run", f"{name}.c"],
+        "program": ["./by-us"],
+        "linked by gcc": ["./by-gcc"],
+    }
+    runs = {which: lambda command=command: workshop.run(command)
+            for which, command in commands.items()}
+    return in_turn(rounds, whole=lambda: workshop.whole(f"{name}.krl", "-o", "whole"), **runs)
+
+
+def native_growth_rows(workshop, quick):
+    rows = []
+    for name, unit, size, text, status in growth_inputs(quick):
+        if status != 0:
+            continue
+        for file, n in (("half", size // 2), ("full", size)):
+            pathlib.Path(workshop.file(f"{file}.krl")).write_text(text(n), encoding="ascii")
+            workshop.own(f"{file}.krl", "--asm-dump")
+        runs = {file: lambda file=file: workshop.run([f"{workshop.native}/gcc", f"{file}.s",
+                                                      workshop.runtime, "-o", "ours"])
+                for file in ("half", "full")}
+        samples = in_turn(GROWTH_ROUNDS[0] if quick else 7, **runs)
+        rows.append(Row(f"our native build at 2N / at N, {name}", 2.2,
+                        ratio(samples["full"], samples["half"], "cpu")))
+    return rows
+
+
+def native_rows(workshop, quick):
+    rows = []
+    shown = ["ours", "native", "whole", "tcc", "gcc"]
+    print(f"\nCPU ms; the whole is with our native build\n{'lines':>7}" +
+          "".join(f" {which:>9}" for which in shown))
+    for lines, rounds in (QUICK_NATIVE_SIZES if quick else NATIVE_SIZES).items():
+        samples = measure_native(workshop, lines, rounds)
+        print(f"{short(lines):>7}" +
+              "".join(f" {median(samples[which], 'cpu') * 1e3:9.2f}" for which in shown),
+              flush=True)
+        rows += [Row(f"{what}, {short(lines)} lines", NATIVE_TARGETS[what, lines],
+                     ratio(samples[above], samples[below], field))
+                 for what, above, below, field in NATIVE_COMPARISONS
+                 if (what, lines) in NATIVE_TARGETS]
+    return rows + native_growth_rows(workshop, quick)
+
+
 def json_rows(workshop, quick):
     """What the dump adds to a run.
 
@@ -232,7 +318,7 @@ def print_table(rows, baseline):
 
 def main():
     parser = argparse.ArgumentParser(prog="script/bench", description=__doc__.splitlines()[0])
-    parts = ["sizes", "growth", "json", "diagnostics", "phases"]
+    parts = ["sizes", "growth", "native", "json", "diagnostics", "phases"]
     parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--quick", action="store_true",
                         help="up to 10k lines, large inputs a tenth as large, fewer rounds")
@@ -250,6 +336,7 @@ def main():
         measure = {
             "sizes": lambda: size_rows(workshop, options.quick),
             "growth": lambda: growth_rows(workshop, options.quick),
+            "native": lambda: native_rows(workshop, options.quick),
             "json": lambda: json_rows(workshop, options.quick),
             "diagnostics": lambda: diagnostic_rows(workshop, options.quick),
             "phases": lambda: phase_rows(workshop, options.build.resolve()),

@@ -43,14 +43,14 @@ void build(const std::vector<const char*>& arguments) {
 }
 
 int handOn(char** arguments, const char* reason) {
-    Native::becomeNextCompiler(arguments);
-    if (errno == 0) {
+    const std::string tried = Native::becomeNextCompiler(arguments);
+    if (tried.empty()) {
         std::fprintf(stderr,
                      "krelcc's native build: %s; no other gcc or clang is on the search path\n",
                      reason);
     } else {
         std::fprintf(stderr, "krelcc's native build: %s; could not run %s: %s\n", reason,
-                     arguments[0], std::strerror(errno));
+                     tried.c_str(), std::strerror(errno));
     }
     return 1;
 }

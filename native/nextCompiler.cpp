@@ -6,15 +6,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
 
 namespace krel::Native {
 
 namespace {
 
-/// Tells programs like this one which of them have handed the work on already: two of them would
-/// otherwise hand it to each other for ever when their folders take turns on the path.
+/// Tells programs like this one which compilers have had the work already: those that have handed
+/// it on, and those that were given it. Two of the first kind would otherwise hand it to each other
+/// for ever when their folders take turns on the path, and so would one with a script that calls
+/// it.
 constexpr const char* passedByVariable = "KREL_NATIVE_PASSED_BY";
 
 /// The folders of a search path; an empty piece is the working directory.
@@ -77,21 +78,21 @@ std::vector<std::string> nextCompilers(const std::string& path, const std::strin
     return compilers;
 }
 
-void becomeNextCompiler(char** arguments) {
+std::string becomeNextCompiler(char** arguments) {
     const char* const path = std::getenv("PATH");
     const std::string own = "/proc/self/exe";
-    const std::string passedBy = valueOf(passedByVariable);
-    errno = 0;
-    if (path == nullptr) {
-        return;
-    }
-    const std::vector<std::string> compilers = nextCompilers(path, own, passedBy);
-    setenv(passedByVariable, (passedBy + identityOf(own)).c_str(), 1);
-    errno = 0;
+    std::string passedBy = valueOf(passedByVariable);
+    const std::vector<std::string> compilers =
+        path == nullptr ? std::vector<std::string>{} : nextCompilers(path, own, passedBy);
+    passedBy += identityOf(own);
     for (const std::string& compiler : compilers) {
-        arguments[0] = const_cast<char*>(compiler.c_str());
-        execv(compiler.c_str(), arguments);
+        passedBy += identityOf(compiler);
+        setenv(passedByVariable, passedBy.c_str(), 1);
+        std::string name = compiler;
+        arguments[0] = name.data();
+        execv(name.c_str(), arguments);
     }
+    return compilers.empty() ? "" : compilers.back();
 }
 
 }  // namespace krel::Native

@@ -8,9 +8,10 @@ namespace krel::Native {
 /// Becomes the next native compiler: the first `gcc` behind this program on the search path (PATH),
 /// else the first `clang`, with the same arguments. So the user sees that one's answer. Where this
 /// program is not on the path, all of it counts. Several programs like this one may be on the path:
-/// each is asked once. Only returns when no compiler could be started; errno is then 0 if there is
+/// each is asked once, and so is a script that calls one of them. Only returns when no compiler
+/// could be started: the last one that was tried, and errno says why; or nothing when there is
 /// none.
-void becomeNextCompiler(char** arguments);
+std::string becomeNextCompiler(char** arguments);
 
 /// The compilers that may be next, in the order in which they are tried. `path` is the search path,
 /// `own` the file of the running program. Files that `passedBy` lists as device and inode numbers,

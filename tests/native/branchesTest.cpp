@@ -113,8 +113,8 @@ std::string manyBranches(Random& random, std::size_t count, std::size_t reach) {
     for (std::size_t number = 0; number < count; ++number) {
         text += label(number) + ":\n" + filler(random.between(0, 9));
         const std::size_t least = number < reach ? 0 : number - reach;
-        text += branch(random.branchWord(),
-                       random.between(least, std::min(number + reach, count - 1)));
+        text +=
+            branch(random.branchWord(), random.between(least, std::min(number + reach, count - 1)));
         text += filler(random.between(0, 9));
     }
     return text;
@@ -144,8 +144,8 @@ std::string randomProgram(Random& random, std::size_t functions, std::size_t lin
             }
             const std::size_t near = std::min(labels - 1, at + 3);
             const std::size_t target = random.between(at < 3 ? 0 : at - 3, near);
-            text += "\t" + std::string{random.branchWord()} + " " + own + std::to_string(target) +
-                    "\n";
+            text +=
+                "\t" + std::string{random.branchWord()} + " " + own + std::to_string(target) + "\n";
         }
         text += "\tleave\n\tret\n\t.size " + name + ", .-" + name + "\n";
     }

@@ -68,8 +68,16 @@ TEST(NativeDoublesTest, RandomLiterals) {
 }
 
 TEST(NativeDoublesTest, SimpleNumbers) {
-    std::vector<std::string> literals = {"0.0", "-0.0", "+0.5", ".5", "5.", "-.25", "00.5", "007.5",
-                                         "0.000000000000000000000001", "1000000000000000000000.0"};
+    std::vector<std::string> literals = {"0.0",
+                                         "-0.0",
+                                         "+0.5",
+                                         ".5",
+                                         "5.",
+                                         "-.25",
+                                         "00.5",
+                                         "007.5",
+                                         "0.000000000000000000000001",
+                                         "1000000000000000000000.0"};
     for (int number = 0; number < 5000; ++number) {
         literals.push_back(std::to_string(number / 100) + "." + std::to_string(number % 100));
     }
@@ -176,11 +184,12 @@ TEST(NativeStringsTest, Megabytes) {
 TEST(NativeNamesTest, AnyNameMayBeAFunction) {
     std::string text = "\t.text\n";
     for (const char* const name :
-         {"main",   "rax",  "st",     "eq",     "and",   "or",    "not",  "mod",   "offset", "flat",
-          "ptr",    "byte", "movq",   "call",   "text",  "data",  "size", "globl", "rep",    "lock",
-          "_",      "__",   "_L",     "L1",     "Lmain", "B1",    "a1",   "PLT",   "rip",    "GOTPCREL",
-          "B",      "e",    "f",      "b",      "x",     "E5",    "inf",  "nan",   "data16", "_start",
-          "printf", "dot",  "macro",  "rodata", "set",   "equ",   "st0",  "cs",    "progbits"}) {
+         {"main", "rax",  "st",       "eq",      "and",    "or",   "not",   "mod",    "offset",
+          "flat", "ptr",  "byte",     "movq",    "call",   "text", "data",  "size",   "globl",
+          "rep",  "lock", "_",        "__",      "_L",     "L1",   "Lmain", "B1",     "a1",
+          "PLT",  "rip",  "GOTPCREL", "B",       "e",      "f",    "b",     "x",      "E5",
+          "inf",  "nan",  "data16",   "_start",  "printf", "dot",  "macro", "rodata", "set",
+          "equ",  "st0",  "cs",       "progbits"}) {
         const std::string word = name;
         text += "\n\t.globl " + word + "\n\t.type " + word + ", @function\n" + word +
                 ":\n\tpushq %rbp\n.L" + word + "_B1:\n\tcall " + word + "@PLT\n\tcall other_" +

@@ -25,7 +25,8 @@ bool isKnown(const std::string& text) {
     }
 }
 
-/// The first of some lines that comes out differently. Each is assembled by itself to know its size.
+/// The first of some lines that comes out differently. Each is assembled by itself to know its
+/// size.
 std::string firstDifferent(const std::vector<std::string>& lines, const Bytes& theirs) {
     std::size_t at = 0;
     for (const std::string& line : lines) {

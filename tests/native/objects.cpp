@@ -2,7 +2,8 @@
 //
 //     objects compare FILE.s...           what is different between FILE.s, assembled, and FILE.o
 //     objects mutate SEED COUNT FILE.s... what is different between mutants of the files, assembled
-//                                         by us and by the system; those that we refuse do not count
+//                                         by us and by the system; those that we refuse do not
+//                                         count
 //     objects describe FILE.o             sections, symbols and relocations, as they are read
 //
 // The status is 1 when something is different.

@@ -14,13 +14,13 @@ using namespace std::string_view_literals;
 
 /// What may stand anywhere, and means something to an assembler.
 constexpr std::array pieces = {
-    " "sv,      "\t"sv,    "\n"sv,     "\r"sv,      "#"sv,       ";"sv,        "/* "sv,    " */"sv,
-    "\""sv,     "\\"sv,    "\\n"sv,    "0"sv,       "1"sv,       "9"sv,        "-"sv,      "+"sv,
-    "*"sv,      "("sv,     ")"sv,      "."sv,       ".L"sv,      ","sv,        ", "sv,     "$"sv,
-    "%"sv,      "@PLT"sv,  "@"sv,      ":"sv,       "0x10"sv,    "07"sv,       "1f"sv,     "1b"sv,
-    "\0"sv,     "\x80"sv,  "%rsp"sv,   "%rax"sv,    "%r11"sv,    "%al"sv,      "%xmm7"sv,  "(%rip)"sv,
-    "(%rbp)"sv, "main"sv,  ".text"sv,  "128"sv,     "-129"sv,    "4294967296"sv, "e5"sv,   "nan"sv,
-    "_"sv,      "jmp"sv,   "ret"sv,    ".globl"sv,  "'a'"sv,     "!"sv,        "{"sv,      "="sv};
+    " "sv,      "\t"sv,   "\n"sv,    "\r"sv,     "#"sv,    ";"sv,          "/* "sv,   " */"sv,
+    "\""sv,     "\\"sv,   "\\n"sv,   "0"sv,      "1"sv,    "9"sv,          "-"sv,     "+"sv,
+    "*"sv,      "("sv,    ")"sv,     "."sv,      ".L"sv,   ","sv,          ", "sv,    "$"sv,
+    "%"sv,      "@PLT"sv, "@"sv,     ":"sv,      "0x10"sv, "07"sv,         "1f"sv,    "1b"sv,
+    "\0"sv,     "\x80"sv, "%rsp"sv,  "%rax"sv,   "%r11"sv, "%al"sv,        "%xmm7"sv, "(%rip)"sv,
+    "(%rbp)"sv, "main"sv, ".text"sv, "128"sv,    "-129"sv, "4294967296"sv, "e5"sv,    "nan"sv,
+    "_"sv,      "jmp"sv,  "ret"sv,   ".globl"sv, "'a'"sv,  "!"sv,          "{"sv,     "="sv};
 
 std::vector<std::string> linesOf(const std::string& text) {
     std::vector<std::string> lines;

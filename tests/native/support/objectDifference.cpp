@@ -94,8 +94,7 @@ std::string hexadecimal(const Bytes& bytes, std::size_t from) {
 }
 
 std::string firstDifference(std::string_view name, const Bytes& ours, const Bytes& theirs) {
-    const auto [our, their] =
-        std::mismatch(ours.begin(), ours.end(), theirs.begin(), theirs.end());
+    const auto [our, their] = std::mismatch(ours.begin(), ours.end(), theirs.begin(), theirs.end());
     if (our == ours.end() && their == theirs.end()) {
         return "";
     }

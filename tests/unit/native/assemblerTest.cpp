@@ -52,9 +52,9 @@ TEST(NativeAssemblerTest, TakesARealProgram) {
 }
 
 TEST(NativeAssemblerTest, RefusesUnknownMnemonics) {
-    expectRefused({"\tmovl %eax, %edi", "\tnop", "\tmov %rax, %rcx", "\tMOVQ %rax, %rcx", "\tjg .L1",
-                   "\tjmpq .Lmain_return", "\tmovqq %rax, %rcx", "\tmovabsq $5, %rax", "\tsyscall",
-                   "\trep", "\t\xC3\xA4", "\taveryveryverylongmnemonic"});
+    expectRefused({"\tmovl %eax, %edi", "\tnop", "\tmov %rax, %rcx", "\tMOVQ %rax, %rcx",
+                   "\tjg .L1", "\tjmpq .Lmain_return", "\tmovqq %rax, %rcx", "\tmovabsq $5, %rax",
+                   "\tsyscall", "\trep", "\t\xC3\xA4", "\taveryveryverylongmnemonic"});
 }
 
 TEST(NativeAssemblerTest, RefusesUnknownDirectives) {
@@ -66,26 +66,79 @@ TEST(NativeAssemblerTest, RefusesUnknownDirectives) {
 }
 
 TEST(NativeAssemblerTest, RefusesOtherOperands) {
-    expectRefused({"\tmovq %rbx, %rax", "\tmovq %r12, %rax", "\tmovq %eax, %rax", "\tmovq %rax",
-                   "\tmovq", "\tmovq %rax, %rcx, %rdx", "\tmovq %rax, $5", "\tmovq 5, %rax",
-                   "\tmovq $a, %rax", "\tmovq -8(%rsp), %rax", "\tmovq (%rbp), %rax",
-                   "\tmovq -8(%rbp,%rax,8), %rax", "\tmovq (%r10,%r11,4), %rax",
-                   "\tmovq (%r10), %rax", "\tmovq .LC0, %rax", "\tmovq .LC0+1(%rip), %rax",
-                   "\tmovq -8(%rbp), -16(%rbp)", "\tmovq %rax, %rc", "\tmovq %RAX, %rcx",
-                   "\tmovsd %xmm0, %xmm1", "\tmovsd %xmm8, -8(%rbp)", "\taddq $5, %rax",
-                   "\tsubq $16, %rax", "\tpushq %rax", "\tret $8", "\tleave %rax", "\tcall main",
-                   "\tcall *%rax", "\tcall main@GOTPCREL", "\tcall main@plt", "\tjmp *%rax",
-                   "\tjmp 5", "\tjmp", "\tjne .Lmain_return@PLT", "\tsete %dl", "\tsete",
-                   "\tcall @PLT", "\tmovq (%rip), %rax", "\tmovq %, %rax", "\tmovq $, %rax"});
+    expectRefused({"\tmovq %rbx, %rax",
+                   "\tmovq %r12, %rax",
+                   "\tmovq %eax, %rax",
+                   "\tmovq %rax",
+                   "\tmovq",
+                   "\tmovq %rax, %rcx, %rdx",
+                   "\tmovq %rax, $5",
+                   "\tmovq 5, %rax",
+                   "\tmovq $a, %rax",
+                   "\tmovq -8(%rsp), %rax",
+                   "\tmovq (%rbp), %rax",
+                   "\tmovq -8(%rbp,%rax,8), %rax",
+                   "\tmovq (%r10,%r11,4), %rax",
+                   "\tmovq (%r10), %rax",
+                   "\tmovq .LC0, %rax",
+                   "\tmovq .LC0+1(%rip), %rax",
+                   "\tmovq -8(%rbp), -16(%rbp)",
+                   "\tmovq %rax, %rc",
+                   "\tmovq %RAX, %rcx",
+                   "\tmovsd %xmm0, %xmm1",
+                   "\tmovsd %xmm8, -8(%rbp)",
+                   "\taddq $5, %rax",
+                   "\tsubq $16, %rax",
+                   "\tpushq %rax",
+                   "\tret $8",
+                   "\tleave %rax",
+                   "\tcall main",
+                   "\tcall *%rax",
+                   "\tcall main@GOTPCREL",
+                   "\tcall main@plt",
+                   "\tjmp *%rax",
+                   "\tjmp 5",
+                   "\tjmp",
+                   "\tjne .Lmain_return@PLT",
+                   "\tsete %dl",
+                   "\tsete",
+                   "\tcall @PLT",
+                   "\tmovq (%rip), %rax",
+                   "\tmovq %, %rax",
+                   "\tmovq $, %rax"});
 }
 
 TEST(NativeAssemblerTest, RefusesOtherBlanksAndComments) {
-    expectRefused({" \tret", "\t\tret", "\tret ", "\tret\t", "ret", "        ret", "\tmovq  %rax, %rcx",
-                   "\tmovq %rax,%rcx", "\tmovq %rax , %rcx", "\tmovq %rax,  %rcx", "\tmovq\t%rax, %rcx",
-                   "\tret # comment", "\tret; ret", "# comment", "/* comment */", "\tret\r", "\r",
-                   "\tmovq -8 (%rbp), %rax", "\tmovq $ 5, %rax", "\tmovq %rax, ", "\tmovq , %rax",
-                   ".Lmain_B1 :", ".Lmain_B1: ", ".Lmain_B1:\tret", "\t.globl  f", "\t.globl f ",
-                   "\t", " ", "\tret\v", "\tret\f"});
+    expectRefused({" \tret",
+                   "\t\tret",
+                   "\tret ",
+                   "\tret\t",
+                   "ret",
+                   "        ret",
+                   "\tmovq  %rax, %rcx",
+                   "\tmovq %rax,%rcx",
+                   "\tmovq %rax , %rcx",
+                   "\tmovq %rax,  %rcx",
+                   "\tmovq\t%rax, %rcx",
+                   "\tret # comment",
+                   "\tret; ret",
+                   "# comment",
+                   "/* comment */",
+                   "\tret\r",
+                   "\r",
+                   "\tmovq -8 (%rbp), %rax",
+                   "\tmovq $ 5, %rax",
+                   "\tmovq %rax, ",
+                   "\tmovq , %rax",
+                   ".Lmain_B1 :",
+                   ".Lmain_B1: ",
+                   ".Lmain_B1:\tret",
+                   "\t.globl  f",
+                   "\t.globl f ",
+                   "\t",
+                   " ",
+                   "\tret\v",
+                   "\tret\f"});
 }
 
 TEST(NativeAssemblerTest, RefusesTextWithoutTheLastLineFeed) {
@@ -111,8 +164,8 @@ TEST(NativeAssemblerTest, RefusesNamesThatAreNotGlobal) {
 }
 
 TEST(NativeAssemblerTest, RefusesNamesThatBeginWithOtherThanLettersOrUnderscores) {
-    expectRefused({"\t.globl .f\n.f:", "\tjmp ..Lmain_return", "\tcall .f@PLT", "1:", "1f:",
-                   "\tjmp 1f", "\tcall 5@PLT", "..Lx:", ".:", "$a:", "\t.globl @f"});
+    expectRefused({"\t.globl .f\n.f:", "\tjmp ..Lmain_return", "\tcall .f@PLT",
+                   "1:", "1f:", "\tjmp 1f", "\tcall 5@PLT", "..Lx:", ".:", "$a:", "\t.globl @f"});
 }
 
 TEST(NativeAssemblerTest, RefusesContentBehindTheNoteAboutTheStack) {
@@ -135,19 +188,20 @@ TEST(NativeAssemblerTest, RefusesDataInTheCodeAndCodeInTheData) {
 }
 
 TEST(NativeAssemblerTest, IntegersHaveSixtyFourBits) {
-    for (const char* const value : {"9223372036854775807", "-9223372036854775808",
-                                    "18446744073709551615", "+5", "-0"}) {
+    for (const char* const value :
+         {"9223372036854775807", "-9223372036854775808", "18446744073709551615", "+5", "-0"}) {
         EXPECT_TRUE(isKnown(programWith("\tmovq $" + std::string{value} + ", %rax\n"))) << value;
     }
     expectRefused({"\tmovq $-9223372036854775809, %rax", "\tmovq $18446744073709551616, %rax",
                    "\tmovq $99999999999999999999999, %rax", "\tmovq $-99999999999999999999, %rax",
-                   "\tmovq $--5, %rax", "\tmovq $+-5, %rax", "\tmovq $5-, %rax", "\tmovq $1+1, %rax"});
+                   "\tmovq $--5, %rax", "\tmovq $+-5, %rax", "\tmovq $5-, %rax",
+                   "\tmovq $1+1, %rax"});
 }
 
 TEST(NativeAssemblerTest, RefusesNumbersOfOtherBases) {
-    expectRefused({"\tmovq $010, %rax", "\tmovq $007, %rax", "\tmovq $00, %rax", "\tmovq $-010, %rax",
-                   "\tmovq $0x10, %rax", "\tmovq $0b1, %rax", "\tmovq -010(%rbp), %rax",
-                   "\tmovq 0x8(%rbp), %rax", "\tmovq $'a', %rax"});
+    expectRefused({"\tmovq $010, %rax", "\tmovq $007, %rax", "\tmovq $00, %rax",
+                   "\tmovq $-010, %rax", "\tmovq $0x10, %rax", "\tmovq $0b1, %rax",
+                   "\tmovq -010(%rbp), %rax", "\tmovq 0x8(%rbp), %rax", "\tmovq $'a', %rax"});
 }
 
 TEST(NativeAssemblerTest, OffsetsHaveThirtyTwoBits) {

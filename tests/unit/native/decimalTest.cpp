@@ -71,9 +71,9 @@ TEST(NativeDecimalTest, AnyNumberOfDigitsIsRightOrUnanswered) {
 }
 
 TEST(NativeDecimalTest, SignsAndZeros) {
-    for (const char* const literal : {"0.0", "-0.0", "+0.0", ".0", "0.", "000.000", "-.5", "+5.",
-                                      "00012.500", "0.1", "-0.1", "1.0", "3.0", "9007199254740992.0",
-                                      "123456789012345678.0", "0.30000000000000004"}) {
+    for (const char* const literal :
+         {"0.0", "-0.0", "+0.0", ".0", "0.", "000.000", "-.5", "+5.", "00012.500", "0.1", "-0.1",
+          "1.0", "3.0", "9007199254740992.0", "123456789012345678.0", "0.30000000000000004"}) {
         EXPECT_TRUE(hasRightAnswer(literal)) << literal;
     }
 }
@@ -88,17 +88,17 @@ TEST(NativeDecimalTest, MiddlesAreNotAnswered) {
 }
 
 TEST(NativeDecimalTest, ClearlyBesideTheMiddleIsAnswered) {
-    for (const char* const literal :
-         {"9007199254740993.1", "9007199254740992.9", "4503599627370496.51",
-          "4503599627370496.49"}) {
+    for (const char* const literal : {"9007199254740993.1", "9007199254740992.9",
+                                      "4503599627370496.51", "4503599627370496.49"}) {
         EXPECT_TRUE(hasRightAnswer(literal)) << literal;
     }
 }
 
 TEST(NativeDecimalTest, OtherTextsAreNotAnswered) {
     for (const char* const text :
-         {"", ".", "+", "-", "+.", "-.", "1", "-1", "1.0e5", "1e5", "1.0f", " 1.0", "1.0 ", "1..0",
-          "1.2.3", "--1.0", "+-1.0", "0x1.8", "nan", "inf", "1,5", "a.b", "1.5a", "1.-5"}) {
+         {"",      ".",     "+",    "-",    "+.",   "-.",   "1",     "-1",
+          "1.0e5", "1e5",   "1.0f", " 1.0", "1.0 ", "1..0", "1.2.3", "--1.0",
+          "+-1.0", "0x1.8", "nan",  "inf",  "1,5",  "a.b",  "1.5a",  "1.-5"}) {
         EXPECT_FALSE(nearestDouble(text)) << text;
     }
 }

@@ -62,7 +62,7 @@ class ExecutableTest(NativeTest):
 
 
 class Loaded(ExecutableTest):
-    ENDLESS = 'void main() {\n    for (int i = 0; true; i++) {\n        print(i, "\\n");\n    }\n}\n'
+    ENDLESS = "void main() {\n    for (int i = 0; true; i++) {\n        print(i, '.');\n    }\n}\n"
 
     def addresses(self, program, runs, *before):
         """Where the program is loaded, for several runs."""

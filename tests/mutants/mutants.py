@@ -36,7 +36,7 @@ JOBS = str(os.cpu_count())
 TEST_SECONDS = 300  # a test or a program of unit tests that takes longer does not end
 SLOW = "^(soak|limits)/"
 OF_THE_PROGRAM = "^(case|cli)/"  # they need PROGRAM, nothing else
-PROGRAM = ["krelcc", "krel", "krel_runtime"]
+PROGRAM = ["krelcc", "krel", "krel_runtime", "krel_native_compiler"]
 PASSED = re.compile(r"^ *(Start +\d+: |\d+/\d+ Test .* Passed )")  # CTest's lines on other tests
 
 
@@ -107,9 +107,12 @@ def build_or_raise(targets):
 
 
 def unit_tests_of(file):
-    """The unit test programs for the folder of a source file, as build targets."""
-    folder = BUILD / "tests" / "unit" / pathlib.PurePath(file).parent
-    return [str(path.relative_to(BUILD)) for path in sorted(folder.glob("*_test"))]
+    """The unit test programs for the folder of a source file, as build targets. Beside them, a
+    folder may have programs that compare with others."""
+    folder = pathlib.PurePath(file).parent
+    return [str(path.relative_to(BUILD))
+            for tests in (BUILD / "tests" / "unit" / folder, BUILD / "tests" / folder)
+            for path in sorted(tests.glob("*_test"))]
 
 
 def failing_unit_test(program, tests="*"):

@@ -352,7 +352,9 @@ TEST(NativeLinkerTest, SegmentsAreOnPagesOfTheirOwn) {
 TEST(NativeLinkerTest, EachSectionLiesInTheSegmentThatItsFlagsAskFor) {
     const Executable program = realProgram();
     int count = 0;
-    for (const auto& [name, section] : program.sections) {
+    for (const auto& entry : program.sections) {
+        const std::string& name = entry.first;
+        const Elf64_Shdr& section = entry.second;
         if ((section.sh_flags & SHF_ALLOC) == 0) {
             continue;
         }

@@ -79,6 +79,11 @@ class CommandLine(CommandTest):
 
     def test_others_are_handed_on_as_they_are(self):
         runtime = str(RUNTIME)
+        # Files whose names are options to compilers.
+        for name in ("@prog.s", "-prog.s"):
+            self.write(name, ASSEMBLY)
+        for name in ("@runtime.o", "-runtime.o"):
+            shutil.copy(RUNTIME, self.directory / name)
         for arguments in (
                 [], ["--version"], ["prog.s"], ["prog.s", runtime], ["prog.s", runtime, "-o"],
                 ["prog.s", runtime, "-o", "out", "-g"], ["-g", "prog.s", runtime, "-o", "out"],
@@ -86,6 +91,7 @@ class CommandLine(CommandTest):
                 ["prog.s", "prog.s", "-o", "out"], ["prog.s", runtime, "-c", "out"],
                 [runtime, "prog.s", "-o", "out"], ["@prog.s", runtime, "-o", "out"],
                 ["-prog.s", runtime, "-o", "out"], ["prog.s", "@runtime.o", "-o", "out"],
+                ["prog.s", "-runtime.o", "-o", "out"],
                 ["prog.S", runtime, "-o", "out"], ["", "", "", ""], ["", "", "", "", ""],
                 ["a b", "c\td", "é", "$HOME", "*"]):
             with self.subTest(arguments=arguments):

@@ -85,6 +85,18 @@ TEST_F(NativeNextCompilerTest, ThoseThatHandedOnAlreadyAreLeftOut) {
     EXPECT_EQ(nextCompilers(path({"own", "other", "b"}), own, identityOf(other)), Compilers{clang});
 }
 
+TEST_F(NativeNextCompilerTest, AllThatHandedOnAreLeftOut) {
+    const std::string own = program("own/gcc");
+    const std::string first = program("first/gcc");
+    const std::string second = program("second/gcc");
+    fs::create_directories(folder / "link");
+    fs::create_symlink(own, folder / "link/gcc");
+    const std::string last = program("last/gcc");
+    EXPECT_EQ(nextCompilers(path({"own", "link", "second", "first", "last"}), own,
+                            identityOf(first) + identityOf(second)),
+              Compilers{last});
+}
+
 TEST_F(NativeNextCompilerTest, IdentitiesAreComparedAsAWhole) {
     const std::string own = program("own/gcc");
     const std::string gcc = program("a/gcc");

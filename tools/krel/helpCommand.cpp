@@ -55,7 +55,6 @@ constexpr Command helpCommand = {
     "\n"
     "Examples:\n"
     "  krel help          lists the commands\n"
-    "  krel fmt hello.krl       lays it out in the one style\n"
     "  krel help run      tells more about one\n"
     "\n"
     "Usage: krel help [COMMAND]\n",

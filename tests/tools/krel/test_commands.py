@@ -32,6 +32,9 @@ class Commands(KrelTest):
             for words in (("help", name), (name, "--help"), (name, "-h")):
                 with self.subTest(words=words):
                     text = self.assert_helps(*words, mentions=[f"Usage: krel {name}", option])
+                    examples = text[text.index("Examples:"):text.index("Usage:")].splitlines()[1:]
+                    for example in filter(None, examples):
+                        self.assertTrue(example.startswith(f"  krel {name} "), example)
                     self.assertLess(text.index("Examples:"), text.index("Usage:"))
 
     def test_version_is_that_of_the_project(self):

@@ -9,8 +9,9 @@
 
 namespace krel::Native {
 
-/// A word of up to nine ASCII characters as one number: side by side, seven bits each. It can be
-/// put together while the word's end is looked for.
+/// A word of up to nine ASCII characters as one number: a bit that marks its beginning, then the
+/// characters side by side, seven bits each. It can be put together while the word's end is looked
+/// for.
 class PackedWord {
 public:
     constexpr PackedWord() = default;
@@ -32,7 +33,7 @@ public:
 private:
     static constexpr std::size_t maxSize = 9;
 
-    std::uint64_t number = 0;
+    std::uint64_t number = 1;
     std::size_t size = 0;
     unsigned char seen = 0;  // the bits of all characters
 };

@@ -57,6 +57,12 @@ TEST(NativeAssemblerTest, RefusesUnknownMnemonics) {
                    "\tsyscall", "\trep", "\t\xC3\xA4", "\taveryveryverylongmnemonic"});
 }
 
+TEST(NativeAssemblerTest, RefusesNulsBeforeWords) {
+    using namespace std::string_view_literals;
+    expectRefused({"\t\0leave"sv, "\t\0\0jmp .Lmain_return"sv, "\taddq \0%rax, %rcx"sv,
+                   "\taddq %rax, \0%rcx"sv, "\t\0.globl main"sv});
+}
+
 TEST(NativeAssemblerTest, RefusesUnknownDirectives) {
     expectRefused({"\t.align 8", "\t.data", "\t.bss", "\t.quad 1", "\t.asciz \"a\"", "\t.byte 1",
                    "\t.globl", "\t.global f", "\t.section .data", "\t.section .rodata.str1.1",

@@ -22,6 +22,16 @@ namespace {
     throw NotKnown(std::string{what} + " " + path + ": " + std::strerror(errno));
 }
 
+/// To be called before a file is opened: with a pipe that has a name, this would wait for whoever
+/// is at its other end. What comes through one can be read only once, and that is left to others.
+void requireNoPipe(const char* what, const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode)) {
+        errno = ESPIPE;
+        fail(what, path);
+    }
+}
+
 /// A descriptor of our own.
 class Descriptor {
 public:
@@ -129,6 +139,7 @@ bool isToBeReplaced(const std::string& path) {
 }  // namespace
 
 FileContent::FileContent(const char* path) {
+    requireNoPipe("cannot read", path);
     const Descriptor descriptor{open(path, O_RDONLY | O_CLOEXEC)};
     struct stat status {};
     if (!descriptor || fstat(descriptor.get(), &status) != 0) {
@@ -148,6 +159,7 @@ FileContent::~FileContent() {
 }
 
 void writeExecutable(const std::string& path, const Bytes& bytes) {
+    requireNoPipe("cannot write", path);
     const SignalsHeld held;
     if (!(isToBeReplaced(path) ? replace(path, bytes) : overwrite(path, bytes))) {
         fail("cannot write", path);

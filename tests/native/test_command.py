@@ -100,7 +100,8 @@ class CommandLine(CommandTest):
     def test_files_that_cannot_be_read_are_handed_on(self):
         self.write("empty.s", "")
         (self.directory / "folder.s").mkdir()
-        for assembly in ("missing.s", "empty.s", "folder.s"):
+        os.mkfifo(self.directory / "pipe.s")
+        for assembly in ("missing.s", "empty.s", "folder.s", "pipe.s"):
             with self.subTest(assembly):
                 self.assert_handed_on([assembly, RUNTIME, "-o", "out"])
 

@@ -195,6 +195,16 @@ class NotWritten(OutputTest):
         self.assert_fails_alike(lambda situation: None, output="/dev/full")
         self.assertTrue(stat.S_ISCHR(os.stat("/dev/full").st_mode))
 
+    def test_pipe_with_a_name(self):
+        self.assert_fails_alike(lambda situation: os.mkfifo(situation.folder / "out"))
+
+    def test_pipe_with_a_name_that_is_read(self):
+        def prepare(situation):
+            os.mkfifo(situation.folder / "out")
+            reader = os.open(situation.folder / "out", os.O_RDONLY | os.O_NONBLOCK)
+            self.addCleanup(os.close, reader)
+        self.assert_fails_alike(prepare)
+
     def test_empty_name(self):
         self.assert_fails_alike(lambda situation: None, output="")
 

@@ -49,6 +49,16 @@ static void relocate() {
                        __relro_end - __relro_start, readOnly);
 }
 
+/// Clears the part of the stack that has been used for the start-up and will be used by main, whose
+/// arrays without values then hold zeroes: as if nothing had run before it. It is several times as
+/// large as what the functions above and the runtime's take.
+[[gnu::noinline]] static void clearStack() {
+    volatile long used[512];
+    for (volatile long& word : used) {
+        word = 0;
+    }
+}
+
 /// The kernel has put onto the stack: the number of arguments, their addresses, a null, and the
 /// addresses of the environment's texts.
 [[noreturn, gnu::used]] static void start(long* stack) asm("krel_start_program");
@@ -60,6 +70,7 @@ static void start(long* stack) {
     for (auto entry = __init_array_start; entry != __init_array_end; ++entry) {
         (*entry)(count, arguments, environment);
     }
+    clearStack();
     exit(programMain(count, arguments, environment));
 }
 

@@ -39,6 +39,32 @@ void main() {
 }
 """
 
+# How many elements of arrays without values are not zero: of main's, and of a function's below it.
+COUNTING = """\
+int other() {{
+    int numbers[{size}];
+    int count = 0;
+    for (int i = 0; i < {size}; i++) {{
+        if (numbers[i] != 0) {{
+            count++;
+        }}
+    }}
+    return count;
+}}
+
+void main() {{
+    int numbers[{size}];
+    int count = 0;
+    for (int i = 0; i < {size}; i++) {{
+        if (numbers[i] != 0) {{
+            count++;
+        }}
+    }}
+    int others = other();
+    print(count, " ", others);
+}}
+"""
+
 
 class ExecutableTest(NativeTest):
     def compile(self, source, name="program"):
@@ -126,6 +152,11 @@ class Loaded(ExecutableTest):
             self.assertEqual(self.run_here(NATIVE, "prog.s", RUNTIME, "-o", "prog",
                                            environment={"PATH": ""}), (0, "", ""))
             self.assertEqual(self.run_here("./prog"), (status, "", ""))
+
+    def test_memory_is_clear_when_main_begins(self):
+        for size in (1, 2, 20, 500, 100_000):
+            program = self.compile(COUNTING.format(size=size))
+            self.assertEqual(self.run_here(program), (0, "0 0", ""))
 
     def test_constants_and_code_cannot_be_written(self):
         program = self.compile(Loaded.ENDLESS)

@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 
 #include "native/notKnown.hpp"
 
@@ -70,7 +71,8 @@ mode_t maskOfProcess() {
     return mask;
 }
 
-/// As long as it lives, no signal ends the process but one that cannot be held.
+/// As long as it lives, no signal ends the process but one that cannot be held. The signal of a
+/// file that would become too large is dropped: the write has failed, and that is reported.
 class SignalsHeld {
 public:
     SignalsHeld() {
@@ -80,7 +82,14 @@ public:
     }
     SignalsHeld(const SignalsHeld&) = delete;
     SignalsHeld& operator=(const SignalsHeld&) = delete;
-    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &before, nullptr); }
+    ~SignalsHeld() {
+        sigset_t dropped;
+        sigemptyset(&dropped);
+        sigaddset(&dropped, SIGXFSZ);
+        constexpr timespec noTime = {0, 0};
+        sigtimedwait(&dropped, nullptr, &noTime);
+        sigprocmask(SIG_SETMASK, &before, nullptr);
+    }
 
 private:
     sigset_t before{};

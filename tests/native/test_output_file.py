@@ -241,6 +241,15 @@ class NotWritten(OutputTest):
                     self.assert_whole_or_absent(situation, before)
                     shutil.rmtree(situation.folder)
 
+    def test_limited_size_is_said(self):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (5000, 5000))
+            signal.signal(signal.SIGXFSZ, signal.SIG_DFL)
+        status, _, stderr = self.run_here(NATIVE, "prog.s", RUNTIME, "-o", "out",
+                                          environment=self.environment, preexec_fn=limit)
+        self.assertEqual(status, 1)
+        self.assertIn("cannot write out: File too large", stderr)
+
     def assert_whole_or_absent(self, situation, before):
         """Nothing but what was there is left, and no half file."""
         left = {name: content for name, (_, content) in situation.describe().items()}

@@ -376,7 +376,7 @@ private:
             Relocation relocation = {code.addressOf(reference.end) - 4, reference.type,
                                      symbolOfPlace[reference.place], beforeEnd};
             if (place.isLocalLabel()) {
-                if (place.section != dataSection) {
+                if (place.section != dataSection || reference.type != R_X86_64_PC32) {
                     throw NotKnown("a label of the data is not known: " + std::string{place.name});
                 }
                 relocation.symbol = dataSection;

@@ -32,7 +32,8 @@ std::uint32_t BranchingCode::inFourBytes(std::size_t number) {
 }
 
 // All branches begin short. Whatever does not reach becomes longer, which can only move others out
-// of reach: in the end none is longer than it has to be.
+// of reach: in the end none is longer than it has to be. Branches around statements need a few
+// passes; a hand-made chain, in which each branch only grows with the next one, needs one for each.
 void BranchingCode::chooseSizes(const std::vector<Position>& targets) {
     sizesBefore.resize(branches.size() + 1);
     do {

@@ -116,7 +116,7 @@ std::optional<std::uint64_t> rounded(const Binary& number, Wide uncertainty) {
 }
 
 std::optional<std::uint64_t> bitsOf(const Decimal& decimal) {
-    if (decimal.digits == 0 && !decimal.isCut) {
+    if (decimal.digits == 0) {
         return 0;
     }
     if (decimal.exponent < -greatestPower || decimal.exponent > greatestPower) {

@@ -105,6 +105,8 @@ private:
             case SHT_RELA:   // belongs to another section
             case SHT_GROUP:  // says which sections several objects may have in common
                 return;
+            case SHT_REL:
+                refuse("relocations without addends");
             default:
                 break;
         }

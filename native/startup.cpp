@@ -74,7 +74,7 @@ static void start(long* stack) {
     exit(programMain(count, arguments, environment));
 }
 
-/// Where the kernel enters the program. The outermost frame has no frame pointer.
+/// Where the kernel enters the program. It does not say what %rbp is; 0 marks the outermost frame.
 [[gnu::naked, gnu::visibility("default")]] void _start() {
     asm volatile(
         "xorl %ebp, %ebp\n\t"

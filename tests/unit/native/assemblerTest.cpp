@@ -162,7 +162,7 @@ TEST(NativeAssemblerTest, RefusesLabelsThatAreDefinedTwice) {
 TEST(NativeAssemblerTest, RefusesTargetsThatAreNoLabelsOfTheCode) {
     expectRefused({"\tjmp .Lmissing", "\tjne .Lmissing", "\tjmp .LC0", "\tjmp main", "\tjmp other",
                    "\tleaq .Lmissing(%rip), %rdi", "\tleaq .Lmain_return(%rip), %rdi",
-                   "\tcall .Lmain_return@PLT"});
+                   "\tcall .Lmain_return@PLT", "\tcall .LC0@PLT"});
 }
 
 TEST(NativeAssemblerTest, RefusesNamesThatAreNotGlobal) {

@@ -133,6 +133,7 @@ Outcome Compilation::translate(const Request& request) {
     } catch (const std::exception& error) {
         outcome = Outcome::NotTranslated;
         failureMessage = error.what();
+        refusedLine = stretches.empty() ? none : stretches.back().instruction;
     }
     assemblyText = std::move(out).str();
     if (request.sources) {

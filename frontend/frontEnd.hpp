@@ -114,6 +114,9 @@ public:
     /// from, or `none`. Asked for by Request::sources.
     const std::vector<std::size_t>& irLineOfAssembly() const { return originOfAssembly; }
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
+    /// The line of the intermediate code at which the code generator gave up; `none` when it did
+    /// not, or before it had begun with a function. Asked for by Request::sources.
+    std::size_t refusedIRLine() const { return refusedLine; }
 
 private:
     void run(const Request& request);
@@ -135,6 +138,7 @@ private:
     std::vector<IRLine> instructions;
     std::string assemblyText;
     std::vector<std::size_t> originOfAssembly;
+    std::size_t refusedLine = none;
 };
 
 /// The tokens of a text of less than two gigabytes, which need not be a program: the scanner goes

@@ -14,6 +14,8 @@ namespace {
 constexpr const krel::Command* commands[] = {
     &krel::runCommand,
     &krel::buildCommand,
+    &krel::checkCommand,
+    &krel::explainCommand,
     &krel::formatCommand,
     &krel::helpCommand,
 };

@@ -23,6 +23,8 @@ struct Command {
 
 extern const Command runCommand;
 extern const Command buildCommand;
+extern const Command checkCommand;
+extern const Command explainCommand;
 extern const Command formatCommand;
 extern const Command helpCommand;
 

@@ -232,19 +232,19 @@ private:
 
     void parseType(std::uint32_t length) {
         const Mark mark = begin();
-        Word type = Word::Name;
+        Word type = Word::End;
         for (std::uint32_t index = 0; index < length; ++index) {
             const Word word = token(index).word;
             const ForeignType* const known =
                 word == Word::Name ? foreignType(textAhead(index)) : nullptr;
             if (isTypeWord(word)) {
                 type = word;
-            } else if (known != nullptr && (type == Word::Name || known->type != Word::Int)) {
+            } else if (known != nullptr && (type == Word::End || known->type != Word::Int)) {
                 type = known->type;
             }
         }
-        if (type == Word::Name && length > 0 && atModifier(length - 1)) {
-            type = Word::Int;  // `const x = 1`
+        if (type == Word::End && length > 0 && atModifier(length - 1)) {
+            type = Word::Name;  // `const x = 1`
         }
         const bool foreign = length != 1 || !isTypeWord(token().word);
         next += length;
@@ -855,9 +855,7 @@ Tree read(std::string_view text, const std::vector<FrontEnd::Token>& pieces) {
 }
 
 Tree read(std::string_view text) {
-    FrontEnd::Request request;
-    request.tokens = true;
-    return read(text, FrontEnd::compile(std::string{text}, "", request)->tokens());
+    return read(text, FrontEnd::tokensOf(std::string{text}));
 }
 
 }  // namespace krel::Syntax

@@ -13,11 +13,12 @@ namespace krel::Syntax {
 
 /// What a node is. Behind each kind its children, in order.
 enum class Kind : std::uint8_t {
-    Program,              // functions; also statements outside of them
-    Function,             // Type, Parameter..., Block; the token is the name
-    Parameter,            // Type, ArrayBound...; the token is the name, noToken without one
-    Type,                 // the op is the type in Krel; Name when it is not known
-    Block,                // statements
+    Program,    // functions; also statements outside of them
+    Function,   // Type, Parameter..., Block; the token is the name
+    Parameter,  // Type, ArrayBound...; the token is the name, noToken without one
+    Type,       // the op is the type in Krel; Name when the initial value tells, End when it is not
+                // known
+    Block,      // statements
     Declaration,          // Type, Declarator...
     Declarator,           // ArrayBound..., at most one expression or List; the token is the name
     ArrayBound,           // at most one expression

@@ -296,6 +296,19 @@ TEST(FrontEndTest, TellsWhichLineOfCodeEachLineOfAssemblyComesFrom) {
               "-\t.section .note.GNU-stack,\"\",@progbits\n");
 }
 
+TEST(FrontEndTest, TellsWhichLineOfCodeIsRefused) {
+    const auto refusal = [](const std::string& text) -> std::string {
+        const auto made = compile(text, "p.krl", everything);
+        return made->refusedIRLine() == FrontEnd::Compilation::none
+                   ? "none"
+                   : std::string{made->textOf(made->irLines()[made->refusedIRLine()].source)};
+    };
+    EXPECT_EQ(refusal("void main() { int i = 1; double d = 0.5; d = d * 2.0; i = 2; }"), "d * 2.0");
+    EXPECT_EQ(refusal("void f() { int i = 1; } void main() { int call = 2; }"), "int call = 2");
+    EXPECT_EQ(refusal("void main() { int t[300000000]; t[0] = 1; }"), "none");
+    EXPECT_EQ(refusal("void main() { int i = 1; }"), "none");
+}
+
 TEST(FrontEndTest, CompilationsDoNotKnowOfEachOther) {
     const auto first = compile("void main() { int only = 1; }", "first.krl", everything);
     const auto second = compile("void main() { @ }", "second.krl", everything);

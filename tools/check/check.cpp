@@ -1,0 +1,287 @@
+// The engine. Comes in: a text. Goes out: all findings, and the repaired text.
+//
+// The repairer rewrites the program; what it changes are findings. The compiler is asked about the
+// result; what it still refuses are findings, too, at the place in the user's text that its place
+// in the repaired one comes from. What it refuses is then left out, and it is asked again, until it
+// says nothing new. At last the compiler's faults about the user's own text are compared with the
+// findings: one that no error stands beside becomes an error itself. So the tolerant reading may be
+// wrong about anything, and yet no refused program goes without an error, nor an accepted one with
+// one.
+
+#include "tools/check/check.hpp"
+
+#include <algorithm>
+#include <set>
+#include <unordered_set>
+#include <utility>
+
+#include "frontend/frontEnd.hpp"
+#include "tools/check/compilerFaults.hpp"
+#include "tools/check/linkRules.hpp"
+#include "tools/check/model.hpp"
+#include "tools/check/repairer.hpp"
+#include "tools/check/silence.hpp"
+#include "tools/check/treeRules.hpp"
+#include "tools/format/format.hpp"
+
+namespace krel::Check {
+
+namespace {
+
+/// So many bytes are compiled at most in search of further faults, unless one file is longer.
+constexpr std::size_t bytesToCompile = 20'000'000;
+constexpr std::size_t fewestRounds = 3;
+constexpr std::size_t mostRounds = 300;
+
+class Checker {
+public:
+    Checker(const std::string& itsText, const std::string& itsName)
+        : text(itsText),
+          name(itsName),
+          original(compile(text, true)),
+          tree(Syntax::read(text, original->tokens())),
+          model(tree) {}
+
+    Report check() {
+        repair();
+        findLinkFaults(model, findings);
+        const bool linked = std::none_of(findings.begin(), findings.end(), isLinkFault);
+        report.accepted = original->outcome() == FrontEnd::Outcome::Complete && linked;
+        askUntilNothingNew();
+        findInTree(model, findings);
+        if (report.accepted) {
+            for (Finding& finding : findings) {
+                finding.severity = std::max(finding.severity, Severity::Warning);
+            }
+        } else {
+            coverOriginalFaults();
+        }
+        finish();
+        return std::move(report);
+    }
+
+private:
+    std::unique_ptr<FrontEnd::Compilation> compile(const std::string& source, bool tokens) const {
+        FrontEnd::Request request;
+        request.tokens = tokens;
+        request.sources = true;
+        return FrontEnd::compile(source, name, request);
+    }
+
+    void repair() {
+        Repairer repairer{model, leftOut};
+        const Pieces pieces = repairer.repair();
+        findings = repairer.takeFindings();
+        repaired = std::make_unique<RepairedText>(pieces, text);
+        report.edits = repaired->edits();
+        report.fixed = repaired->text();
+        listUnits();
+    }
+
+    void askUntilNothingNew() {
+        const std::size_t rounds =
+            std::clamp(bytesToCompile / (text.size() + 1), fewestRounds, mostRounds);
+        for (std::size_t round = 0; round < rounds; ++round) {
+            const bool isSame = round == 0 && report.edits.empty();
+            std::unique_ptr<FrontEnd::Compilation> again;
+            if (!isSame) {
+                again = compile(repaired->text(), false);
+            }
+            const FrontEnd::Compilation& compilation = isSame ? *original : *again;
+            if (round == 0) {
+                report.fixedIsAccepted = compilation.outcome() == FrontEnd::Outcome::Complete;
+            }
+            const std::size_t before = leftOut.size();
+            for (const CompilerFault& fault : faultsOf(compilation)) {
+                take(fault);
+            }
+            if (leftOut.size() == before) {
+                return;
+            }
+            Repairer repairer{model, leftOut};
+            repaired = std::make_unique<RepairedText>(repairer.repair(), text);
+        }
+    }
+
+    /// A fault of the repaired text.
+    void take(const CompilerFault& fault) {
+        const bool isInternal = fault.isLast && fault.range.begin == fault.range.end;
+        const std::vector<NodeId> culprits =
+            isInternal ? nodesBehind(model, fault.message) : std::vector<NodeId>{};
+        if (!culprits.empty()) {
+            for (const NodeId culprit : culprits) {
+                add(fault.message, tree[culprit].range);
+                leaveOut(tree[culprit].range.begin);
+            }
+            return;
+        }
+        const SourceRange range = repaired->originOf(fault.range);
+        if (!followsFromOther(fault.message) && !isFollowing(fault.message, range)) {
+            add(fault.message, range);
+        }
+        leaveOut(range.begin);
+    }
+
+    /// Some faults draw a second message at the same place.
+    bool isFollowing(std::string_view message, SourceRange range) const {
+        const bool isSecond = message.substr(0, 28) == "Function call used as a stat" ||
+                              message.substr(0, 21) == "Array size identifier";
+        return isSecond && std::any_of(findings.begin(), findings.end(), [&](const Finding& other) {
+                   return other.severity == Severity::Error &&
+                          other.range.begin < std::max(range.end, range.begin + 1) &&
+                          range.begin < std::max(other.range.end, other.range.begin + 1) &&
+                          other.rule != "call-place";
+               });
+    }
+
+    void add(const std::string& message, SourceRange range) {
+        const std::string_view known = ruleOfMessage(message);
+        const std::string_view rule = known.empty() ? "code-generator" : known;
+        if (!added.emplace(rule, range.begin).second) {
+            return;
+        }
+        const bool isTold =
+            std::any_of(findings.begin(), findings.end(), [&](const Finding& other) {
+                return other.rule == rule && other.range.begin == range.begin;
+            });
+        if (isTold) {
+            return;
+        }
+        findings.push_back({rule, Severity::Error, range, readable(message, tree.textOf(range)),
+                            helpFor(message, range)});
+    }
+
+    std::string helpFor(std::string_view message, SourceRange range) const {
+        if (message.substr(0, 10) != "Undeclared") {
+            return {};
+        }
+        const std::size_t quote = message.find('\'');
+        const std::string_view missing = message.substr(quote + 1, message.rfind('\'') - quote - 1);
+        const auto* const unit = unitAt(range.begin);
+        const FunctionId function =
+            unit == nullptr ? noFunction : model.functionAround(unit->second);
+        const std::string similar = similarName(model, function, missing);
+        return similar.empty() ? "" : "did you mean `" + similar + "`?";
+    }
+
+    // What can be left out
+
+    using Unit = std::pair<SourceRange, NodeId>;
+
+    void listUnits() {
+        for (NodeId id = 0; id < tree.nodes.size(); ++id) {
+            const Kind kind = tree[id].kind;
+            const bool isPart =
+                tree[id].parent != noNode && tree[tree[id].parent].kind == Kind::ForPart;
+            const bool isUnit = kind == Kind::Condition || kind == Kind::ForPart ||
+                                kind == Kind::ExpressionStatement || kind == Kind::Return ||
+                                kind == Kind::Break || kind == Kind::Continue ||
+                                kind == Kind::Skipped || kind == Kind::Declaration;
+            if (isUnit && !isPart) {
+                units.emplace_back(tree[id].range, id);
+            }
+        }
+        std::stable_sort(units.begin(), units.end(), [](const Unit& left, const Unit& right) {
+            return left.first.begin < right.first.begin;
+        });
+    }
+
+    /// The unit that a byte lies in, or that ends right before it; null when there is none.
+    const Unit* unitAt(std::uint32_t place) const {
+        auto behind = std::upper_bound(
+            units.begin(), units.end(), place,
+            [](std::uint32_t value, const Unit& unit) { return value < unit.first.begin; });
+        if (behind == units.begin()) {
+            return nullptr;
+        }
+        --behind;
+        return place <= behind->first.end ? &*behind : nullptr;
+    }
+
+    void leaveOut(std::uint32_t place) {
+        const Unit* const unit = unitAt(place);
+        if (unit != nullptr) {
+            leftOut.insert(unit->second);
+        }
+    }
+
+    // The user's own text
+
+    void coverOriginalFaults() {
+        std::vector<std::pair<int, int>> lines;  // of errors
+        const LineIndex& index = original->lines();
+        for (const Finding& finding : findings) {
+            if (finding.severity == Severity::Error) {
+                lines.emplace_back(
+                    index.positionOf(finding.range.begin).line,
+                    index.positionOf(std::max(finding.range.begin + 1, finding.range.end) - 1)
+                        .line);
+            }
+        }
+        std::sort(lines.begin(), lines.end());
+        std::vector<int> farthest;  // the last line of all errors so far
+        for (const auto& [first, last] : lines) {
+            farthest.push_back(farthest.empty() ? last : std::max(farthest.back(), last));
+        }
+        const auto isCovered = [&](int line) {
+            const auto behind = std::upper_bound(
+                lines.begin(), lines.end(), line,
+                [](int value, const std::pair<int, int>& range) { return value < range.first; });
+            return behind != lines.begin() &&
+                   farthest[static_cast<std::size_t>(behind - lines.begin()) - 1] >= line;
+        };
+        const bool hasReturns = !tree.tokens.carriageReturns.empty();
+        for (const CompilerFault& fault : faultsOf(*original)) {
+            const bool isReturn = hasReturns && fault.message.find('\r') != std::string::npos;
+            const bool covered = fault.line > 0 ? isCovered(fault.line) : !lines.empty();
+            if (covered || isReturn) {
+                continue;
+            }
+            SourceRange range = fault.range;
+            if (fault.isLast && range.begin == range.end) {
+                const std::vector<NodeId> culprits = nodesBehind(model, fault.message);
+                range = culprits.empty() ? range : tree[culprits.front()].range;
+            }
+            const std::string_view known = ruleOfMessage(fault.message);
+            findings.push_back({known.empty() ? "code-generator" : known, Severity::Error, range,
+                                readable(fault.message, tree.textOf(range)),
+                                helpFor(fault.message, range)});
+        }
+    }
+
+    void finish() {
+        silence(tree, original->lines(), findings);
+        std::stable_sort(findings.begin(), findings.end(),
+                         [](const Finding& left, const Finding& right) {
+                             return left.range.begin < right.range.begin;
+                         });
+        report.findings = std::move(findings);
+        if (report.edits.empty()) {
+            return;
+        }
+        Format::Result formatted = Format::format(report.fixed, name);
+        if (formatted.parses) {
+            report.fixed = std::move(formatted.text);
+        }
+    }
+
+    const std::string& text;
+    const std::string& name;
+    std::unique_ptr<FrontEnd::Compilation> original;
+    Tree tree;
+    Model model;
+    Report report;
+    std::vector<Finding> findings;
+    std::set<std::pair<std::string_view, std::uint32_t>> added;
+    std::unique_ptr<RepairedText> repaired;
+    std::unordered_set<NodeId> leftOut;
+    std::vector<Unit> units;  // in order
+};
+
+}  // namespace
+
+Report check(const std::string& text, const std::string& name) {
+    return Checker{text, name}.check();
+}
+
+}  // namespace krel::Check

@@ -1,0 +1,353 @@
+// Names and types. Comes in: a tree. Goes out: what each name means, which type each expression
+// has.
+//
+// Nodes are numbered from the leaves to the root, in the order of the text. So one pass meets each
+// initial value before its variable, each variable before its later uses, and each block after all
+// that it holds: a scope is open as long as its block has a greater number.
+
+#include "tools/check/model.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <utility>
+
+namespace krel::Check {
+
+using Syntax::isExpression;
+
+namespace {
+
+constexpr std::array typeNames = {
+    std::pair{Word::Int, std::string_view{"int"}},
+    std::pair{Word::Double, std::string_view{"double"}},
+    std::pair{Word::Boolean, std::string_view{"boolean"}},
+    std::pair{Word::Character, std::string_view{"character"}},
+    std::pair{Word::String, std::string_view{"string"}},
+    std::pair{Word::Void, std::string_view{"void"}},
+};
+
+}  // namespace
+
+std::string_view nameOf(Type type) {
+    for (const auto& [word, name] : typeNames) {
+        if (word == type) {
+            return name;
+        }
+    }
+    return {};
+}
+
+bool isConvertible(Type from, Type to) {
+    constexpr std::array conversions = {
+        std::pair{Word::Int, Word::Double},      std::pair{Word::Int, Word::Character},
+        std::pair{Word::Int, Word::String},      std::pair{Word::Double, Word::String},
+        std::pair{Word::Boolean, Word::String},  std::pair{Word::Character, Word::Int},
+        std::pair{Word::Character, Word::String}};
+    return std::find(conversions.begin(), conversions.end(), std::pair{from, to}) !=
+           conversions.end();
+}
+
+std::string_view suffixFor(Type type) {
+    switch (type) {
+        case Word::Double:
+            return "Double";
+        case Word::String:
+            return "Text";
+        case Word::Int:
+            return "Code";
+        default:
+            return "Character";
+    }
+}
+
+Number numberOf(std::string_view text) {
+    Number number;
+    const bool isHex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const auto [wholeEnd, fault] = isHex ? std::from_chars(begin + 2, end, number.whole, 16)
+                                         : std::from_chars(begin, end, number.whole);
+    const std::string_view rest{wholeEnd, static_cast<std::size_t>(end - wholeEnd)};
+    constexpr std::string_view suffixes = "lLuU";
+    if (fault == std::errc{} && rest.find_first_not_of(suffixes) == rest.npos) {
+        number.isKnown = true;
+        number.real = static_cast<double>(number.whole);
+        return number;
+    }
+    number.isDouble = !isHex;
+    const std::string copy{text};
+    char* realEnd = nullptr;
+    number.real = std::strtod(copy.c_str(), &realEnd);
+    const std::string_view suffix{realEnd};
+    number.isKnown = !isHex && realEnd != copy.c_str() &&
+                     (suffix.empty() || suffix == "f" || suffix == "F" || suffix == "d");
+    if (text.find_first_not_of("0123456789") == text.npos) {
+        number.isDouble = false;  // more digits than 64 bits hold
+        number.whole = static_cast<std::uint64_t>(-1);
+    }
+    return number;
+}
+
+Model::Model(const Tree& itsTree) : source(itsTree) {
+    const std::size_t count = source.nodes.size();
+    owner.assign(count, noFunction);
+    meanings.assign(count, noVariable);
+    meantTypes.assign(count, Word::End);
+    krelTypes.assign(count, Word::End);
+    calls.assign(count, false);
+    effects.assign(count, false);
+    lows.resize(count);
+    collectFunctions();
+    walk();
+}
+
+FunctionId Model::functionNamed(std::string_view name) const {
+    const auto entry = functionsByName.find(name);
+    return entry == functionsByName.end() ? noFunction : entry->second;
+}
+
+void Model::collectFunctions() {
+    for (NodeId id = 0; id < source.nodes.size(); ++id) {
+        const NodeId first = source[id].first;
+        lows[id] = first == noNode ? id : lows[first];
+        if (source[id].kind != Kind::Function) {
+            continue;
+        }
+        const auto number = static_cast<FunctionId>(allFunctions.size());
+        Function function;
+        function.name = source.wordOf(id);
+        function.type = source[first].op;
+        function.node = id;
+        functionsByName.try_emplace(function.name, number);
+        allFunctions.push_back(std::move(function));
+    }
+    for (FunctionId number = 0; number < allFunctions.size(); ++number) {
+        const NodeId last = allFunctions[number].node;
+        for (NodeId id = lows[last]; id <= last; ++id) {
+            owner[id] = owner[id] == noFunction ? number : owner[id];
+        }
+    }
+    // Parameters' types are needed at calls that come earlier.
+    for (FunctionId number = 0; number < allFunctions.size(); ++number) {
+        for (const NodeId id : source.children(allFunctions[number].node)) {
+            if (source[id].kind == Kind::Parameter && source[id].token != Syntax::noToken) {
+                declare(id);
+            }
+        }
+    }
+}
+
+void Model::walk() {
+    std::vector<NodeId> open;  // names that nothing earlier declares
+    FunctionId function = noFunction;
+    const auto finish = [&] {
+        if (function != noFunction) {
+            resolveEarly(function, open);
+        }
+        open.clear();
+        known.clear();
+    };
+    for (NodeId id = 0; id < source.nodes.size(); ++id) {
+        if (owner[id] != function) {
+            finish();
+            function = owner[id];
+            if (function != noFunction) {
+                for (const VariableId parameter : allFunctions[function].parameters) {
+                    Declared& entry = known[allVariables[parameter].name];
+                    allVariables[parameter].before = entry.last;
+                    entry.open.push_back(parameter);
+                    entry.last = parameter;
+                    entry.first = entry.first == noVariable ? parameter : entry.first;
+                }
+            }
+        }
+        const Kind kind = source[id].kind;
+        if (kind == Kind::Name) {
+            resolve(id);
+            if (meanings[id] == noVariable) {
+                open.push_back(id);
+            }
+        } else if (kind == Kind::Declarator && source[id].token != Syntax::noToken) {
+            declare(id);
+        }
+        typeExpression(id);
+        for (NodeId child = source[id].first; child != noNode; child = source[child].next) {
+            calls[id] = calls[id] || calls[child];
+            effects[id] = effects[id] || effects[child];
+        }
+        calls[id] = calls[id] || kind == Kind::Call || kind == Kind::Method;
+        effects[id] = effects[id] || kind == Kind::Assign || kind == Kind::Update;
+    }
+    finish();
+}
+
+void Model::declare(NodeId id) {
+    const bool isParameter = source[id].kind == Kind::Parameter;
+    Variable variable;
+    variable.name = source.wordOf(id);
+    variable.node = id;
+    variable.function = owner[id];
+    variable.isParameter = isParameter;
+    const NodeId type = isParameter ? source[id].first : source.child(source[id].parent, 0);
+    variable.type = type == noNode ? Word::End : source[type].op;
+    for (NodeId child = source[id].first; child != noNode; child = source[child].next) {
+        if (source[child].kind == Kind::ArrayBound) {
+            variable.bounds.push_back(child);
+        } else if (isExpression(source[child].kind)) {
+            variable.initial = child;
+        }
+    }
+    variable.isArray = !variable.bounds.empty();
+    if (variable.type == Word::Name) {  // `var x = 1`
+        variable.type = variable.initial == noNode ? Word::End : meantTypes[variable.initial];
+    }
+    NodeId scope = source[id].parent;
+    while (scope != noNode && source[scope].kind != Kind::Block &&
+           source[scope].kind != Kind::For && source[scope].kind != Kind::Function) {
+        scope = source[scope].parent;
+    }
+    variable.scope = scope;
+    const auto number = static_cast<VariableId>(allVariables.size());
+    meanings[id] = number;
+    meantTypes[id] = krelTypes[id] = variable.type;
+    if (isParameter) {
+        allFunctions[owner[id]].parameters.push_back(number);
+    } else {
+        Declared& entry = known[variable.name];
+        variable.before = entry.last;
+        entry.open.push_back(number);
+        entry.last = number;
+        entry.first = entry.first == noVariable ? number : entry.first;
+    }
+    if (variable.function != noFunction) {
+        allFunctions[variable.function].variables.push_back(number);
+    }
+    allVariables.push_back(std::move(variable));
+}
+
+/// The innermost variable whose scope is open; if there is none, the one declared last, as in
+/// Krel.
+void Model::resolve(NodeId id) {
+    const auto entry = known.find(source.wordOf(id));
+    if (entry == known.end()) {
+        return;
+    }
+    std::vector<VariableId>& candidates = entry->second.open;
+    while (!candidates.empty() && allVariables[candidates.back()].scope < id) {
+        candidates.pop_back();
+    }
+    meanings[id] = candidates.empty() ? entry->second.last : candidates.back();
+    allVariables[meanings[id]].uses.push_back(id);
+}
+
+/// In Krel a variable can be used before its declaration.
+void Model::resolveEarly(FunctionId function, const std::vector<NodeId>& open) {
+    for (const NodeId id : open) {
+        const auto entry = known.find(source.wordOf(id));
+        if (entry != known.end() && owner[id] == function) {
+            meanings[id] = entry->second.first;
+            allVariables[meanings[id]].uses.push_back(id);
+        }
+    }
+}
+
+Type Model::typeOfLiteral(NodeId id) const {
+    switch (source[id].op) {
+        case Word::IntLiteral:
+            return Word::Int;
+        case Word::DoubleLiteral:
+            return Word::Double;
+        case Word::CharacterLiteral:
+            return Word::Character;
+        case Word::StringLiteral:
+        case Word::ForeignString:
+        case Word::UnclosedString:
+            return Word::String;
+        case Word::True:
+        case Word::False:
+            return Word::Boolean;
+        case Word::ForeignNumber: {
+            const Number number = numberOf(source.textOf(id));
+            return !number.isKnown ? Word::End : number.isDouble ? Word::Double : Word::Int;
+        }
+        default:
+            return Word::End;
+    }
+}
+
+Type Model::meantBinary(NodeId id) const {
+    const Word op = source[id].op;
+    if (isComparison(op) || op == Word::And || op == Word::Or) {
+        return Word::Boolean;
+    }
+    const Type left = meantTypes[source[id].first];
+    const Type right = meantTypes[source.child(id, 1)];
+    if (left == Word::String || right == Word::String) {
+        return Word::String;
+    }
+    if (left == Word::End || right == Word::End) {
+        return Word::End;
+    }
+    if (left == Word::Double || right == Word::Double) {
+        return Word::Double;
+    }
+    return left == right && left != Word::Character ? left : Word::Int;
+}
+
+void Model::typeExpression(NodeId id) {
+    const Syntax::Node& node = source[id];
+    Type meant = Word::End;
+    Type krel = Word::End;
+    switch (node.kind) {
+        case Kind::Literal:
+            meant = krel = typeOfLiteral(id);
+            break;
+        case Kind::Name:
+            meant = krel = meanings[id] == noVariable ? Word::End : allVariables[meanings[id]].type;
+            break;
+        case Kind::Unary:
+            krel = krelTypes[node.first];
+            meant = node.op == Word::Not ? Word::Boolean : meantTypes[node.first];
+            break;
+        case Kind::Binary: {
+            const Type left = krelTypes[node.first];
+            krel = left == krelTypes[source.child(id, 1)] ? left : Word::End;
+            meant = meantBinary(id);
+            break;
+        }
+        case Kind::Conditional:
+            meant = meantTypes[source.child(id, 1)];
+            if (meant == Word::Int && meantTypes[source.child(id, 2)] == Word::Double) {
+                meant = Word::Double;
+            }
+            break;
+        case Kind::Call: {
+            const FunctionId callee = functionNamed(source.wordOf(id));
+            if (node.op != Word::Name) {
+                meant = krel = Word::Void;
+            } else if (callee != noFunction) {
+                meant = krel = allFunctions[callee].type;
+                allFunctions[callee].calls.push_back(id);
+            }
+            break;
+        }
+        case Kind::Assign:
+        case Kind::Update:
+        case Kind::Index:
+        case Kind::Parentheses:
+            meant = meantTypes[node.first];
+            krel = krelTypes[node.first];
+            break;
+        case Kind::Cast:
+            meant = krel = source[node.first].op;
+            break;
+        default:
+            return;
+    }
+    meantTypes[id] = meant;
+    krelTypes[id] = krel;
+}
+
+}  // namespace krel::Check

@@ -1,0 +1,253 @@
+// The part of the repairer that all rules use: copies with edits of single tokens, reports, fresh
+// names, preludes. Comes in: the user's text and its tree. Goes out: pieces of the repaired text.
+
+#include "tools/check/repairer.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <utility>
+
+namespace krel::Check {
+
+Repairer::Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut)
+    : model(itsModel), tree(itsModel.tree()), leftOut(itsLeftOut) {
+    for (const Syntax::Token& token : tree.tokens.words) {
+        if (token.word == Word::Name) {
+            usedNames.emplace(tree.textOf(token.range));
+        }
+    }
+}
+
+Pieces Repairer::repair() {
+    findNames();
+    findForeignWords();
+    collectTokenEdits();
+    Pieces out;
+    program(out);
+    return out;
+}
+
+void Repairer::editToken(SourceRange range, std::string text) {
+    tokenEdits.push_back({range, std::move(text)});
+}
+
+namespace {
+
+struct MissingWord {
+    Syntax::Gap::Kind kind;
+    std::string_view text;
+    std::string_view name;
+};
+
+constexpr std::array missingWords = {
+    MissingWord{Syntax::Gap::Kind::Semicolon, ";", "semicolon"},
+    MissingWord{Syntax::Gap::Kind::Parenthesis, ")", "closing parenthesis"},
+    MissingWord{Syntax::Gap::Kind::Bracket, "]", "closing bracket"},
+    MissingWord{Syntax::Gap::Kind::Brace, "}", "closing brace"},
+};
+
+}  // namespace
+
+void Repairer::collectTokenEdits() {
+    for (const Syntax::Gap& gap : tree.gaps) {
+        if (gap.kind == Syntax::Gap::Kind::Unexpected || gap.kind == Syntax::Gap::Kind::TooDeep) {
+            unread.push_back(gap.at);
+        }
+        for (const MissingWord& missing : missingWords) {
+            if (missing.kind == gap.kind) {
+                tokenEdits.push_back({{gap.at, gap.at}, std::string{missing.text}, true});
+                say("missing-token", Severity::Error, {gap.at, gap.range.end},
+                    "a " + std::string{missing.name} + " is missing here",
+                    "insert " + quoted(missing.text));
+            }
+        }
+    }
+    std::sort(unread.begin(), unread.end());
+    std::stable_sort(tokenEdits.begin(), tokenEdits.end(),
+                     [](const TokenEdit& left, const TokenEdit& right) {
+                         return left.range.begin < right.range.begin;
+                     });
+}
+
+/// Takes over a range, with the edits of the tokens in it. An insertion belongs to the range that
+/// begins there.
+void Repairer::copy(std::uint32_t begin, std::uint32_t end, Pieces& out) {
+    auto edit = std::lower_bound(tokenEdits.begin(), tokenEdits.end(), begin,
+                                 [](const TokenEdit& candidate, std::uint32_t place) {
+                                     return candidate.range.begin < place;
+                                 });
+    for (; edit != tokenEdits.end() && edit->range.begin < end; ++edit) {
+        if ((edit->once && edit->done) || edit->range.begin < begin) {
+            continue;
+        }
+        out.keep({begin, edit->range.begin});
+        out.insert(edit->text, edit->range);
+        markDone(*edit);
+        begin = std::max(begin, edit->range.end);
+    }
+    out.keep({begin, end});
+}
+
+void Repairer::markDone(TokenEdit& edit) {
+    if (!edit.done) {
+        edit.done = true;
+        doneEdits.push_back(static_cast<std::size_t>(&edit - tokenEdits.data()));
+    }
+}
+
+/// Writes what is missing at the end of something, before anything else is written there.
+void Repairer::finishAt(std::uint32_t place, Pieces& out) {
+    auto edit = std::lower_bound(
+        tokenEdits.begin(), tokenEdits.end(), place,
+        [](const TokenEdit& candidate, std::uint32_t at) { return candidate.range.begin < at; });
+    for (; edit != tokenEdits.end() && edit->range.begin == place; ++edit) {
+        if (edit->once && !edit->done) {
+            out.insert(edit->text, edit->range);
+            markDone(*edit);
+        }
+    }
+}
+
+void Repairer::say(std::string_view rule, Severity severity, SourceRange range, std::string message,
+                   std::string help) {
+    if (said.emplace(rule, range.begin).second) {
+        findings.push_back({rule, severity, range, std::move(message), std::move(help)});
+    }
+}
+
+std::string Repairer::quoted(std::string_view text) {
+    return "`" + std::string{text} + "`";
+}
+
+bool Repairer::isFree(const std::string& name) const {
+    constexpr std::array<std::string_view, 29> reserved = {
+        "arg",          "boolean",      "break",       "call",        "character",      "chartoint",
+        "chartostring", "booltostring", "continue",    "double",      "doubletostring", "else",
+        "elseif",       "exit",         "false",       "for",         "goto",           "if",
+        "int",          "inttochar",    "inttodouble", "inttostring", "param",          "print",
+        "return",       "string",       "true",        "void",        "while"};
+    return usedNames.count(name) == 0 &&
+           std::find(reserved.begin(), reserved.end(), name) == reserved.end();
+}
+
+/// A name that nothing in the program has, and no word of the intermediate code is.
+std::string Repairer::fresh(std::string base) {
+    if (base.size() > 60) {
+        base.resize(60);
+    }
+    std::string name = base;
+    for (int number = 2; !isFree(name); ++number) {
+        name = base + (std::isdigit(static_cast<unsigned char>(base.back())) != 0 ? "_" : "") +
+               std::to_string(number);
+    }
+    usedNames.insert(name);
+    newNames.push_back(name);
+    return name;
+}
+
+/// The blanks before the first word of the line in which a statement begins.
+std::string Repairer::indentOf(NodeId id) const {
+    const std::size_t begin = tree[id].range.begin;
+    const std::size_t before = begin == 0 ? tree.text.npos : tree.text.rfind('\n', begin - 1);
+    const std::size_t line = before == tree.text.npos ? 0 : before + 1;
+    const std::size_t word = std::min(tree.text.find_first_not_of(" \t", line), begin);
+    return std::string{tree.text.substr(line, word - line)};
+}
+
+/// What separates statements written before this one from it.
+std::string Repairer::separatorOf(NodeId id) const {
+    const std::string indent = indentOf(id);
+    const std::size_t begin = tree[id].range.begin;
+    const bool beginsLine = begin == indent.size() ||
+                            (begin > indent.size() && tree.text[begin - indent.size() - 1] == '\n');
+    return beginsLine ? "\n" + indent : " ";
+}
+
+/// Runs `write` and returns the prelude that it asks for, instead of adding it to the current one.
+Repairer::Prelude Repairer::capture(const Write& write) {
+    Prelude mine;
+    std::swap(mine, prelude);
+    Pieces ignored;
+    write(ignored);
+    std::swap(mine, prelude);
+    return mine;
+}
+
+void Repairer::flush(Prelude& statements, NodeId id, Pieces& out) {
+    for (Pieces& each : statements) {
+        out.append(std::move(each));
+        out.insert(separatorOf(id), tree[id].range);
+    }
+    statements.clear();
+}
+
+/// Writes a statement and, before it, its prelude. What the prelude calls is called before what is
+/// left in the statement; so if something to the left of it calls a function as well, all is
+/// written again, with these calls moved, too.
+void Repairer::withPrelude(NodeId id, const Write& write, Pieces& out) {
+    Prelude outer;
+    std::swap(outer, prelude);
+    const NodeId outerLimit = std::exchange(hoistCallsBefore, 0);
+    const NodeId outerLast = std::exchange(lastHoistWithCall, 0);
+    const NodeId outerFirst = std::exchange(firstCallInPlace, noNode);
+    const std::size_t namesBefore = newNames.size();
+    const std::size_t editsBefore = doneEdits.size();
+    Pieces text;
+    write(text);
+    if (firstCallInPlace < lastHoistWithCall) {
+        hoistCallsBefore = lastHoistWithCall;
+        prelude.clear();
+        for (; newNames.size() > namesBefore; newNames.pop_back()) {
+            // Constants of the function stay.
+            const bool isConstant =
+                std::any_of(constants.begin(), constants.end(),
+                            [&](const auto& entry) { return entry.second == newNames.back(); });
+            if (!isConstant) {
+                usedNames.erase(newNames.back());
+            }
+        }
+        for (; doneEdits.size() > editsBefore; doneEdits.pop_back()) {
+            tokenEdits[doneEdits.back()].done = false;
+        }
+        text = Pieces{};
+        write(text);
+    }
+    std::swap(outer, prelude);
+    hoistCallsBefore = outerLimit;
+    lastHoistWithCall = outerLast;
+    firstCallInPlace = outerFirst;
+    flush(outer, id, out);
+    out.append(std::move(text));
+}
+
+/// Declares a variable in the prelude and returns its name.
+std::string Repairer::hoist(Type type, const std::string& base, Pieces&& value, NodeId because) {
+    const std::string name = fresh(base);
+    const SourceRange origin = tree[because].range;
+    value.markAsMoved();
+    Pieces declaration;
+    declaration.insert(std::string{nameOf(type)} + " " + name + " = ", origin);
+    declaration.append(std::move(value));
+    declaration.insert(";", origin);
+    prelude.push_back(std::move(declaration));
+    if (model.hasCall(because)) {
+        lastHoistWithCall = std::max(lastHoistWithCall, because);
+    }
+    return name;
+}
+
+/// Moves a whole expression into a variable and writes its name instead. Returns the declaration.
+std::string Repairer::hoisted(NodeId id, const std::string& base, Type type, Pieces& out) {
+    const NodeId firstCall = firstCallInPlace;
+    Pieces value;
+    Context context;
+    context.want = type;
+    expression(id, context, value);
+    firstCallInPlace = firstCall;
+    const std::string name = hoist(type, base, std::move(value), id);
+    out.insert(name, tree[id].range);
+    return textOf(prelude.back());
+}
+
+}  // namespace krel::Check

@@ -1,0 +1,190 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "tools/check/finding.hpp"
+#include "tools/check/model.hpp"
+#include "tools/check/pieces.hpp"
+
+namespace krel::Check {
+
+/// Writes a program anew in the way that the compiler takes, and says what it had to change and
+/// why. What is Krel already is taken over byte by byte.
+///
+/// One function writes each construct. A construct that may not stand where it stands is moved into
+/// a variable of its own: the declaration goes to the *prelude*, the statements that have to run
+/// right before the statement at hand. Who writes a statement decides where its prelude goes: in
+/// front of it, into the body of a loop, or into an `else`.
+///
+/// The functions are grouped by rules, in rules/; each group has the pages of its rules.
+class Repairer {
+public:
+    /// Statements of `leftOut` are replaced by something that the compiler accepts, without a word.
+    Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut);
+
+    /// The whole program. To be called once.
+    Pieces repair();
+    /// What there is to say, in no particular order.
+    std::vector<Finding> takeFindings() { return std::move(findings); }
+
+private:
+    /// What an expression has to be where it stands.
+    struct Context {
+        bool calls = true;       // functions may be called here
+        bool typed = true;       // the compiler checks types here
+        bool condition = false;  // only zero or not zero matters
+        bool printed = false;    // an argument of print
+        Type want = Word::End;   // the type that is needed; End when any will do
+    };
+
+    using Prelude = std::vector<Pieces>;
+    using Write = std::function<void(Pieces&)>;
+
+    /// An edit of single tokens, which any copy of them carries out.
+    struct TokenEdit {
+        SourceRange range;
+        std::string text;
+        bool once = false;  // an insertion that is not repeated
+        bool done = false;
+    };
+
+    // Tokens (repairer.cpp)
+    void collectTokenEdits();
+    void editToken(SourceRange range, std::string text);
+    void copy(std::uint32_t begin, std::uint32_t end, Pieces& out);
+    void copy(NodeId id, Pieces& out) { copy(tree[id].range.begin, tree[id].range.end, out); }
+    void finishAt(std::uint32_t place, Pieces& out);
+    void markDone(TokenEdit& edit);
+
+    // Reports and names (repairer.cpp)
+    void say(std::string_view rule, Severity severity, SourceRange range, std::string message,
+             std::string help);
+    std::string fresh(std::string base);
+    bool isFree(const std::string& name) const;
+    std::string textOf(const Pieces& pieces) const { return pieces.textOver(tree.text); }
+    std::string indentOf(NodeId statement) const;
+    std::string separatorOf(NodeId statement) const;
+    static std::string quoted(std::string_view text);
+
+    // Preludes (repairer.cpp)
+    Prelude capture(const Write& write);
+    void withPrelude(NodeId statement, const Write& write, Pieces& out);
+    void flush(Prelude& statements, NodeId statement, Pieces& out);
+    std::string hoist(Type type, const std::string& base, Pieces&& value, NodeId because);
+    std::string hoisted(NodeId id, const std::string& base, Type type, Pieces& out);
+
+    // Statements (statements.cpp)
+    void program(Pieces& out);
+    void function(NodeId id, Pieces& out);
+    void statement(NodeId id, Pieces& out);
+    void statements(NodeId block, std::uint32_t& at, Pieces& out);
+    void expressionStatement(NodeId id, Pieces& out);
+    void returnStatement(NodeId id, Pieces& out);
+    void leaveOut(NodeId id, Pieces& out);
+    /// The body of an `if` or a loop: a block in any case, with statements before and behind.
+    void body(NodeId id, std::uint32_t header, Prelude&& first, Prelude&& last, Pieces& out);
+    void blockWith(NodeId id, Prelude&& first, Prelude&& last, Pieces& out);
+    void ifStatement(NodeId id, Pieces& out);
+    void whileStatement(NodeId id, Pieces& out);
+    void doStatement(NodeId id, Pieces& out);
+    void forStatement(NodeId id, Pieces& out);
+    void condition(NodeId id, Pieces& out);
+    Pieces leaveUnless(NodeId condition, Pieces&& text) const;
+    bool continues(NodeId body) const;
+    Prelude forInit(NodeId part, Pieces& out);
+    Prelude forUpdate(NodeId part);
+    void simple(NodeId expression, Pieces& out);
+    std::uint32_t endOfHeader(NodeId before) const;
+
+    // Expressions (expressions.cpp)
+    void expression(NodeId id, const Context& context, Pieces& out);
+    void childrenOf(NodeId id, const Context& context, Pieces& out);
+    void literal(NodeId id, const Context& context, Pieces& out);
+    void unary(NodeId id, const Context& context, Pieces& out);
+    void binary(NodeId id, const Context& context, Pieces& out);
+    Pieces binaryStep(NodeId id, const Context& context, Pieces&& left);
+    Context operandContext(NodeId id, const Context& context) const;
+    bool isAsItShouldBe(NodeId id, const Context& context) const;
+    NodeId inner(NodeId id) const;
+    bool isAtom(NodeId id) const;
+    bool isTruth(NodeId id) const;
+    bool isIndexAtom(NodeId id) const;
+
+    // rules/
+    std::string constant(Type type, const std::string& key, const std::string& base,
+                         const std::string& setting, NodeId because);
+    std::string doubleConstant(NodeId because, double value);
+    void wholeDouble(NodeId id, Pieces& out);
+    void smallDouble(NodeId id, const Number& number, Pieces& out);
+    bool isWholeDouble(NodeId id) const;
+    bool isSilentDouble(NodeId id) const;
+    void place(NodeId id, Pieces& out);
+    void cast(NodeId id, const Context& context, Pieces& out);
+    bool aloneCast(NodeId id, Type target, Pieces& out);
+    void call(NodeId id, const Context& context, Pieces& out);
+    void arguments(NodeId id, Pieces& out);
+    void truthValue(NodeId id, const Context& context, Pieces& out);
+    bool coerce(NodeId id, const Context& context, Pieces& out);
+    bool coerceLiteral(NodeId id, Type want, Pieces& out);
+    std::string atomFor(NodeId id, const std::string& base, Pieces&& text);
+    void choose(NodeId id, const Context& context, Pieces& out);
+    void nestedAssignment(NodeId id, const Context& context, Pieces& out);
+    void nestedUpdate(NodeId id, Pieces& out);
+    Pieces remainder(NodeId id, Pieces&& left);
+    Pieces shortCircuit(NodeId id, Pieces&& left, Prelude&& before, Pieces&& right);
+    bool needsLeft(NodeId right) const;
+    void assignment(NodeId id, NodeId statement, Pieces& out);
+    void update(NodeId id, Pieces& out);
+    void callStatement(NodeId id, NodeId statement, Pieces& out);
+    void characterLiteral(NodeId id, const Context& context, Pieces& out);
+    void stringLiteral(NodeId id, const Context& context, Pieces& out);
+    bool isRefusedText(NodeId id) const;
+    void declaration(NodeId id, Pieces& out);
+    void declarator(NodeId id, bool withType, Pieces& out);
+    void arrayDeclarator(NodeId id, Pieces& out);
+    void elements(NodeId list, Type type, bool isFirst, Pieces& out);
+    void initialValue(NodeId id, Type type, Pieces& out);
+    bool isPlainDeclaration(NodeId id) const;
+    bool isReadable(NodeId statement) const;
+    bool isArray(NodeId declarator) const;
+    std::string defaultOf(Type type) const;
+    void findNames();
+    void findForeignWords();
+    void rename(VariableId variable, const std::string& name);
+    std::string nameNow(VariableId variable) const;
+
+    const Model& model;
+    const Tree& tree;
+    const std::unordered_set<NodeId>& leftOut;
+
+    std::vector<TokenEdit> tokenEdits;   // in order, once collected
+    std::vector<std::size_t> doneEdits;  // in the order in which they were carried out
+    std::vector<Finding> findings;
+    std::set<std::pair<std::string_view, std::uint32_t>> said;  // rules and where
+
+    std::unordered_set<std::string> usedNames;  // of the whole program, and of new ones
+    std::vector<std::string> newNames;          // in the order in which they were made
+    std::map<VariableId, std::string> renamed;
+    std::unordered_set<VariableId> assignedOnly;  // declared before: their type is left out
+
+    std::vector<std::uint32_t> unread;  // where something could not be read, in order
+    FunctionId currentFunction = noFunction;
+    std::map<std::string, std::string> constants;  // of the function at hand: by type and value
+    Pieces constantDeclarations;                   // of the same
+    std::string constantSeparator;
+
+    Prelude prelude;               // of the statement at hand
+    NodeId hoistCallsBefore = 0;   // these are moved although they may stand where they are
+    NodeId lastHoistWithCall = 0;  // in this statement
+    NodeId firstCallInPlace = noNode;
+};
+
+}  // namespace krel::Check

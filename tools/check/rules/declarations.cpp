@@ -1,0 +1,398 @@
+// Declarations of variables and arrays.
+
+/// # initial-value
+///
+/// ## What it finds
+///
+/// A variable that is declared without a value.
+///
+/// ## Why
+///
+/// A declaration of a scalar always has an initial value.
+///
+/// ## Example
+///
+/// ```krel fragment
+/// int x;
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// int x = 0;
+/// ```
+
+/// # array-declaration
+///
+/// ## What it finds
+///
+/// An array in one declaration with other variables, or with two dimensions.
+///
+/// ## Why
+///
+/// An array has a declaration of its own, and one dimension. What follows an array in its
+/// declaration is never declared, without a message.
+///
+/// ## Example
+///
+/// ```krel fragment
+/// int t[3], u[3];
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// int t[3];
+/// int u[3];
+/// ```
+
+/// # array-size
+///
+/// ## What it finds
+///
+/// An array without a size, or with one that is computed.
+///
+/// ## Why
+///
+/// The size is an integer literal, or a variable that is set from one.
+///
+/// ## Example
+///
+/// ```krel fragment
+/// int t[] = {1, 2};
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// int t[2] = {1, 2};
+/// ```
+
+/// # list-length
+///
+/// ## What it finds
+///
+/// An initialiser list that is longer than its array.
+///
+/// ## Why
+///
+/// The length is not checked. The values behind the end overwrite other variables.
+///
+/// ## Example
+///
+/// ```krel fragment
+/// int t[1] = {1, 2, 3};
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// int t[3] = {1, 2, 3};
+/// ```
+
+#include <optional>
+#include <string>
+
+#include "tools/check/repairer.hpp"
+
+namespace krel::Check {
+
+std::string Repairer::defaultOf(Type type) const {
+    switch (type) {
+        case Word::Double:
+            return "(double) 0";
+        case Word::Boolean:
+            return "false";
+        case Word::Character:
+            return "' '";
+        case Word::String:
+            return "\"\"";
+        default:
+            return "0";
+    }
+}
+
+bool Repairer::isArray(NodeId declarator) const {
+    const VariableId variable = model.declared(declarator);
+    return variable != noVariable && model.variables()[variable].isArray;
+}
+
+/// Whether it stays one declaration.
+bool Repairer::isPlainDeclaration(NodeId id) const {
+    std::size_t count = 0;
+    bool hasArray = false;
+    bool isAssigned = false;
+    for (NodeId child = tree[id].first; child != noNode; child = tree[child].next) {
+        const VariableId variable = model.declared(child);
+        if (tree[child].kind != Kind::Declarator) {
+            continue;
+        }
+        ++count;
+        if (variable != noVariable) {
+            hasArray = hasArray || model.variables()[variable].isArray;
+            isAssigned = isAssigned || assignedOnly.count(variable) != 0;
+        }
+    }
+    return (!hasArray && !isAssigned) || (count == 1 && !isAssigned);
+}
+
+void Repairer::declaration(NodeId id, Pieces& out) {
+    const std::vector<NodeId> children = tree.children(id);
+    std::uint32_t at = tree[id].range.begin;
+    if (isPlainDeclaration(id)) {
+        for (const NodeId child : children) {
+            copy(at, tree[child].range.begin, out);
+            if (tree[child].kind == Kind::Type) {
+                copy(child, out);
+            } else {
+                declarator(child, false, out);
+            }
+            at = tree[child].range.end;
+        }
+        copy(at, tree[id].range.end, out);
+        return;
+    }
+    const SourceRange range = tree[id].range;
+    if (children.size() > 2) {
+        const VariableId first = model.declared(children[1]);
+        const bool silent = first != noVariable && model.variables()[first].isArray;
+        for (std::size_t index = 1; index < children.size(); ++index) {
+            const VariableId variable = model.declared(children[index]);
+            if (variable != noVariable &&
+                (silent ? index > 1 : model.variables()[variable].isArray)) {
+                say("array-declaration", Severity::Error, tree[children[index]].range,
+                    "an array stands in a declaration of its own",
+                    "declare `" + std::string{model.variables()[variable].name} + "` by itself");
+            }
+        }
+    }
+    for (std::size_t index = 1; index < children.size(); ++index) {
+        if (index > 1) {
+            out.insert(";" + separatorOf(id), range);
+        }
+        declarator(children[index], true, out);
+    }
+    copy(tree[children.back()].range.end, range.end, out);
+}
+
+void Repairer::declarator(NodeId id, bool withType, Pieces& out) {
+    const VariableId number = model.declared(id);
+    const SourceRange range = tree[id].range;
+    if (number == noVariable) {
+        return copy(id, out);
+    }
+    const Variable& variable = model.variables()[number];
+    const SourceRange name = tree.wordRange(id);
+    if (withType && assignedOnly.count(number) == 0) {
+        out.insert(std::string{nameOf(variable.type)} + " ", {range.begin, range.begin});
+    }
+    if (variable.isArray) {
+        return arrayDeclarator(id, out);
+    }
+    copy(name.begin, name.end, out);
+    if (variable.initial == noNode) {
+        const std::string value = assignedOnly.count(number) != 0 && variable.type == Word::Double
+                                      ? doubleConstant(id, 0.0)
+                                      : defaultOf(variable.type);
+        say("initial-value", Severity::Error, name,
+            "`" + std::string{variable.name} + "` has no initial value",
+            "write " + quoted(std::string{variable.name} + " = " + value));
+        out.insert(" = " + value, {name.end, range.end});
+        copy(name.end, range.end, out);
+        return;
+    }
+    copy(name.end, tree[variable.initial].range.begin, out);
+    if (assignedOnly.count(number) != 0) {
+        Context context;
+        context.want = variable.type;
+        expression(variable.initial, context, out);
+    } else {
+        initialValue(variable.initial, variable.type, out);
+    }
+    copy(tree[variable.initial].range.end, range.end, out);
+}
+
+/// The whole initial value of a variable, which may be a cast.
+void Repairer::initialValue(NodeId id, Type type, Pieces& out) {
+    const SourceRange range = tree[id].range;
+    if (tree[id].kind == Kind::Cast && aloneCast(id, type, out)) {
+        return;
+    }
+    const Type meant = model.meant(id);
+    const Number number = numberOf(tree.textOf(id));
+    const bool isLiteral = tree[id].kind == Kind::Literal;
+    const bool isWhole = isLiteral && type == Word::Double &&
+                         (isWholeDouble(id) || tree[id].op == Word::IntLiteral) &&
+                         number.real <= 2147483647.0;
+    const bool isName = tree[id].kind == Kind::Name && meant != type && isConvertible(meant, type);
+    const bool isQuote = isLiteral && tree.textOf(id) == "'\"'";
+    if (isWhole || isName || isQuote) {
+        const std::string operand = isQuote ? "34"
+                                    : isName
+                                        ? std::string{tree.textOf(id)}
+                                        : std::to_string(static_cast<std::int64_t>(number.real));
+        const std::string text = "(" + std::string{nameOf(type)} + ") " + operand;
+        if (isQuote) {
+            say("quote-character", Severity::Error, range,
+                "the quote is taken for the beginning of a string", "write " + quoted(text));
+        } else if (isWhole && meant == Word::Double) {
+            say("whole-double", Severity::Error, range,
+                "a double literal with a whole value becomes an integer, which is refused",
+                "write " + quoted(text));
+        } else {
+            say("implicit-conversion", Severity::Error, range,
+                "this is of type `" + std::string{nameOf(meant)} + "`, but `" +
+                    std::string{nameOf(type)} + "` is needed, and nothing is converted by itself",
+                "write " + quoted(text));
+        }
+        if (isName) {
+            out.insert("(" + std::string{nameOf(type)} + ") ", {range.begin, range.begin});
+            copy(id, out);
+        } else {
+            out.insert(text, range);
+        }
+        return;
+    }
+    Context context;
+    context.want = type;
+    expression(id, context, out);
+}
+
+namespace {
+
+/// The value of a constant expression; nothing if it has none.
+std::optional<std::int64_t> folded(const Tree& tree, NodeId id, int depth) {
+    if (id == noNode || depth > 50) {
+        return std::nullopt;
+    }
+    if (tree[id].kind == Kind::Literal && tree[id].op == Word::IntLiteral) {
+        const Number number = numberOf(tree.textOf(id));
+        return number.whole <= 2147483647U
+                   ? std::optional<std::int64_t>{static_cast<std::int64_t>(number.whole)}
+                   : std::nullopt;
+    }
+    if (tree[id].kind == Kind::Parentheses) {
+        return folded(tree, tree[id].first, depth + 1);
+    }
+    if (tree[id].kind != Kind::Binary) {
+        return std::nullopt;
+    }
+    const auto left = folded(tree, tree[id].first, depth + 1);
+    const auto right = folded(tree, tree.child(id, 1), depth + 1);
+    if (!left || !right || *left > 2147483647 || *right > 2147483647) {
+        return std::nullopt;
+    }
+    switch (tree[id].op) {
+        case Word::Plus:
+            return *left + *right;
+        case Word::Minus:
+            return *left - *right;
+        case Word::Times:
+            return *left * *right;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+void Repairer::elements(NodeId list, Type type, bool isFirst, Pieces& out) {
+    for (NodeId child = tree[list].first; child != noNode; child = tree[child].next) {
+        if (!isFirst) {
+            out.insert(", ", tree[child].range);
+        }
+        if (tree[child].kind == Kind::List) {
+            elements(child, type, true, out);
+        } else {
+            Context context;
+            context.want = type;
+            Pieces text;
+            expression(child, context, text);
+            text.markAsMoved();
+            out.append(std::move(text));
+        }
+        isFirst = false;
+    }
+}
+
+void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
+    const VariableId number = model.declared(id);
+    const Variable& variable = model.variables()[number];
+    const SourceRange range = tree[id].range;
+    const SourceRange name = tree.wordRange(id);
+    const NodeId list = variable.initial != noNode && tree[variable.initial].kind == Kind::List
+                            ? variable.initial
+                            : noNode;
+    const std::string nameText{variable.name};
+    copy(name.begin, name.end, out);
+    std::uint32_t at = name.end;
+    const NodeId bound = variable.bounds.front();
+    const NodeId size = tree[bound].first;
+    const auto sized = [&](const std::string& text, const std::string& message,
+                           std::string_view rule) {
+        say(rule, Severity::Error, tree[bound].range, message,
+            "write " + quoted(nameText + "[" + text + "]"));
+        out.insert("[" + text + "]", tree[bound].range);
+        at = tree[variable.bounds.back()].range.end;
+    };
+    const std::size_t count = list == noNode ? 0 : tree.children(list).size();
+    std::optional<std::int64_t> length = folded(tree, size, 0);
+    if (variable.bounds.size() == 2) {
+        const auto columns = folded(tree, tree[variable.bounds[1]].first, 0);
+        if (!length && size == noNode && count > 0) {
+            length = static_cast<std::int64_t>(count);
+        }
+        if (length && columns && *length > 0 && *columns > 0) {
+            sized(std::to_string(*length * *columns), "arrays have one dimension",
+                  "array-declaration");
+        }
+    } else if (size == noNode && count > 0) {
+        sized(std::to_string(count), "an array has a size", "array-size");
+    } else if (size != noNode && length && *length > 0 && !isIndexAtom(size)) {
+        sized(std::to_string(*length), "a size is one integer literal or one variable",
+              "array-size");
+    } else if (size != noNode && tree[size].kind == Kind::Name) {
+        const VariableId holder = model.meaning(size);
+        const NodeId value = holder == noVariable ? noNode : model.variables()[holder].initial;
+        const auto fixed = folded(tree, value, 0);
+        if (fixed && *fixed > 0 && tree[value].kind != Kind::Literal) {
+            sized(std::to_string(*fixed), "the variable of a size is set from one integer literal",
+                  "array-size");
+        }
+    }
+    if (list == noNode) {
+        copy(at, range.end, out);
+        return;
+    }
+    if (count == 0) {
+        say("array-size", Severity::Error, tree[list].range, "an initialiser list has elements",
+            "leave the list out");
+        return;
+    }
+    if (length && size != noNode && variable.bounds.size() == 1 &&
+        static_cast<std::int64_t>(count) > *length) {
+        say("list-length", Severity::Warning, tree[list].range,
+            "the list has " + std::to_string(count) + " values, but `" + nameText + "` has " +
+                std::to_string(*length) + " elements; the others overwrite other variables",
+            "write " + quoted(nameText + "[" + std::to_string(count) + "]"));
+    }
+    if (variable.bounds.size() == 2) {
+        copy(at, tree[list].range.begin, out);
+        out.insert("{", tree[list].range);
+        elements(list, variable.type, true, out);
+        out.insert("}", tree[list].range);
+        copy(tree[list].range.end, range.end, out);
+        return;
+    }
+    // Elements of a first value only, as in `= {0}`.
+    for (NodeId child = tree[list].first; child != noNode; child = tree[child].next) {
+        copy(at, tree[child].range.begin, out);
+        Context context;
+        context.want = variable.type;
+        expression(child, context, out);
+        at = tree[child].range.end;
+    }
+    copy(at, range.end, out);
+}
+
+}  // namespace krel::Check

@@ -1,0 +1,204 @@
+// Words of other languages that have a word of their own in Krel.
+
+/// # foreign-type
+///
+/// ## What it finds
+///
+/// The names of types in other languages: `char`, `bool`, `long`, `float`, `const int`, `var`.
+///
+/// ## Why
+///
+/// The types are `int`, `double`, `boolean`, `character` and `string`. There are no constants.
+///
+/// ## Example
+///
+/// ```krel fragment
+/// bool found = false;
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// boolean found = false;
+/// ```
+
+/// # foreign-word
+///
+/// ## What it finds
+///
+/// Operators and words of other languages: `and`, `or`, `not`, `<>`, `:=`, `elif`, `(void)`.
+///
+/// ## Why
+///
+/// They are plain names, or no words at all.
+///
+/// ## Example
+///
+/// ```krel fragment
+/// if (n > 1 and b) { }
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// if (n > 1 && b) { }
+/// ```
+
+/// # foreign-comment
+///
+/// ## What it finds
+///
+/// Comments that begin with `//` or `/*`.
+///
+/// ## Why
+///
+/// A comment begins with `#`.
+///
+/// ## Example
+///
+/// ```krel fragment
+/// // one more
+/// i++;
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// # one more
+/// i++;
+/// ```
+
+/// # carriage-return
+///
+/// ## What it finds
+///
+/// Lines that end in CR LF.
+///
+/// ## Why
+///
+/// The carriage return is no white space. Each one is refused.
+///
+/// ## Example
+///
+/// A file from Windows.
+///
+/// ## Use instead
+///
+/// Line feeds alone.
+
+/// # main-type
+///
+/// ## What it finds
+///
+/// A function `main` that returns something.
+///
+/// ## Why
+///
+/// `main` is `void main()`. The exit status is 0.
+///
+/// ## Example
+///
+/// ```krel
+/// int main() {
+///     return 0;
+/// }
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel
+/// void main() {
+/// }
+/// ```
+
+#include <string>
+
+#include "tools/check/repairer.hpp"
+
+namespace krel::Check {
+
+void Repairer::findForeignWords() {
+    const auto replace = [&](std::string_view rule, SourceRange range, std::string_view instead,
+                             const std::string& message) {
+        say(rule, Severity::Error, range, message, "write " + quoted(instead));
+        editToken(range, std::string{instead});
+    };
+    for (NodeId id = 0; id < tree.nodes.size(); ++id) {
+        const Syntax::Node& node = tree[id];
+        const std::string_view word = tree.wordOf(id);
+        if (node.kind == Kind::Type && node.foreign) {
+            Type type = node.op;
+            const NodeId parent = node.parent;
+            if (type == Word::Name && tree[parent].kind == Kind::Declaration) {
+                const VariableId first = model.declared(tree.child(parent, 1));
+                type = first == noVariable ? Word::End : model.variables()[first].type;
+            }
+            if (!nameOf(type).empty() && node.range.begin < node.range.end) {
+                replace("foreign-type", node.range, nameOf(type),
+                        "`" + std::string{tree.textOf(id)} + "` is no type");
+            }
+        } else if (node.kind == Kind::Binary && word.size() > 1 &&
+                   (word == "and" || word == "or" || word == "<>")) {
+            replace("foreign-word", tree.wordRange(id),
+                    word == "and"  ? "&&"
+                    : word == "or" ? "||"
+                                   : "!=",
+                    "`" + std::string{word} + "` is no operator");
+        } else if (node.kind == Kind::Unary && word == "not") {
+            replace("foreign-word", tree.wordRange(id), "!", "`not` is no operator");
+        } else if (node.kind == Kind::Assign && word == ":=") {
+            replace("foreign-word", tree.wordRange(id), "=", "`:=` is no operator");
+        } else if (node.kind == Kind::Arm && node.op == Word::Name) {
+            replace("foreign-word", tree.wordRange(id), "elseif",
+                    "`" + std::string{word} + "` is no word of Krel");
+        } else if (node.kind == Kind::Literal && (word == "True" || word == "False")) {
+            replace("foreign-word", node.range, word == "True" ? "true" : "false",
+                    "`" + std::string{word} + "` is no literal");
+        } else if (node.kind == Kind::Parameter && node.token == Syntax::noToken &&
+                   tree.textOf(id) == "void") {
+            say("foreign-word", Severity::Error, node.range, "no parameters are written `()`",
+                "leave `void` out");
+            editToken(node.range, "");
+        }
+    }
+    const FunctionId start = model.functionNamed("main");
+    if (start != noFunction) {
+        const Function& function = model.functions()[start];
+        const NodeId type = tree[function.node].first;
+        if (function.type != Word::Void && !tree[type].foreign) {
+            replace("main-type", tree[type].range, "void", "`main` returns nothing");
+        }
+    }
+    for (const SourceRange range : tree.tokens.carriageReturns) {
+        editToken(range, "");
+    }
+    if (!tree.tokens.carriageReturns.empty()) {
+        const std::size_t count = tree.tokens.carriageReturns.size();
+        say("carriage-return", Severity::Error, tree.tokens.carriageReturns.front(),
+            count == 1 ? "a carriage return is no white space"
+                       : std::to_string(count) + " carriage returns are no white space",
+            "remove them: lines end in a line feed");
+    }
+    for (const SourceRange range : tree.tokens.foreignComments) {
+        const std::string_view text = tree.textOf(range);
+        std::string instead;
+        if (text[1] == '/') {
+            instead = "#" + std::string{text.substr(2)};
+        } else {
+            const bool closed = text.size() > 3 && text.substr(text.size() - 2) == "*/";
+            const std::string inside{text.substr(2, text.size() - (closed ? 4 : 2))};
+            const std::size_t lineEnd = std::min(tree.text.find('\n', range.end), tree.text.size());
+            const bool endsLine =
+                tree.text.substr(range.end, lineEnd - range.end).find_first_not_of(" \t\r") ==
+                tree.text.npos;
+            const bool oneLine = text.find('\n') == text.npos;
+            instead =
+                oneLine && endsLine ? "#" + inside : "#{" + inside + (oneLine ? "\n}#" : " }#");
+        }
+        say("foreign-comment", Severity::Error, range, "a comment begins with `#`",
+            "write " + quoted(instead.size() > 60 ? "#" : instead));
+        editToken(range, instead);
+    }
+}
+
+}  // namespace krel::Check

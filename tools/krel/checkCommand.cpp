@@ -1,0 +1,240 @@
+// The command `krel check`. Comes in: its words, and the programs that they name. Goes out: what is
+// wrong with them, or the same programs repaired.
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "tools/check/check.hpp"
+#include "tools/check/render.hpp"
+#include "tools/files/sourceFiles.hpp"
+#include "tools/krel/commands.hpp"
+#include "tools/krel/options.hpp"
+#include "tools/krel/report.hpp"
+#include "tools/krel/standardInput.hpp"
+
+namespace krel {
+
+namespace {
+
+/// The exit statuses of this command. A later one outdoes an earlier one.
+enum CheckStatus : int { nothingFound = 0, found = 1, couldNot = 2 };
+
+/// What messages call the program on standard input.
+constexpr const char* standardInput = "stdin.krl";
+
+struct CheckOptions {
+    std::string colour = "auto";
+    std::string format = "text";
+    std::string fix;  // empty, "safe" or "all"
+    bool difference = false;
+    bool hints = false;
+};
+
+bool wantsColours(const CheckOptions& options) {
+    if (options.colour != "auto") {
+        return options.colour == "always";
+    }
+    const char* const refused = std::getenv("NO_COLOR");
+    return (refused == nullptr || *refused == '\0') && isatty(STDOUT_FILENO) == 1;
+}
+
+/// Checks one file after the other and remembers how that went.
+class Checking {
+public:
+    explicit Checking(const CheckOptions& itsOptions)
+        : options(itsOptions), colours(wantsColours(itsOptions)) {}
+
+    /// Checks a file, all programs in a directory, or standard input, which is "-". What cannot be
+    /// done is told on standard error.
+    void check(const std::string& path) {
+        try {
+            std::error_code ignored;
+            if (path == "-") {
+                take(standardInput, readStandardInput());
+            } else if (std::filesystem::is_directory(path, ignored)) {
+                for (const std::string& program : programsIn(path)) {
+                    check(program);
+                }
+            } else {
+                take(path, readSource(path));
+            }
+        } catch (const std::bad_alloc&) {
+            fail(path + ": out of memory");
+        } catch (const std::exception& fault) {
+            fail(fault.what());
+        }
+    }
+
+    /// Writes what is written at the end, and returns the exit status.
+    int finish() {
+        if (options.format == "json") {
+            print(Check::jsonOf(files));
+        } else if (options.format == "sarif") {
+            print(Check::sarifOf(files));
+        }
+        return worst;
+    }
+
+private:
+    void take(const std::string& path, std::string text) {
+        Check::Report report = Check::check(text, path);
+        if (!options.hints) {
+            auto& findings = report.findings;
+            findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                          [](const Check::Finding& finding) {
+                                              return finding.severity == Check::Severity::Hint;
+                                          }),
+                           findings.end());
+        }
+        Check::CheckedFile file{path, std::move(text), std::move(report)};
+        // Repairs of an accepted program may change what it does.
+        const bool mayFix =
+            !file.report.edits.empty() && (options.fix == "all" || !file.report.accepted);
+        if (options.difference) {
+            if (mayFix || options.fix.empty()) {
+                showDifference(file);
+            }
+            return;
+        }
+        if (!options.fix.empty()) {
+            repair(file, mayFix);
+            return;
+        }
+        if (!file.report.findings.empty()) {
+            worst = std::max(worst, CheckStatus::found);
+        }
+        if (options.format == "text") {
+            print(Check::textOf(file, colours));
+        } else {
+            files.push_back(std::move(file));
+        }
+    }
+
+    void showDifference(const Check::CheckedFile& file) {
+        if (file.report.edits.empty()) {
+            return;
+        }
+        print(Check::differenceOf(file, colours));
+        worst = std::max(worst, CheckStatus::found);
+    }
+
+    /// Writes the repaired program, lists the edits, and checks what is left.
+    void repair(Check::CheckedFile& file, bool mayFix) {
+        const bool isInput = file.path == standardInput;
+        std::string text = file.text;
+        if (mayFix) {
+            const LineIndex lines{file.text};
+            std::string list;
+            for (const Check::Edit& edit : file.report.edits) {
+                const LineAndColumn place = lines.positionOf(edit.range.begin);
+                list += file.path + ":" + std::to_string(place.line) + ":" +
+                        std::to_string(place.column) + ": repaired: " + oneLine(edit.text) + "\n";
+            }
+            if (isInput) {
+                complain("check: " + std::to_string(file.report.edits.size()) + " repairs");
+            } else {
+                print(list);
+                replaceSource(file.path, file.report.fixed);
+            }
+            text = file.report.fixed;
+        }
+        if (isInput) {
+            print(text);
+        }
+        Check::CheckedFile left{file.path, text, Check::check(text, file.path)};
+        auto& findings = left.report.findings;
+        findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                      [&](const Check::Finding& finding) {
+                                          return finding.severity == Check::Severity::Hint &&
+                                                 !options.hints;
+                                      }),
+                       findings.end());
+        if (!findings.empty()) {
+            worst = std::max(worst, CheckStatus::found);
+            if (!isInput) {
+                print(Check::textOf(left, colours));
+            }
+        }
+    }
+
+    static std::string oneLine(const std::string& text) {
+        std::string line;
+        for (const char byte : text) {
+            const bool isBlank = byte == '\n' || byte == ' ' || byte == '\t';
+            if (!isBlank || (!line.empty() && line.back() != ' ')) {
+                line += isBlank ? ' ' : byte;
+            }
+        }
+        return line.empty() ? "(removed)" : line;
+    }
+
+    void fail(const std::string& fault) {
+        complain("check: " + fault);
+        worst = couldNot;
+    }
+
+    const CheckOptions& options;
+    bool colours;
+    std::vector<Check::CheckedFile> files;
+    CheckStatus worst = nothingFound;
+};
+
+int check(Words words) {
+    CLI::App app;
+    CheckOptions options;
+    std::vector<std::string> paths;
+    app.add_option("FILE", paths)->required();
+    app.add_option("--fix", options.fix, "Repair refused programs; with 'all', accepted ones, too")
+        ->type_name("[all]")
+        ->expected(0, 1)
+        ->default_str("safe")
+        ->check(CLI::IsMember({"safe", "all"}).description(""));
+    app.add_flag("--diff", options.difference, "Show the repairs instead of writing them");
+    app.add_flag("--hints", options.hints, "Show guesses, too");
+    app.add_option("--format", options.format, "How findings are written; the default is text")
+        ->type_name("text|json|sarif")
+        ->check(CLI::IsMember({"text", "json", "sarif"}).description(""));
+    app.add_option("--color", options.colour, "Colours; the default is auto: on a terminal only")
+        ->type_name("always|never|auto")
+        ->check(CLI::IsMember({"always", "never", "auto"}).description(""));
+    if (!readWithoutRest(app, checkCommand, words)) {
+        return succeeded;
+    }
+    Checking checking{options};
+    for (const std::string& path : paths) {
+        checking.check(path);
+    }
+    return checking.finish();
+}
+
+}  // namespace
+
+constexpr Command checkCommand = {
+    "check",
+    "Finds what is wrong with programs, all at once, and repairs it",
+    "Finds what is wrong with programs, all at once, and repairs it.\n"
+    "\n"
+    "Examples:\n"
+    "  krel check hello.krl           lists what the compiler refuses, and what surprises\n"
+    "  krel check .                   the same for all *.krl in this directory and below\n"
+    "  krel check --diff hello.krl    shows how the program would be repaired\n"
+    "  krel check --fix hello.krl     repairs it, if the compiler refuses it\n"
+    "  krel check --fix=all .         repairs surprises in accepted programs, too\n"
+    "\n"
+    "Usage: krel check [OPTIONS] FILE...\n"
+    "\n"
+    "`krel explain RULE` tells more about a finding. The exit status is 0, 1 when there are\n"
+    "findings, and 2 when a file could not be read or written.\n",
+    check,
+};
+
+}  // namespace krel

@@ -11,6 +11,9 @@
 #include "tools/check/check.hpp"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <memory>
 #include <set>
 #include <unordered_set>
 #include <utility>
@@ -50,9 +53,7 @@ public:
         askUntilNothingNew();
         findInTree(model, findings);
         if (report.accepted) {
-            for (Finding& finding : findings) {
-                finding.severity = std::max(finding.severity, Severity::Warning);
-            }
+            dropErrors();
         } else {
             coverOriginalFaults();
         }
@@ -75,7 +76,34 @@ private:
         repaired = std::make_unique<RepairedText>(pieces, text);
         report.edits = repaired->edits();
         report.fixed = repaired->text();
+        for (const Finding& finding : findings) {
+            added.emplace(finding.rule, finding.range.begin);
+            if (finding.severity == Severity::Error) {
+                noteError(finding.rule, finding.range);
+            }
+        }
         listUnits();
+    }
+
+    /// In an accepted program an error is a mistake of the tolerant reading, and nothing that was
+    /// built on it can be trusted; but for words that the compiler happens not to notice.
+    void dropErrors() {
+        bool isMistaken = !report.fixedIsAccepted;
+        const auto isMistake = [&](Finding& finding) {
+            if (finding.severity == Severity::Error &&
+                (finding.rule == "reserved-name" || finding.rule == "array-declaration")) {
+                finding.severity = Severity::Warning;
+            }
+            return finding.severity == Severity::Error;
+        };
+        const auto mistakes = std::remove_if(findings.begin(), findings.end(), isMistake);
+        isMistaken = isMistaken || mistakes != findings.end();
+        findings.erase(mistakes, findings.end());
+        if (isMistaken) {
+            report.edits.clear();
+            report.fixed = text;
+            report.fixedIsAccepted = true;
+        }
     }
 
     void askUntilNothingNew() {
@@ -90,6 +118,9 @@ private:
             const FrontEnd::Compilation& compilation = isSame ? *original : *again;
             if (round == 0) {
                 report.fixedIsAccepted = compilation.outcome() == FrontEnd::Outcome::Complete;
+            }
+            if (report.accepted) {
+                return;
             }
             const std::size_t before = leftOut.size();
             for (const CompilerFault& fault : faultsOf(compilation)) {
@@ -126,12 +157,19 @@ private:
     bool isFollowing(std::string_view message, SourceRange range) const {
         const bool isSecond = message.substr(0, 28) == "Function call used as a stat" ||
                               message.substr(0, 21) == "Array size identifier";
-        return isSecond && std::any_of(findings.begin(), findings.end(), [&](const Finding& other) {
-                   return other.severity == Severity::Error &&
-                          other.range.begin < std::max(range.end, range.begin + 1) &&
-                          range.begin < std::max(other.range.end, other.range.begin + 1) &&
-                          other.rule != "call-place";
-               });
+        if (!isSecond) {
+            return false;
+        }
+        const auto behind = errorEnds.lower_bound(std::max(range.end, range.begin + 1));
+        return behind != errorEnds.begin() &&
+               std::max(std::prev(behind)->second, std::prev(behind)->first + 1) > range.begin;
+    }
+
+    void noteError(std::string_view rule, SourceRange range) {
+        if (rule != "call-place") {
+            std::uint32_t& end = errorEnds[range.begin];
+            end = std::max(end, range.end);
+        }
     }
 
     void add(const std::string& message, SourceRange range) {
@@ -140,13 +178,7 @@ private:
         if (!added.emplace(rule, range.begin).second) {
             return;
         }
-        const bool isTold =
-            std::any_of(findings.begin(), findings.end(), [&](const Finding& other) {
-                return other.rule == rule && other.range.begin == range.begin;
-            });
-        if (isTold) {
-            return;
-        }
+        noteError(rule, range);
         findings.push_back({rule, Severity::Error, range, readable(message, tree.textOf(range)),
                             helpFor(message, range)});
     }
@@ -272,7 +304,8 @@ private:
     Model model;
     Report report;
     std::vector<Finding> findings;
-    std::set<std::pair<std::string_view, std::uint32_t>> added;
+    std::set<std::pair<std::string_view, std::uint32_t>> added;  // rules and places of findings
+    std::map<std::uint32_t, std::uint32_t> errorEnds;            // by where the errors begin
     std::unique_ptr<RepairedText> repaired;
     std::unordered_set<NodeId> leftOut;
     std::vector<Unit> units;  // in order

@@ -51,7 +51,8 @@ bool Repairer::isAsItShouldBe(NodeId id, const Context& context) const {
         return context.want == Word::End ||
                (krel == context.want && (krel == Word::Boolean || krel == Word::Int));
     }
-    return context.want == Word::End || meant == Word::End || meant == context.want;
+    return context.want == Word::End || meant == Word::End || meant == context.want ||
+           model.krel(id) == context.want;
 }
 
 void Repairer::expression(NodeId id, const Context& context, Pieces& out) {
@@ -63,6 +64,10 @@ void Repairer::expression(NodeId id, const Context& context, Pieces& out) {
         if (coerce(id, context, out)) {
             return;
         }
+    }
+    if (context.condition && model.meant(id) == Word::Double && !isTruth(id) &&
+        tree[id].kind != Kind::Parentheses && tree[id].kind != Kind::Assign) {
+        return doubleCondition(id, context, out);
     }
     switch (tree[id].kind) {
         case Kind::Literal:
@@ -145,9 +150,6 @@ Repairer::Context Repairer::operandContext(NodeId id, const Context& context) co
     const Type left = model.meant(tree[id].first);
     const Type right = model.meant(tree.child(id, 1));
     if (left == Word::End || right == Word::End || left == right) {
-        // Two characters are computed with as their codes.
-        const bool computes = !isComparison(op) && left == right && left == Word::Character;
-        inside.want = computes ? Word::Int : Word::End;
         return inside;
     }
     if (isComparison(op)) {
@@ -159,7 +161,9 @@ Repairer::Context Repairer::operandContext(NodeId id, const Context& context) co
         }
         return inside;
     }
-    inside.want = model.meant(id);
+    // Without types, all but doubles and texts are numbers of 64 bits.
+    const Type type = model.meant(id);
+    inside.want = context.typed || type == Word::Double || type == Word::String ? type : Word::End;
     return inside;
 }
 

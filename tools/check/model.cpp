@@ -223,6 +223,8 @@ void Model::declare(NodeId id) {
     }
     if (variable.function != noFunction) {
         allFunctions[variable.function].variables.push_back(number);
+    } else {
+        globals.try_emplace(variable.name, number);
     }
     allVariables.push_back(std::move(variable));
 }
@@ -232,6 +234,11 @@ void Model::declare(NodeId id) {
 void Model::resolve(NodeId id) {
     const auto entry = known.find(source.wordOf(id));
     if (entry == known.end()) {
+        const auto global = globals.find(source.wordOf(id));
+        if (global != globals.end() && owner[id] != noFunction) {
+            meanings[id] = global->second;
+            allVariables[global->second].uses.push_back(id);
+        }
         return;
     }
     std::vector<VariableId>& candidates = entry->second.open;
@@ -282,8 +289,13 @@ Type Model::meantBinary(NodeId id) const {
     if (isComparison(op) || op == Word::And || op == Word::Or) {
         return Word::Boolean;
     }
-    const Type left = meantTypes[source[id].first];
-    const Type right = meantTypes[source.child(id, 1)];
+    const NodeId first = source[id].first;
+    const NodeId second = source.child(id, 1);
+    if (krelTypes[first] != Word::End && krelTypes[first] == krelTypes[second]) {
+        return krelTypes[first];
+    }
+    const Type left = meantTypes[first];
+    const Type right = meantTypes[second];
     if (left == Word::String || right == Word::String) {
         return Word::String;
     }
@@ -293,7 +305,7 @@ Type Model::meantBinary(NodeId id) const {
     if (left == Word::Double || right == Word::Double) {
         return Word::Double;
     }
-    return left == right && left != Word::Character ? left : Word::Int;
+    return left == right ? left : Word::Int;
 }
 
 void Model::typeExpression(NodeId id) {

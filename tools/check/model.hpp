@@ -38,9 +38,9 @@ constexpr FunctionId noFunction = static_cast<FunctionId>(-1);
 struct Variable {
     std::string_view name;
     Type type = Word::End;
-    NodeId node = noNode;   // the declarator or parameter
-    NodeId scope = noNode;  // the block, loop or function that it belongs to
-    FunctionId function = noFunction;
+    NodeId node = noNode;              // the declarator or parameter
+    NodeId scope = noNode;             // the block, loop or function that it belongs to
+    FunctionId function = noFunction;  // none: declared outside of all functions
     bool isParameter = false;
     bool isArray = false;
     NodeId initial = noNode;  // expression or list
@@ -109,6 +109,7 @@ private:
     std::vector<Function> allFunctions;
     std::vector<Variable> allVariables;
     std::unordered_map<std::string_view, FunctionId> functionsByName;
+    std::unordered_map<std::string_view, VariableId> globals;
     std::unordered_map<std::string_view, Declared> known;  // of the function at hand
     std::vector<FunctionId> owner;
     std::vector<VariableId> meanings;

@@ -21,6 +21,7 @@ Repairer::Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsL
 
 Pieces Repairer::repair() {
     findNames();
+    findGlobals();
     findForeignWords();
     collectTokenEdits();
     Pieces out;
@@ -240,11 +241,13 @@ std::string Repairer::hoist(Type type, const std::string& base, Pieces&& value, 
 /// Moves a whole expression into a variable and writes its name instead. Returns the declaration.
 std::string Repairer::hoisted(NodeId id, const std::string& base, Type type, Pieces& out) {
     const NodeId firstCall = firstCallInPlace;
+    const NodeId limit = std::exchange(hoistCallsBefore, 0);
     Pieces value;
     Context context;
     context.want = type;
     expression(id, context, value);
     firstCallInPlace = firstCall;
+    hoistCallsBefore = limit;
     const std::string name = hoist(type, base, std::move(value), id);
     out.insert(name, tree[id].range);
     return textOf(prelude.back());

@@ -132,6 +132,7 @@ private:
     void call(NodeId id, const Context& context, Pieces& out);
     void arguments(NodeId id, Pieces& out);
     void truthValue(NodeId id, const Context& context, Pieces& out);
+    void doubleCondition(NodeId id, const Context& context, Pieces& out);
     bool coerce(NodeId id, const Context& context, Pieces& out);
     bool coerceLiteral(NodeId id, Type want, Pieces& out);
     std::string atomFor(NodeId id, const std::string& base, Pieces&& text);
@@ -158,6 +159,11 @@ private:
     std::string defaultOf(Type type) const;
     void findNames();
     void findForeignWords();
+    void findGlobals();
+    bool isChanged(NodeId use) const;
+    void declareGlobals(Pieces& out);
+    bool isMovedGlobal(NodeId declaration);
+    std::string wholeFunction() const;
     void rename(VariableId variable, const std::string& name);
     std::string nameNow(VariableId variable) const;
 
@@ -177,6 +183,9 @@ private:
 
     std::vector<std::uint32_t> unread;  // where something could not be read, in order
     FunctionId currentFunction = noFunction;
+    std::map<FunctionId, std::vector<VariableId>> movedGlobals;  // to the functions that use them
+    std::unordered_set<VariableId> movableGlobals;
+    std::string wholeName;  // of the function that finds whole numbers; empty without one
     std::map<std::string, std::string> constants;  // of the function at hand: by type and value
     Pieces constantDeclarations;                   // of the same
     std::string constantSeparator;

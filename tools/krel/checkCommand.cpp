@@ -168,11 +168,13 @@ private:
 
     static std::string oneLine(const std::string& text) {
         std::string line;
+        bool behindBlank = true;
         for (const char byte : text) {
             const bool isBlank = byte == '\n' || byte == ' ' || byte == '\t';
-            if (!isBlank || (!line.empty() && line.back() != ' ')) {
-                line += isBlank ? ' ' : byte;
+            if (!isBlank || !behindBlank) {
+                line.push_back(isBlank ? ' ' : byte);
             }
+            behindBlank = isBlank;
         }
         return line.empty() ? "(removed)" : line;
     }

@@ -172,13 +172,21 @@ private:
         Parser& parser;
     };
 
-    /// Passes over everything up to the end of the statement, nested braces included.
+    /// Passes over everything up to the end of the statement, or to what closes a bracket of any
+    /// kind that was opened before.
     void leaveOutDeep(Kind kind) {
         const Mark mark = begin();
         const SourceRange first = token().range;
-        int braces = 0;
-        while (!at(Word::End) && !(braces == 0 && (at(Word::RightBrace) || at(Word::Semicolon)))) {
-            braces += at(Word::LeftBrace) ? 1 : at(Word::RightBrace) ? -1 : 0;
+        int open = 0;
+        while (!at(Word::End)) {
+            const bool closes =
+                at(Word::RightBrace) || at(Word::RightParenthesis) || at(Word::RightBracket);
+            if (open == 0 && (closes || at(Word::Semicolon))) {
+                break;
+            }
+            const bool opens =
+                at(Word::LeftBrace) || at(Word::LeftParenthesis) || at(Word::LeftBracket);
+            open += opens ? 1 : closes ? -1 : 0;
             ++next;
         }
         addGap({Gap::Kind::TooDeep, {first.begin, endOfLast()}, first.begin});
@@ -208,6 +216,13 @@ private:
                std::find(modifiers.begin(), modifiers.end(), textAhead(ahead)) != modifiers.end();
     }
 
+    /// Whether a name may follow a type that ends here. `int float = 1;` has a variable `float`.
+    bool nameFollows(std::uint32_t ahead) const {
+        const bool isArray = at(Word::LeftBracket, ahead) && at(Word::RightBracket, ahead + 1);
+        const Word word = token(isArray ? ahead + 2 : ahead).word;
+        return word == Word::Name || isTypeWord(word);
+    }
+
     /// How many tokens make up a type here, when a name follows them; 0 when there is none.
     std::uint32_t typeLength() const {
         std::uint32_t length = 0;
@@ -216,7 +231,8 @@ private:
             ++length;
         }
         const std::uint32_t before = length;
-        while ((atForeignType(length) || isTypeWord(token(length).word)) && length < before + 4) {
+        while (length < before + 4 && (isTypeWord(token(length).word) ||
+                                       (atForeignType(length) && nameFollows(length + 1)))) {
             ++length;
         }
         if (length == before && at(Word::Name, length) && at(Word::Name, length + 1) &&

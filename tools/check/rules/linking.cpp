@@ -177,6 +177,8 @@ std::vector<NodeId> nodesBehind(const Model& model, std::string_view message) {
     const bool isContinue = message.substr(0, 8) == "continue";
     const bool isStatement = message.substr(0, 21) == "Unsupported statement";
     const bool isTarget = message.substr(0, 18) == "Unsupported lvalue";
+    constexpr std::string_view sizeless = "array has no positive compile-time size: ";
+    const bool isSize = message.substr(0, sizeless.size()) == sizeless;
     const bool isCast = message.substr(0, 4) == "Cast";
     std::vector<NodeId> found;
     for (NodeId id = 0; id < tree.nodes.size(); ++id) {
@@ -194,6 +196,11 @@ std::vector<NodeId> nodesBehind(const Model& model, std::string_view message) {
             : isTarget ? kind == Kind::Update && inside == Kind::Parentheses
             : isCast   ? kind == Kind::Cast
                        : false;
+        const bool isArray = isSize && kind == Kind::Declarator && inside == Kind::ArrayBound &&
+                             tree.wordOf(id) == message.substr(sizeless.size());
+        if (isArray) {
+            found.push_back(id);
+        }
         if (isMeant && (kind != Kind::ForPart || tree[tree[id].parent].kind == Kind::For)) {
             found.push_back(id);
         }

@@ -216,6 +216,25 @@ void Repairer::cast(NodeId id, const Context& context, Pieces& out) {
     }
     Pieces value;
     const NodeId firstCall = firstCallInPlace;
+    if (from == Word::Double && to == Word::Int) {
+        if (wholeName.empty()) {
+            wholeName = fresh("whole");
+        }
+        Context inside;
+        inside.want = Word::Double;
+        value.insert(wholeName + "(", range);
+        expression(inner(operand), inside, value);
+        value.insert(")", range);
+        say("cast-place", Severity::Error, range, "there is no cast from `double` to `int`",
+            "call a function that finds the whole number: " + quoted(textOf(value)));
+        if (context.calls && context.typed && tree[tree[id].parent].kind != Kind::Unary) {
+            out.append(std::move(value));
+            return;
+        }
+        firstCallInPlace = firstCall;
+        out.insert(hoist(Word::Int, "wholeValue", std::move(value), id), range);
+        return;
+    }
     if (!aloneCast(id, to, value)) {
         firstCallInPlace = firstCall;
         say("cast-place", Severity::Error, range,

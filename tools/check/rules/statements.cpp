@@ -172,13 +172,18 @@ void Repairer::program(Pieces& out) {
     std::uint32_t at = 0;
     for (const NodeId id : tree.children(tree.root())) {
         copy(at, tree[id].range.begin, out);
-        statement(id, out);
+        if (!isMovedGlobal(id)) {
+            statement(id, out);
+        }
         at = tree[id].range.end;
         finishAt(at, out);
     }
     const auto size = static_cast<std::uint32_t>(tree.text.size());
     copy(at, size, out);
     finishAt(size, out);
+    if (!wholeName.empty()) {
+        out.insert(wholeFunction(), {size, size});
+    }
 }
 
 void Repairer::function(NodeId id, Pieces& out) {
@@ -197,9 +202,12 @@ void Repairer::function(NodeId id, Pieces& out) {
     if (!text.empty() && text.front() == '{') {
         Pieces inside;
         std::uint32_t at = range.begin + 1;
+        Pieces globals;
+        declareGlobals(globals);
         statements(block, at, inside);
         copy(at, range.end, inside);
         copy(range.begin, range.begin + 1, out);
+        out.append(std::move(globals));
         out.append(std::move(constantDeclarations));
         out.append(std::move(inside));
     }

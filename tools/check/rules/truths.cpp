@@ -98,7 +98,9 @@
 /// }
 /// ```
 
+#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "tools/check/repairer.hpp"
 
@@ -140,6 +142,21 @@ void Repairer::truthValue(NodeId id, const Context& context, Pieces& out) {
         return;
     }
     out.insert(name, range);
+}
+
+void Repairer::doubleCondition(NodeId id, const Context& context, Pieces& out) {
+    Context inside = context;
+    inside.condition = false;
+    const std::string zero = doubleConstant(id, 0.0);
+    say("double-condition", Severity::Warning, tree[id].range,
+        "a `double` is no condition: this holds when it is zero",
+        "write `" + std::string{tree.textOf(id)} + " != " + zero + "`");
+    const Kind parent = tree[tree[id].parent].kind;
+    const bool isBare =
+        parent == Kind::Condition || parent == Kind::ForPart || parent == Kind::Parentheses;
+    out.insert(isBare ? "" : "(", tree[id].range);
+    expression(id, inside, out);
+    out.insert(" != " + zero + (isBare ? "" : ")"), tree[id].range);
 }
 
 /// Whether the right side of `&&` or `||` may fault unless the left side decides: it divides by
@@ -206,6 +223,9 @@ void Repairer::choose(NodeId id, const Context& context, Pieces& out) {
     all.insert(") { ", range);
     Context value;
     value.want = type;
+    // Calls stay in order within the branches.
+    const NodeId firstCall = firstCallInPlace;
+    const NodeId limit = std::exchange(hoistCallsBefore, 0);
     for (std::size_t number = 1; number <= 2; ++number) {
         const NodeId branch = tree.child(id, number);
         Pieces text;
@@ -219,6 +239,8 @@ void Repairer::choose(NodeId id, const Context& context, Pieces& out) {
         all.append(std::move(text));
         all.insert(number == 1 ? "; } else { " : "; }", range);
     }
+    firstCallInPlace = firstCall;
+    hoistCallsBefore = limit;
     prelude.push_back(std::move(all));
     if (model.hasCall(id)) {
         lastHoistWithCall = std::max(lastHoistWithCall, id);

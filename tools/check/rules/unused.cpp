@@ -1,5 +1,117 @@
-// What nobody uses.
+// What nobody uses. Comes in: a model. Goes out: findings.
+
+/// # unused-variable
+///
+/// ## What it finds
+///
+/// A variable or array whose value nothing reads, and (as a hint) such a parameter.
+///
+/// ## Why
+///
+/// Either it is left over, or another name was meant somewhere.
+///
+/// ## Example
+///
+/// ```krel
+/// void main() {
+///     int count = 3;
+///     int total = 0;
+///     total = 5;
+///     print(count, "\n");
+/// }
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel
+/// void main() {
+///     int count = 3;
+///     print(count, "\n");
+/// }
+/// ```
+
+/// # unused-function
+///
+/// ## What it finds
+///
+/// A function that nothing calls but itself.
+///
+/// ## Why
+///
+/// Either it is left over, or a call is missing.
+///
+/// ## Example
+///
+/// ```krel
+/// int twice(int x) {
+///     return x + x;
+/// }
+///
+/// void main() {
+///     print("done\n");
+/// }
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel
+/// void main() {
+///     print("done\n");
+/// }
+/// ```
+
+#include <algorithm>
+#include <string>
+
 #include "tools/check/treeRules.hpp"
+
 namespace krel::Check {
-void findInTree(const Model&, std::vector<Finding>&) {}
+
+namespace {
+
+/// Whether a use of a variable only changes it.
+bool isOnlyChange(const Tree& tree, NodeId use) {
+    NodeId id = use;
+    while (tree[tree[id].parent].kind == Kind::Index && tree[tree[id].parent].first == id) {
+        id = tree[id].parent;
+    }
+    const NodeId parent = tree[id].parent;
+    const NodeId statement = tree[parent].parent;
+    const bool isStatement =
+        statement != noNode && (tree[statement].kind == Kind::ExpressionStatement ||
+                                tree[statement].kind == Kind::ForPart);
+    return isStatement && ((tree[parent].kind == Kind::Assign && tree[parent].first == id) ||
+                           tree[parent].kind == Kind::Update);
+}
+
+}  // namespace
+
+void findUnused(const Model& model, std::vector<Finding>& findings) {
+    const Tree& tree = model.tree();
+    for (const Variable& variable : model.variables()) {
+        const bool isRead = std::any_of(variable.uses.begin(), variable.uses.end(),
+                                        [&](NodeId use) { return !isOnlyChange(tree, use); });
+        if (isRead || variable.function == noFunction) {
+            continue;
+        }
+        const std::string name{variable.name};
+        findings.push_back(
+            {"unused-variable", variable.isParameter ? Severity::Hint : Severity::Warning,
+             tree.wordRange(variable.node),
+             variable.uses.empty() ? "`" + name + "` is never used"
+                                   : "`" + name + "` is assigned, but its value is never read",
+             ""});
+    }
+    for (FunctionId number = 0; number < model.functions().size(); ++number) {
+        const Function& function = model.functions()[number];
+        const bool isCalled =
+            std::any_of(function.calls.begin(), function.calls.end(),
+                        [&](NodeId call) { return model.functionAround(call) != number; });
+        if (!isCalled && function.name != "main" && model.functionNamed(function.name) == number) {
+            findings.push_back({"unused-function", Severity::Warning, tree.wordRange(function.node),
+                                "`" + std::string{function.name} + "` is never called", ""});
+        }
+    }
+}
+
 }  // namespace krel::Check

@@ -144,6 +144,8 @@ TEST(SyntaxTest, ReadsStatements) {
              {"int g[2][3];", "(declare int (declarator g (bound 2) (bound 3)))"},
              {"char c = 'x';", "(declare char? (declarator c 'x'))"},
              {"const int n = 3;", "(declare const int? (declarator n 3))"},
+             {"int float = 3;", "(declare int (declarator float 3))"},
+             {"int char[2];", "(declare int (declarator char (bound 2)))"},
              {"unsigned long n = 3;", "(declare unsigned long? (declarator n 3))"},
              {"x = 1;;", "(do-it (= x 1)) empty"},
              {"{ break; } continue;", "(block break) continue"},

@@ -1,12 +1,14 @@
 // Makes the table of rule pages from the comments of the rules. Comes in: the name of the file to
-// write, and the source files. Goes out: that file. A page is a run of lines "/// ..." that begins
-// with "/// # NAME".
+// write, or --markdown for the pages as docs/check.md has them, on standard output; and the source
+// files. Goes out: that file. A page is a run of lines "/// ..." that begins with "/// # NAME".
 
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <map>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 
 namespace {
@@ -19,8 +21,10 @@ void readPages(const std::string& path, Pages& pages) {
         throw std::runtime_error("cannot read " + path);
     }
     std::string* page = nullptr;
+    bool isExample = false;  // where "# " begins a comment of Krel
     for (std::string line; std::getline(source, line);) {
-        if (line.rfind("/// # ", 0) == 0) {
+        isExample = isExample != (line.rfind("/// ```", 0) == 0);
+        if (line.rfind("/// # ", 0) == 0 && !isExample) {
             page = &pages[line.substr(6)];
         } else if (line.rfind("///", 0) != 0) {
             page = nullptr;
@@ -43,6 +47,17 @@ std::string literal(const std::string& text) {
     return "R\"page(" + text + ")page\"";
 }
 
+/// The pages below the heading of a document.
+void writeMarkdown(const Pages& pages) {
+    for (const auto& [name, text] : pages) {
+        std::cout << "\n### " << name << "\n";
+        std::istringstream lines{text};
+        for (std::string line; std::getline(lines, line);) {
+            std::cout << (line.rfind("## ", 0) == 0 ? "**" + line.substr(3) + "**" : line) << "\n";
+        }
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -54,6 +69,10 @@ int main(int argc, char** argv) {
     } catch (const std::exception& exception) {
         std::cerr << exception.what() << "\n";
         return EXIT_FAILURE;
+    }
+    if (std::string{argv[1]} == "--markdown") {
+        writeMarkdown(pages);
+        return EXIT_SUCCESS;
     }
     std::ofstream out{argv[1]};
     out << "#include \"tools/check/ruleBook.hpp\"\n\nnamespace krel::Check {\n\n"

@@ -127,6 +127,7 @@ private:
     bool isWholeDouble(NodeId id) const;
     bool isSilentDouble(NodeId id) const;
     void place(NodeId id, Pieces& out);
+    NodeId columnsOf(NodeId array) const;
     void cast(NodeId id, const Context& context, Pieces& out);
     bool aloneCast(NodeId id, Type target, Pieces& out);
     void call(NodeId id, const Context& context, Pieces& out);
@@ -156,6 +157,7 @@ private:
     bool isPlainDeclaration(NodeId id) const;
     bool isReadable(NodeId statement) const;
     bool isArray(NodeId declarator) const;
+    bool hasBoundFirst(NodeId declarator) const;
     std::string defaultOf(Type type) const;
     void findNames();
     void findForeignWords();

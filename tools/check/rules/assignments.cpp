@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i *= 2;
 /// ```
 ///
@@ -34,7 +34,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = n % 2;
 /// ```
 ///
@@ -56,7 +56,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = n = 1;
 /// ```
 ///
@@ -79,7 +79,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = n++;
 /// ```
 ///
@@ -102,7 +102,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// d++;
 /// ```
 ///
@@ -125,7 +125,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i += 1.5;
 /// ```
 ///
@@ -145,7 +145,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// f();
 /// ```
 ///
@@ -167,7 +167,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// exit(3);
 /// ```
 ///

@@ -14,7 +14,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = 1 2;
 /// ```
 ///
@@ -55,7 +55,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = @;
 /// ```
 ///
@@ -79,7 +79,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = missing;
 /// ```
 ///
@@ -103,14 +103,14 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = s;
 /// ```
 ///
 /// ## Use instead
 ///
 /// ```krel fragment
-/// s = (string) i;
+/// string text = (string) i;
 /// ```
 
 /// # argument-count
@@ -125,7 +125,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = f(1);
 /// ```
 ///
@@ -147,7 +147,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// int k = (int) d;
 /// ```
 ///
@@ -169,30 +169,43 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
-/// return 1;
+/// ```krel example
+/// void greet() {
+///     print("hello\n");
+///     return 1;
+/// }
+///
+/// void main() {
+///     greet();
+/// }
 /// ```
 ///
 /// ## Use instead
 ///
-/// ```krel fragment
-/// return;
+/// ```krel
+/// void greet() {
+///     print("hello\n");
+/// }
+///
+/// void main() {
+///     greet();
+/// }
 /// ```
 
 /// # top-level
 ///
 /// ## What it finds
 ///
-/// A statement or declaration outside of all functions.
+/// A statement outside of all functions.
 ///
 /// ## Why
 ///
-/// There are no global variables.
+/// The program starts in `main`.
 ///
 /// ## Example
 ///
-/// ```krel
-/// int size = 3;
+/// ```krel example
+/// print("hello\n");
 ///
 /// void main() {
 /// }
@@ -200,7 +213,7 @@
 ///
 /// ## Use instead
 ///
-/// A variable in each function that uses it, or a parameter.
+/// The same statement in a function.
 
 /// # print-argument
 ///
@@ -214,7 +227,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// print();
 /// ```
 ///
@@ -236,8 +249,8 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
-/// i + 1;
+/// ```krel example fragment
+/// i;
 /// ```
 ///
 /// ## Use instead
@@ -277,7 +290,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// int t[300000000];
 /// t[0] = 1;
 /// ```
@@ -301,7 +314,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// n = i[0];
 /// ```
 ///

@@ -14,7 +14,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// d = d * n;
 /// ```
 ///
@@ -64,7 +64,7 @@ bool Repairer::coerce(NodeId id, const Context& context, Pieces& out) {
     if (tree[id].kind == Kind::Name) {
         copy(id, value);
     } else {
-        declared = hoisted(id, base + "Value", from, value) + " ";
+        declared = hoisted(id, base == "value" ? base : base + "Value", from, value) + " ";
     }
     const std::string atom = textOf(value);
     std::string name;

@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// int x;
 /// ```
 ///
@@ -35,7 +35,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// int t[3], u[3];
 /// ```
 ///
@@ -58,7 +58,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// int t[] = {1, 2};
 /// ```
 ///
@@ -80,7 +80,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// int t[1] = {1, 2, 3};
 /// ```
 ///
@@ -90,6 +90,7 @@
 /// int t[3] = {1, 2, 3};
 /// ```
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -117,6 +118,13 @@ bool Repairer::isArray(NodeId declarator) const {
     return variable != noVariable && model.variables()[variable].isArray;
 }
 
+/// Whether the brackets stand before the name: `int[] a`.
+bool Repairer::hasBoundFirst(NodeId declarator) const {
+    const NodeId first = tree[declarator].first;
+    return first != noNode && tree[first].kind == Kind::ArrayBound &&
+           tree[first].range.begin < tree.wordRange(declarator).begin;
+}
+
 /// Whether it stays one declaration.
 bool Repairer::isPlainDeclaration(NodeId id) const {
     std::size_t count = 0;
@@ -130,6 +138,7 @@ bool Repairer::isPlainDeclaration(NodeId id) const {
         ++count;
         if (variable != noVariable) {
             hasArray = hasArray || model.variables()[variable].isArray;
+            isAssigned = isAssigned || hasBoundFirst(child);  // written anew, too
             isAssigned = isAssigned || assignedOnly.count(variable) != 0;
         }
     }
@@ -333,7 +342,7 @@ void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
         say(rule, Severity::Error, tree[bound].range, message,
             "write " + quoted(nameText + "[" + text + "]"));
         out.insert("[" + text + "]", tree[bound].range);
-        at = tree[variable.bounds.back()].range.end;
+        at = std::max(name.end, tree[variable.bounds.back()].range.end);
     };
     const std::size_t count = list == noNode ? 0 : tree.children(list).size();
     std::optional<std::int64_t> length = folded(tree, size, 0);
@@ -359,6 +368,11 @@ void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
             sized(std::to_string(*fixed), "the variable of a size is set from one integer literal",
                   "array-size");
         }
+    }
+    if (hasBoundFirst(id) && at == name.end && size != noNode) {
+        say("array-size", Severity::Error, tree[bound].range, "a size stands behind the name",
+            "write " + quoted(nameText + std::string{tree.textOf(bound)}));
+        out.insert(std::string{tree.textOf(bound)}, tree[bound].range);
     }
     if (list == noNode) {
         copy(at, range.end, out);

@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// bool found = false;
 /// ```
 ///
@@ -34,7 +34,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if (n > 1 and b) { }
 /// ```
 ///
@@ -56,7 +56,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// // one more
 /// i++;
 /// ```
@@ -98,7 +98,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// int main() {
 ///     return 0;
 /// }

@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// int size = 3;
 ///
 /// void main() {

@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// void start() {
 ///     print("never\n");
 /// }
@@ -38,7 +38,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// s = "a\0b";
 /// ```
 ///
@@ -58,7 +58,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// int t[1] = {missing()};
 /// ```
 ///
@@ -78,7 +78,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// void krel_print() {
 /// }
 /// ```
@@ -99,7 +99,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// break;
 /// ```
 ///

@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// for (int k = 0; k < 3; k++) { }
 /// for (int k = 0; k < 3; k++) { }
 /// ```
@@ -42,7 +42,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// int call = 1;
 /// ```
 ///

@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = 3000000000;
 /// ```
 ///
@@ -34,7 +34,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = 0x1F;
 /// ```
 ///
@@ -58,7 +58,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// d = d * 2.0;
 /// ```
 ///
@@ -84,7 +84,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// d = 1e-12;
 /// ```
 ///

@@ -15,7 +15,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// int sign(int x) {
 ///     if (x > 0) {
 ///         return 1;
@@ -55,7 +55,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// void main() {
 ///     print("one\n");
 ///     return;
@@ -83,7 +83,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// void main() {
 ///     if (1 > 2) {
 ///         print("never\n");
@@ -107,7 +107,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// void main() {
 ///     int i = 0;
 ///     int n = 0;
@@ -144,7 +144,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// int count(int n) {
 ///     int rest = count(n - 1);
 ///     return rest + 1;

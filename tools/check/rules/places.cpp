@@ -13,7 +13,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// a[i + 1] = 0;
 /// ```
 ///
@@ -37,7 +37,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// d = (double) i / d;
 /// ```
 ///
@@ -62,7 +62,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if (f() == 1) { }
 /// ```
 ///
@@ -94,7 +94,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = -f();
 /// ```
 ///
@@ -110,6 +110,14 @@
 #include "tools/check/repairer.hpp"
 
 namespace krel::Check {
+
+/// The second size of an array of two dimensions; noNode when there is none.
+NodeId Repairer::columnsOf(NodeId array) const {
+    const VariableId variable = model.meaning(array);
+    return variable == noVariable || model.variables()[variable].bounds.size() != 2
+               ? noNode
+               : tree[model.variables()[variable].bounds[1]].first;
+}
 
 /// An element of an array. What is between the brackets goes into a variable unless it may stay.
 void Repairer::place(NodeId id, Pieces& out) {
@@ -130,17 +138,17 @@ void Repairer::place(NodeId id, Pieces& out) {
         return;
     }
     const std::string name{tree.wordOf(array)};
+    if (isSecond && columnsOf(array) == noNode) {
+        childrenOf(id, {}, out);
+        return;
+    }
     Pieces value;
     Context context;
     context.want = Word::Int;
     const NodeId firstCall = firstCallInPlace;
+    const NodeId limit = std::exchange(hoistCallsBefore, 0);
     if (isSecond) {
-        const VariableId variable = model.meaning(array);
-        if (variable == noVariable || model.variables()[variable].bounds.size() != 2) {
-            childrenOf(id, {}, out);
-            return;
-        }
-        const NodeId columns = tree[model.variables()[variable].bounds[1]].first;
+        const NodeId columns = columnsOf(array);
         const NodeId row = tree.child(base, 1);
         if (columns == noNode) {
             childrenOf(id, {}, out);
@@ -159,6 +167,7 @@ void Repairer::place(NodeId id, Pieces& out) {
         expression(inner(at), context, value);
     }
     firstCallInPlace = firstCall;
+    hoistCallsBefore = limit;
     const std::string written = textOf(value);
     const std::string index = hoist(Word::Int, name + "Index", std::move(value), id);
     say("index-expression", Severity::Error, isSecond ? range : tree[at].range,

@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if (b) i = 1;
 /// ```
 ///
@@ -36,7 +36,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if (b) { } else if (i == 1) { }
 /// ```
 ///
@@ -58,7 +58,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// do { i++; } while (i < n);
 /// ```
 ///
@@ -83,7 +83,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// for (i = 0; i < n; i++, n--) { }
 /// ```
 ///
@@ -105,7 +105,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = 1;;
 /// ```
 ///
@@ -127,7 +127,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if i > 1 { }
 /// ```
 ///
@@ -149,7 +149,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = 1
 /// n = 2;
 /// ```

@@ -14,7 +14,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// s = "a - b";
 /// ```
 ///
@@ -38,7 +38,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// c = '"';
 /// ```
 ///
@@ -61,7 +61,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// c = '\t';
 /// ```
 ///
@@ -84,7 +84,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// s = 'text';
 /// ```
 ///

@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// b = n > 1;
 /// ```
 ///
@@ -37,7 +37,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if (d) { }
 /// ```
 ///
@@ -61,7 +61,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if (n != 0 && 10 / n > 2) { }
 /// ```
 ///
@@ -85,7 +85,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = n > 1 ? n : 1;
 /// ```
 ///

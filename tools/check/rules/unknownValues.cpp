@@ -14,7 +14,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if (missing > 1) { }
 /// ```
 ///
@@ -37,7 +37,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// n = later;
 /// int later = 1;
 /// ```

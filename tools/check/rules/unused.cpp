@@ -12,7 +12,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// void main() {
 ///     int count = 3;
 ///     int total = 0;
@@ -42,7 +42,7 @@
 ///
 /// ## Example
 ///
-/// ```krel
+/// ```krel example
 /// int twice(int x) {
 ///     return x + x;
 /// }

@@ -13,7 +13,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// if (s + "!" == "text!") { }
 /// ```
 ///
@@ -33,7 +33,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// print(a, "\n");
 /// ```
 ///
@@ -55,7 +55,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// #{ one more }# i++;
 /// ```
 ///
@@ -77,7 +77,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// d = 3.141592653589793;
 /// ```
 ///
@@ -99,7 +99,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// n = a[3];
 /// ```
 ///
@@ -121,7 +121,7 @@
 ///
 /// ## Example
 ///
-/// ```krel fragment
+/// ```krel example fragment
 /// i = n / 0;
 /// ```
 ///

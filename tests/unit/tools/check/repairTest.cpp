@@ -1,0 +1,232 @@
+// What the repairs write. Each row is a piece of `main`, and what becomes of it.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "frontend/frontEnd.hpp"
+#include "tools/check/model.hpp"
+#include "tools/check/repairer.hpp"
+
+namespace krel::Check {
+
+namespace {
+
+std::string repaired(const std::string& text) {
+    const Tree tree = Syntax::read(text);
+    const Model model{tree};
+    const std::unordered_set<NodeId> nothing;
+    return Repairer{model, nothing}.repair().textOver(text);
+}
+
+constexpr std::string_view begin =
+    "int f(int x) { return x; } boolean h(int x) { return true; } double half() { return 0.5; }"
+    " void main() { int i = 1; int n = 2; double d = 0.5; boolean b = true; string s = \"\";"
+    " character c = 'c'; int a[3]; ";
+constexpr std::string_view end = " }";
+
+struct Row {
+    std::string text;
+    std::string expected;
+};
+
+/// The frame stays as it is, but for constants at the beginning of `main`; the result is accepted.
+void expectRepairs(const std::vector<Row>& rows) {
+    for (const Row& row : rows) {
+        const std::string program = std::string{begin} + row.text + std::string{end};
+        const std::string made = repaired(program);
+        const std::size_t from = made.find("int a[3]; ");
+        ASSERT_NE(from, made.npos);
+        std::string constants = made.substr(0, from);
+        const std::size_t open = constants.find("main() {") + 8;
+        const std::size_t close = constants.find(" int i = 1;", open);
+        constants = constants.substr(open, close - open);
+        std::string body = made.substr(from + 10, made.size() - from - 10 - end.size());
+        EXPECT_EQ(constants.empty() ? body : constants.substr(1) + " | " + body, row.expected)
+            << row.text;
+        const auto compiled = FrontEnd::compile(made, "p.krl");
+        EXPECT_EQ(compiled->outcome(), FrontEnd::Outcome::Complete) << made << "\n"
+                                                                    << compiled->failure();
+    }
+}
+
+TEST(RepairTest, LeavesKrelAsItIs) {
+    for (const char* const text :
+         {"int x = 1, y = 2; x = y + 1;", "a[i] = a[0] * 2;", "if (i < n && d < 0.25) { i++; }",
+          "int k = (int) c; string t = (string) k;", "int less = i < n; boolean off = b == false;",
+          "for (int k = 0; k < 3; k++) { n += k; } print(k, \" + \" + s);",
+          "while (n > 0) { n--; } print(f(1), -(f(2)), \"a - b\");", "s = s + s; s += \"x\";"}) {
+        const std::string program = std::string{begin} + text + std::string{end};
+        if (std::string{text}.find("\" + \"") == std::string::npos) {
+            EXPECT_EQ(repaired(program).find(text) != std::string::npos,
+                      std::string{text}.find("\"a - b\"") == std::string::npos)
+                << text;
+        }
+    }
+}
+
+TEST(RepairTest, MovesIndexes) {
+    expectRepairs({
+        {"a[i + 1] = 0;", "int aIndex = i + 1; a[aIndex] = 0;"},
+        {"n = a[a[0]];", "int aIndex = a[0]; n = a[aIndex];"},
+        {"n = a[-1];", "int aIndex = -1; n = a[aIndex];"},
+        {"a[f(1)] = f(2);", "int aIndex = f(1); a[aIndex] = f(2);"},
+        {"n = f(1) + a[f(2)];", "int fResult = f(1); int aIndex = f(2); n = fResult + a[aIndex];"},
+        {"int g[2][3]; g[1][i] = 4;", "int g[6]; int gIndex = 1 * 3 + i; g[gIndex] = 4;"},
+    });
+}
+
+TEST(RepairTest, MovesCalls) {
+    expectRepairs({
+        {"if (f(1) == 1) { n = 1; }", "int fResult = f(1); if (fResult == 1) { n = 1; }"},
+        {"while (f(n) == 0) { n++; }",
+         "while (true) { int fResult = f(n); if (!(fResult == 0)) { break; } n++; }"},
+        {"for (i = 0; f(i) < 3; i++) { continue; }",
+         "for (i = 0; ; i++) { int fResult = f(i); if (!(fResult < 3)) { break; } continue; }"},
+        {"n += f(1);", "int fResult = f(1); n += fResult;"},
+        {"b = !h(1);", "boolean hResult = h(1); b = !hResult;"},
+        {"n = -f(1);", "int fResult = f(1); n = -fResult;"},
+        {"f(1);", "int ignored = f(1);"},
+        {"if (b) { } elseif (h(1)) { n = 1; } else { n = 2; }",
+         "if (b) { } else {     boolean hResult = h(1);     if (hResult) { n = 1; } else { n = 2; }"
+         " }"},
+        {"if (i > 0 && h(i)) { n = 1; }",
+         "boolean both = false; if (i > 0) { boolean hResult = h(i); if (hResult) { both = true; } "
+         "}"
+         " if (both) { n = 1; }"},
+        {"if (i > 0 || h(i)) { n = 1; }",
+         "boolean either = false; if (i > 0) { either = true; } else { boolean hResult = h(i);"
+         " if (hResult) { either = true; } } if (either) { n = 1; }"},
+    });
+}
+
+TEST(RepairTest, MovesCasts) {
+    expectRepairs({
+        {"d = (double) i / n;",
+         "double iDouble = (double) i; double nDouble = (double) n; d = iDouble / nDouble;"},
+        {"double e = (double) a[0];", "int operand = a[0]; double e = (double) operand;"},
+        {"print((int) c);", "int cCode = (int) c; print(cCode);"},
+        {"double e = (double) d;", "double e = d;"},
+    });
+}
+
+TEST(RepairTest, WritesDoublesInAnotherWay) {
+    expectRepairs({
+        {"double e = 2.0;", "double e = (double) 2;"},
+        {"double e = 1;", "double e = (double) 1;"},
+        {"d = d * 2.0 + 2.0;", "double two = (double) 2; | d = d * two + two;"},
+        {"d = -2.0;", "double two = (double) 2; | d = -two;"},
+        {"if (d > 0) { }", "double zero = (double) 0; | if (d > zero) { }"},
+        {"d++;", "double one = (double) 1; | d = d + one;"},
+        {"d += 1;", "double one = (double) 1; | d += one;"},
+        {"d = .5;", "d = 0.5;"},
+        {"d = 1e-12;",
+         "int units = 1000 * 1000000000; double scale = (double) units; double one = (double) 1;"
+         " double small = one / scale; | d = small;"},
+        {"d = 2.5e3;", "double value2500 = (double) 2500; | d = value2500;"},
+    });
+}
+
+TEST(RepairTest, ConvertsValues) {
+    expectRepairs({
+        {"d = d * n;", "double nDouble = (double) n; d = d * nDouble;"},
+        {"s = s + n;", "string nText = (string) n; s = s + nText;"},
+        {"s = \"n = \" + 5;", "s = \"n = \" + \"5\";"},
+        {"n = c - 'a';", "character value = c - 'a'; int valueCode = (int) value; n = valueCode;"},
+        {"c = \"x\";", "c = 'x';"},
+        {"b = 1;", "b = true;"},
+        {"n = true;", "n = 1;"},
+    });
+}
+
+TEST(RepairTest, DecidesByIf) {
+    expectRepairs({
+        {"b = n > 1;", "boolean holds = false; if (n > 1) { holds = true; } b = holds;"},
+        {"b = b && n > 1;", "boolean holds = false; if (b && n > 1) { holds = true; } b = holds;"},
+        {"i = n > 1 ? n : 1;",
+         "int chosen = 0; if (n > 1) { chosen = n; } else { chosen = 1; } i = chosen;"},
+        {"if (n != 0 && 10 / n > 2) { }",
+         "boolean both = false; if (n != 0) { if (10 / n > 2) { both = true; } } if (both) { }"},
+        {"if (d) { }", "double zero = (double) 0; | if (d != zero) { }"},
+    });
+}
+
+TEST(RepairTest, WritesOperatorsThatThereAre) {
+    expectRepairs({
+        {"i *= 2;", "i = i * 2;"},
+        {"i /= n + 1;", "i = i / (n + 1);"},
+        {"i %= 3;", "i = i - i / 3 * 3;"},
+        {"i = n % 2;", "i = (n - n / 2 * 2);"},
+        {"i = (n + 1) % a[0];", "int dividend = (n + 1); i = (dividend - dividend / a[0] * a[0]);"},
+        {"i = n++;", "int before = n; n = n + 1; i = before;"},
+        {"i = ++n;", "n = n + 1; i = n;"},
+        {"i = n = 1;", "n = 1; i = n;"},
+        {"if (i = 1) { }", "if (i == 1) { }"},
+        {"(i)++;", "i++;"},
+    });
+}
+
+TEST(RepairTest, WritesStatementsThatThereAre) {
+    expectRepairs({
+        {"if (b) i = 1; else i = 2;", "if (b) { i = 1; } else { i = 2; }"},
+        {"if (b) { } else if (i == 1) { }", "if (b) { } elseif (i == 1) { }"},
+        {"do { i++; } while (i < n);", "while (true) { i++; if (!(i < n)) { break; } }"},
+        {"do { continue; } while (i < n);",
+         "boolean again = false; while (true) { if (again) { if (!(i < n)) { break; } }"
+         " again = true; continue; }"},
+        {"for (i = 0; i < n; i++, n--) { }", "for (i = 0; i < n; ) { i++; n--; }"},
+        {"while (b) ;", "while (b) {  }"},
+        {"i = 1;;", "i = 1;"},
+        {"i = 1 }  void k() { ", "i = 1; }  void k() { "},
+    });
+}
+
+TEST(RepairTest, Declares) {
+    expectRepairs({
+        {"int x;", "int x = 0;"},
+        {"double x, y = 1;", "double x = (double) 0, y = (double) 1;"},
+        {"int t[3], u[3];", "int t[3]; int u[3];"},
+        {"int x = 0, t[3];", "int x = 0; int t[3];"},
+        {"int t[] = {1, 2};", "int t[2] = {1, 2};"},
+        {"int t[2 * 3];", "int t[6];"},
+        {"int[] t = {1, 2};", "int t[2] = {1, 2};"},
+        {"char k = 'x'; bool p = true; long q = 1; float r = 0.5;",
+         "character k = 'x'; boolean p = true; int q = 1; double r = 0.5;"},
+        {"const int m = 3; int t[m];", "int m = 3; int t[m];"},
+        {"for (int k = 0; k < 3; k++) { } for (int k = 0; k < 2; k++) { }",
+         "for (int k = 0; k < 3; k++) { } for (k = 0; k < 2; k++) { }"},
+        {"{ int k = 1; } { double k = 0.5; d = k; }",
+         "{ int k = 1; } { double k2 = 0.5; d = k2; }"},
+        {"int arg = 5; print(arg);", "int argument = 5; print(argument);"},
+        {"int main = 5; print(main);", "int mainValue = 5; print(mainValue);"},
+    });
+}
+
+TEST(RepairTest, WritesTexts) {
+    expectRepairs({
+        {"s = \"a - b\";", "s = \"a -\" + \" b\";"},
+        {"print(i, \" + \", n);", "print(i, \" +\", \" \", n);"},
+        {"print(\"a - b\");", "print(\"a - b\");"},
+        {"c = '\"';", "character quote = (character) 34; | c = quote;"},
+        {"print('\"');", "print(\"\\\"\");"},
+        {"c = '\\t';", "character tab = (character) 9; | c = tab;"},
+        {"s = 'two';", "s = \"two\";"},
+    });
+}
+
+TEST(RepairTest, WritesForeignWords) {
+    EXPECT_EQ(repaired("// one\nint main(void) {\n    /* two */\n    return 0;\n}\n"),
+              "# one\nvoid main() {\n    # two \n    return;\n}\n");
+    EXPECT_EQ(repaired("void main() {\r\n}\r\n"), "void main() {\n}\n");
+    EXPECT_EQ(repaired("const int n = 3;\nvoid main() {\n    print(n);\n}\n"),
+              "\nvoid main() {\n    int n = 3;\n    print(n);\n}\n");
+    EXPECT_EQ(repaired("boolean h(int x) { return x == 1; }"),
+              "boolean h(int x) { if (x == 1) { return true; } return false; }");
+}
+
+}  // namespace
+
+}  // namespace krel::Check

@@ -8,9 +8,11 @@
 #include <exception>
 #include <filesystem>
 #include <new>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "tools/check/check.hpp"
@@ -190,24 +192,35 @@ private:
     CheckStatus worst = nothingFound;
 };
 
+/// An option with a word from a list. `value` has to live as long as the options are read.
+CLI::Option* addChoice(CLI::App& app, const char* name, std::string& value, const char* words,
+                       const char* help) {
+    return app.add_option(name, value, help)->type_name(words);
+}
+
+void addOptions(CLI::App& app, CheckOptions& options, std::vector<std::string>& paths) {
+    app.add_option("FILE", paths)->required();
+    const auto oneOf = [](std::set<std::string> words) {
+        return CLI::IsMember(std::move(words)).description("");
+    };
+    app.add_flag("--fix{safe}", options.fix,
+                 "Repair refused programs; with --fix=all, accepted ones, too")
+        ->check(oneOf({"safe", "all"}));
+    app.add_flag("--diff", options.difference, "Show the repairs instead of writing them");
+    app.add_flag("--hints", options.hints, "Show guesses, too");
+    addChoice(app, "--format", options.format, "text|json|sarif",
+              "How findings are written; the default is text")
+        ->check(oneOf({"text", "json", "sarif"}));
+    addChoice(app, "--color", options.colour, "always|never|auto",
+              "Colours; the default is auto: on a terminal only")
+        ->check(oneOf({"always", "never", "auto"}));
+}
+
 int check(Words words) {
     CLI::App app;
     CheckOptions options;
     std::vector<std::string> paths;
-    app.add_option("FILE", paths)->required();
-    app.add_option("--fix", options.fix, "Repair refused programs; with 'all', accepted ones, too")
-        ->type_name("[all]")
-        ->expected(0, 1)
-        ->default_str("safe")
-        ->check(CLI::IsMember({"safe", "all"}).description(""));
-    app.add_flag("--diff", options.difference, "Show the repairs instead of writing them");
-    app.add_flag("--hints", options.hints, "Show guesses, too");
-    app.add_option("--format", options.format, "How findings are written; the default is text")
-        ->type_name("text|json|sarif")
-        ->check(CLI::IsMember({"text", "json", "sarif"}).description(""));
-    app.add_option("--color", options.colour, "Colours; the default is auto: on a terminal only")
-        ->type_name("always|never|auto")
-        ->check(CLI::IsMember({"always", "never", "auto"}).description(""));
+    addOptions(app, options, paths);
     if (!readWithoutRest(app, checkCommand, words)) {
         return succeeded;
     }

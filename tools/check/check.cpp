@@ -252,6 +252,7 @@ private:
         }
         std::sort(lines.begin(), lines.end());
         std::vector<int> farthest;  // the last line of all errors so far
+        farthest.reserve(lines.size());
         for (const auto& [first, last] : lines) {
             farthest.push_back(farthest.empty() ? last : std::max(farthest.back(), last));
         }

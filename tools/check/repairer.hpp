@@ -143,9 +143,9 @@ private:
     Pieces remainder(NodeId id, Pieces&& left);
     Pieces shortCircuit(NodeId id, Pieces&& left, Prelude&& before, Pieces&& right);
     bool needsLeft(NodeId right) const;
-    void assignment(NodeId id, NodeId statement, Pieces& out);
+    void assignment(NodeId id, Pieces& out);
     void update(NodeId id, Pieces& out);
-    void callStatement(NodeId id, NodeId statement, Pieces& out);
+    void callStatement(NodeId id, Pieces& out);
     void characterLiteral(NodeId id, const Context& context, Pieces& out);
     void stringLiteral(NodeId id, const Context& context, Pieces& out);
     bool isRefusedText(NodeId id) const;

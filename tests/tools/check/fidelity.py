@@ -2,14 +2,18 @@
 """Hands programs to krel_check_fidelity, which holds the findings against the compiler.
 
 Usage: fidelity.py --check KREL_CHECK_FIDELITY [--count N] [--seed N] [--warnings]
-                   cases|examples|soak|documents|mutants
+                   [--expected FILE] cases|run-cases|examples|soak|documents|mutants
+
+With --expected the warnings have to be those in the file.
 """
 
 import argparse
+import difflib
 import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
 sys.path[:0] = [str(ROOT / "tests" / "soak"), str(ROOT / "tests" / "examples")]
@@ -27,6 +31,11 @@ def cases(_):
     for path in sorted(ROOT.glob("tests/cases/*/*/input.py")):
         made = subprocess.run([sys.executable, "-B", path], stdout=subprocess.PIPE, check=True)
         yield path.parent.name, made.stdout
+
+
+def run_cases(_):
+    for path in sorted(ROOT.glob("tests/cases/run/*/input.krl")):
+        yield path.parent.name, path.read_bytes()
 
 
 def examples(_):
@@ -69,7 +78,7 @@ def mutants(options):
 
 
 # The programs, and how many there have to be at least, lest the test looks at none.
-PROGRAMS = {"cases": (cases, 400), "examples": (examples, 20), "soak": (soak, 1),
+PROGRAMS = {"cases": (cases, 400), "run-cases": (run_cases, 20), "examples": (examples, 20), "soak": (soak, 1),
             "documents": (documents, 100), "mutants": (mutants, 1)}
 
 
@@ -79,17 +88,30 @@ def main():
     parser.add_argument("--count", type=int, help="how many random programs or mutants")
     parser.add_argument("--seed", type=int, default=0)
     parser.add_argument("--warnings", action="store_true")
+    parser.add_argument("--expected", type=pathlib.Path)
     parser.add_argument("programs", choices=PROGRAMS)
     options = parser.parse_args()
     programs, least = PROGRAMS[options.programs]
-    command = [options.check] + (["--warnings"] if options.warnings else [])
+    command = [options.check]
+    if options.warnings or options.expected:
+        command.append("--warnings")
     count = 0
-    with subprocess.Popen(command, stdin=subprocess.PIPE) as checking:
-        for name, source in programs(options):
-            checking.stdin.write(f"{name} {len(source)}\n".encode() + source)
-            count += 1
-        checking.stdin.close()
-        status = checking.wait()
+    with tempfile.TemporaryFile("w+") as output:
+        with subprocess.Popen(command, stdin=subprocess.PIPE, stdout=output) as checking:
+            for name, source in programs(options):
+                checking.stdin.write(f"{name} {len(source)}\n".encode() + source)
+                count += 1
+            checking.stdin.close()
+            status = checking.wait()
+        output.seek(0)
+        lines = output.read().splitlines()
+    warnings = [line for line in lines if line.startswith("warning ")]
+    if options.expected:
+        expected = options.expected.read_text(encoding="utf-8").splitlines()
+        lines = [line for line in lines if not line.startswith("warning ")]
+        lines += difflib.unified_diff(expected, warnings, "expected", "found", lineterm="")
+        status = status or warnings != expected
+    print("\n".join(lines))
     if count < least:
         print(f"at least {least} programs were expected")
     return status or count < least

@@ -124,7 +124,8 @@ class Command(unittest.TestCase):
 
     def test_colours_on_a_terminal(self):
         self.write("program.krl", REFUSED)
-        for variables, coloured in [({}, True), ({"NO_COLOR": "1"}, False), ({"NO_COLOR": ""}, True)]:
+        for variables, coloured in [({}, True), ({"NO_COLOR": "1"}, False),
+                                    ({"NO_COLOR": ""}, True)]:
             with self.subTest(variables):
                 environment = {name: value for name, value in os.environ.items()
                                if name != "NO_COLOR"}

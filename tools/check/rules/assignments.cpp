@@ -183,8 +183,7 @@
 
 namespace krel::Check {
 
-void Repairer::assignment(NodeId id, NodeId statement, Pieces& out) {
-    static_cast<void>(statement);
+void Repairer::assignment(NodeId id, Pieces& out) {
     const NodeId target = tree[id].first;
     const NodeId value = tree.child(id, 1);
     const Word op = tree[id].op;
@@ -289,7 +288,7 @@ void Repairer::nestedAssignment(NodeId id, const Context& context, Pieces& out) 
         return;
     }
     Pieces statement;
-    assignment(id, id, statement);
+    assignment(id, statement);
     statement.markAsMoved();
     statement.insert(";", tree[id].range);
     prelude.push_back(std::move(statement));
@@ -371,10 +370,10 @@ void Repairer::update(NodeId id, Pieces& out) {
     copy(tree[operand].range.end, range.end, out);
 }
 
-void Repairer::callStatement(NodeId id, NodeId statement, Pieces& out) {
-    static_cast<void>(statement);
+void Repairer::callStatement(NodeId id, Pieces& out) {
     const FunctionId callee = model.functionNamed(tree.wordOf(id));
-    if (tree[id].op == Word::Exit && tree[id].first != noNode) {
+    const NodeId status = tree[id].first;
+    if (tree[id].op == Word::Exit && status != noNode && tree.textOf(status) != "0") {
         say("exit-status", Severity::Warning, tree[id].range,
             "the argument of `exit` is never evaluated; the status is 0", "write `exit()`");
     }

@@ -304,10 +304,10 @@ void Repairer::expressionStatement(NodeId id, Pieces& out) {
     copy(tree[id].range.begin, tree[child].range.begin, out);
     switch (tree[child].kind) {
         case Kind::Assign:
-            assignment(child, id, out);
+            assignment(child, out);
             break;
         case Kind::Call:
-            callStatement(child, id, out);
+            callStatement(child, out);
             break;
         default:
             simple(child, out);
@@ -320,9 +320,9 @@ void Repairer::expressionStatement(NodeId id, Pieces& out) {
 void Repairer::simple(NodeId id, Pieces& out) {
     switch (tree[id].kind) {
         case Kind::Assign:
-            return assignment(id, id, out);
+            return assignment(id, out);
         case Kind::Call:
-            return callStatement(id, id, out);
+            return callStatement(id, out);
         case Kind::Update:
             return update(id, out);
         case Kind::Parentheses: {

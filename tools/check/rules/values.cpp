@@ -216,8 +216,7 @@ private:
         if (orders || isAlwaysMade(left) || isAlwaysMade(right)) {
             say("string-comparison", tree[id].range,
                 orders ? "strings have no order: their addresses are compared"
-                       : "a text that is made at run time is equal to no other: addresses are "
-                         "compared",
+                       : "addresses are compared, and a text that is made at run time has its own",
                 "keep in an `int` or a `character` what the program has to decide on");
         }
     }

@@ -2,7 +2,7 @@
 """Hands programs to krel_check_fidelity, which holds the findings against the compiler.
 
 Usage: fidelity.py --check KREL_CHECK_FIDELITY [--count N] [--seed N] [--warnings]
-                   [--expected FILE] cases|run-cases|examples|soak|documents|mutants
+                   [--expected FILE] cases|run-cases|examples|soak|large|documents|mutants
 
 With --expected the warnings have to be those in the file.
 """
@@ -16,13 +16,15 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
-sys.path[:0] = [str(ROOT / "tests" / "soak"), str(ROOT / "tests" / "examples")]
+sys.path[:0] = [str(ROOT / folder) for folder in ("bench", "tests/soak", "tests/examples")]
 
 import generator  # noqa: E402 (after the path is known)
+import inputs  # noqa: E402
 import mutate  # noqa: E402
 import run_document  # noqa: E402
 
 SOAK_PROGRAMS = 500
+LARGE_SIZE = 5000
 
 
 def cases(_):
@@ -46,6 +48,13 @@ def examples(_):
 def soak(options):
     for number in range(options.seed, options.seed + (options.count or SOAK_PROGRAMS)):
         yield f"soak-{number}", generator.generate(number)[0]
+
+
+def large(_):
+    for made in inputs.INPUTS:
+        yield made.name, made.text(LARGE_SIZE).encode()
+    for made in inputs.NESTINGS:
+        yield made.name, made.text(made.deepest()).encode()
 
 
 def documents(_):
@@ -79,7 +88,7 @@ def mutants(options):
 
 # The programs, and how many there have to be at least, lest the test looks at none.
 PROGRAMS = {"cases": (cases, 400), "run-cases": (run_cases, 20), "examples": (examples, 20), "soak": (soak, 1),
-            "documents": (documents, 100), "mutants": (mutants, 1)}
+            "large": (large, 20), "documents": (documents, 100), "mutants": (mutants, 1)}
 
 
 def main():

@@ -178,6 +178,9 @@ TEST(RepairTest, WritesStatementsThatThereAre) {
          "boolean again = false; while (true) { if (again) { if (!(i < n)) { break; } }"
          " again = true; continue; }"},
         {"for (i = 0; i < n; i++, n--) { }", "for (i = 0; i < n; ) { i++; n--; }"},
+        {"for (i = 0; i < n; i++, n--) { continue; }",
+         "boolean again = false; for (i = 0; ; ) { if (again) { i++; n--; } again = true;"
+         " if (!(i < n)) { break; } continue; }"},
         {"while (b) ;", "while (b) {  }"},
         {"i = 1;;", "i = 1;"},
         {"i = 1 }  void k() { ", "i = 1; }  void k() { "},
@@ -200,6 +203,7 @@ TEST(RepairTest, Declares) {
          "for (int k = 0; k < 3; k++) { } for (k = 0; k < 2; k++) { }"},
         {"{ int k = 1; } { double k = 0.5; d = k; }",
          "{ int k = 1; } { double k2 = 0.5; d = k2; }"},
+        {"int k = 1; { int k = 2; n = k; } n = k;", "int k = 1; { int k2 = 2; n = k2; } n = k;"},
         {"int arg = 5; print(arg);", "int argument = 5; print(argument);"},
         {"int main = 5; print(main);", "int mainValue = 5; print(mainValue);"},
     });

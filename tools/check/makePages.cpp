@@ -78,8 +78,9 @@ int main(int argc, char** argv) {
     out << "#include \"tools/check/ruleBook.hpp\"\n\nnamespace krel::Check {\n\n"
         << "std::span<const RulePage> allRules() {\n    static constexpr RulePage pages[] = {\n";
     for (const auto& [name, text] : pages) {
+        const std::string title = "# " + name + "\n";
         out << "{" << literal(name) << ", " << literal(summaryOf(text)) << ",\n"
-            << literal("# " + name + "\n" + text) << "},\n";
+            << literal(title) << " " << literal(text) << "},\n";
     }
     out << "    };\n    return pages;\n}\n\n}  // namespace krel::Check\n";
     return out.flush() ? EXIT_SUCCESS : EXIT_FAILURE;

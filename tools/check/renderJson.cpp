@@ -18,17 +18,43 @@ std::string dumped(const Json& document) {
     return document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-Json placeOf(const LineIndex& lines, SourceRange range, const char* line, const char* column,
-             const char* endLine, const char* endColumn) {
+Json placeOf(const LineIndex& lines, SourceRange range) {
     const LineAndColumn begin = lines.positionOf(range.begin);
     const LineAndColumn end = lines.positionOf(range.end);
-    return {
-        {line, begin.line}, {column, begin.column}, {endLine, end.line}, {endColumn, end.column}};
+    return {{"line", begin.line},
+            {"column", begin.column},
+            {"endLine", end.line},
+            {"endColumn", end.column}};
 }
 
-Json sarifRange(const LineIndex& lines, SourceRange range) {
-    return placeOf(lines, range, "startLine", "startColumn", "endLine", "endColumn");
-}
+/// Lines and columns as SARIF counts them: in characters of UTF-8, however damaged.
+class Characters {
+public:
+    explicit Characters(const std::string& text) : lines(text) {
+        before.reserve(text.size() + 1);
+        before.push_back(0);
+        for (const char byte : text) {
+            const bool continues = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+            before.push_back(before.back() + (continues ? 0U : 1U));
+        }
+    }
+
+    Json regionOf(SourceRange range) const {
+        return {{"startLine", lines.positionOf(range.begin).line},
+                {"startColumn", columnOf(range.begin)},
+                {"endLine", lines.positionOf(range.end).line},
+                {"endColumn", columnOf(range.end)}};
+    }
+
+private:
+    std::uint32_t columnOf(std::uint32_t place) const {
+        const std::uint32_t begin = lines.offsetOf({lines.positionOf(place).line, 1});
+        return before[place] - before[begin] + 1;
+    }
+
+    LineIndex lines;
+    std::vector<std::uint32_t> before;  // how many characters stand before each byte
+};
 
 /// A path as a reference: what has a meaning there is written as its code.
 std::string uriOf(const std::string& path) {
@@ -57,14 +83,14 @@ std::string jsonOf(const std::vector<CheckedFile>& files) {
         Json findings = Json::array();
         for (const Finding& finding : file.report.findings) {
             Json entry = {{"rule", finding.rule}, {"severity", nameOf(finding.severity)}};
-            entry.update(placeOf(lines, finding.range, "line", "column", "endLine", "endColumn"));
+            entry.update(placeOf(lines, finding.range));
             entry["message"] = finding.message;
             entry["help"] = finding.help;
             findings.push_back(std::move(entry));
         }
         Json edits = Json::array();
         for (const Edit& edit : file.report.edits) {
-            Json entry = placeOf(lines, edit.range, "line", "column", "endLine", "endColumn");
+            Json entry = placeOf(lines, edit.range);
             entry["text"] = edit.text;
             edits.push_back(std::move(entry));
         }
@@ -85,7 +111,7 @@ std::string sarifOf(const std::vector<CheckedFile>& files) {
     }
     Json results = Json::array();
     for (const CheckedFile& file : files) {
-        const LineIndex lines{file.text};
+        const Characters characters{file.text};
         for (const Finding& finding : file.report.findings) {
             constexpr const char* levels[] = {"error", "warning", "note"};
             const std::string text =
@@ -96,7 +122,7 @@ std::string sarifOf(const std::vector<CheckedFile>& files) {
                 {"message", {{"text", text}}},
                 {"locations", Json::array({{{"physicalLocation",
                                              {{"artifactLocation", {{"uri", uriOf(file.path)}}},
-                                              {"region", sarifRange(lines, finding.range)}}}}})}};
+                                              {"region", characters.regionOf(finding.range)}}}}})}};
             const auto number = numbers.find(finding.rule);
             if (number != numbers.end()) {
                 result["ruleIndex"] = number->second;
@@ -109,7 +135,7 @@ std::string sarifOf(const std::vector<CheckedFile>& files) {
     return dumped({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                    {"version", "2.1.0"},
                    {"runs", Json::array({{{"tool", tool},
-                                          {"columnKind", "utf16CodeUnits"},
+                                          {"columnKind", "unicodeCodePoints"},
                                           {"results", std::move(results)}}})}});
 }
 

@@ -46,12 +46,12 @@ std::string excerptOf(std::string_view text, const LineIndex& lines, SourceRange
                       const Style& style, std::string_view colour) {
     const LineAndColumn place = lines.positionOf(range.begin);
     const std::size_t begin = lines.offsetOf({place.line, 1});
-    const std::size_t end = std::min(text.find('\n', begin), text.size());
     std::size_t first = begin;  // what is shown of a long line
     if (range.begin - begin > widest / 2) {
         first = range.begin - widest / 2;
     }
-    const std::size_t last = std::min(end, first + widest);
+    const std::string_view window = text.substr(first, widest);
+    const std::size_t last = first + std::min(window.find('\n'), window.size());
     const std::string number = std::to_string(place.line);
     const std::string margin(number.size(), ' ');
     std::string marks;

@@ -224,7 +224,7 @@ void Repairer::withPrelude(NodeId id, const Write& write, Pieces& out) {
 
 /// Declares a variable in the prelude and returns its name.
 std::string Repairer::hoist(Type type, const std::string& base, Pieces&& value, NodeId because) {
-    const std::string name = fresh(base);
+    std::string name = fresh(base);
     const SourceRange origin = tree[because].range;
     value.markAsMoved();
     Pieces declaration;

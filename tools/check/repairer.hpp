@@ -160,7 +160,14 @@ private:
     bool hasBoundFirst(NodeId declarator) const;
     std::string defaultOf(Type type) const;
     void findNames();
+    void findLinkedName(const Function& function);
+    std::string freeNameFor(const Variable& variable, const Function& function);
     void findForeignWords();
+    void findMainType();
+    void findCarriageReturns();
+    void findForeignComments();
+    void replaceWord(std::string_view rule, SourceRange range, std::string_view instead,
+                     const std::string& message);
     void findGlobals();
     bool isChanged(NodeId use) const;
     void declareGlobals(Pieces& out);

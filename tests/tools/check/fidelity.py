@@ -70,7 +70,8 @@ def documents(_):
             is_table = line.startswith("| You write") or (is_table and line.startswith("|"))
             if not is_table or not line.startswith("| `") or frame is None:
                 continue
-            for snippet in re.findall(r"`([^`]*)`", line.split(" | ")[0].replace("\\|", "|")):
+            cell = line.split(" | ")[0].replace("\\|", "|")
+            for snippet in re.findall(r"`([^`]*)`", cell):
                 if "main(" in snippet:
                     program = "int f() { return 1; }\nvoid g() { }\n" + snippet
                 elif re.match(r"(int|double|void|string|boolean) \w+\(", snippet):
@@ -87,8 +88,9 @@ def mutants(options):
 
 
 # The programs, and how many there have to be at least, lest the test looks at none.
-PROGRAMS = {"cases": (cases, 400), "run-cases": (run_cases, 20), "examples": (examples, 20), "soak": (soak, 1),
-            "large": (large, 20), "documents": (documents, 100), "mutants": (mutants, 1)}
+PROGRAMS = {"cases": (cases, 400), "run-cases": (run_cases, 20), "examples": (examples, 20),
+            "soak": (soak, 1), "large": (large, 20), "documents": (documents, 100),
+            "mutants": (mutants, 1)}
 
 
 def main():

@@ -242,7 +242,7 @@ void Repairer::assignment(NodeId id, Pieces& out) {
 /// variable that holds the value.
 std::string Repairer::atomFor(NodeId id, const std::string& base, Pieces&& text) {
     const NodeId core = inner(id);
-    const std::string written = textOf(text);
+    std::string written = textOf(text);
     if (written.find_first_of(" (") == written.npos &&
         (isAtom(core) || tree[core].kind == Kind::Index)) {
         return written;

@@ -106,14 +106,12 @@ bool Repairer::coerceLiteral(NodeId id, Type to, Pieces& out) {
     } else if (from == Word::Double && to == Word::Int && isWholeDouble(id) &&
                number.real <= 2147483647.0) {
         instead = std::to_string(static_cast<std::int64_t>(number.real));
-    } else if (from == Word::Int && to == Word::String) {
+    } else if ((from == Word::Int || from == Word::Boolean) && to == Word::String) {
         instead = "\"" + text + "\"";
     } else if (from == Word::Int && to == Word::Boolean) {
         instead = number.whole == 0 ? "false" : "true";
     } else if (from == Word::Boolean && to == Word::Int) {
         instead = text == "true" ? "1" : "0";
-    } else if (from == Word::Boolean && to == Word::String) {
-        instead = "\"" + text + "\"";
     } else if (from == Word::Character && to == Word::String) {
         instead = "\"" + text.substr(1, text.size() - 2) + "\"";
         instead = instead == "\"\"\"" ? "\"\\\"\"" : instead == "\"\\'\"" ? "\"'\"" : instead;

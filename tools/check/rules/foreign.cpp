@@ -117,12 +117,14 @@
 
 namespace krel::Check {
 
+/// Reports a word and writes another one wherever it is copied.
+void Repairer::replaceWord(std::string_view rule, SourceRange range, std::string_view instead,
+                           const std::string& message) {
+    say(rule, Severity::Error, range, message, "write " + quoted(instead));
+    editToken(range, std::string{instead});
+}
+
 void Repairer::findForeignWords() {
-    const auto replace = [&](std::string_view rule, SourceRange range, std::string_view instead,
-                             const std::string& message) {
-        say(rule, Severity::Error, range, message, "write " + quoted(instead));
-        editToken(range, std::string{instead});
-    };
     for (NodeId id = 0; id < tree.nodes.size(); ++id) {
         const Syntax::Node& node = tree[id];
         const std::string_view word = tree.wordOf(id);
@@ -134,26 +136,26 @@ void Repairer::findForeignWords() {
                 type = first == noVariable ? Word::End : model.variables()[first].type;
             }
             if (!nameOf(type).empty() && node.range.begin < node.range.end) {
-                replace("foreign-type", node.range, nameOf(type),
-                        "`" + std::string{tree.textOf(id)} + "` is no type");
+                replaceWord("foreign-type", node.range, nameOf(type),
+                            "`" + std::string{tree.textOf(id)} + "` is no type");
             }
         } else if (node.kind == Kind::Binary && word.size() > 1 &&
                    (word == "and" || word == "or" || word == "<>")) {
-            replace("foreign-word", tree.wordRange(id),
-                    word == "and"  ? "&&"
-                    : word == "or" ? "||"
-                                   : "!=",
-                    "`" + std::string{word} + "` is no operator");
+            replaceWord("foreign-word", tree.wordRange(id),
+                        word == "and"  ? "&&"
+                        : word == "or" ? "||"
+                                       : "!=",
+                        "`" + std::string{word} + "` is no operator");
         } else if (node.kind == Kind::Unary && word == "not") {
-            replace("foreign-word", tree.wordRange(id), "!", "`not` is no operator");
+            replaceWord("foreign-word", tree.wordRange(id), "!", "`not` is no operator");
         } else if (node.kind == Kind::Assign && word == ":=") {
-            replace("foreign-word", tree.wordRange(id), "=", "`:=` is no operator");
+            replaceWord("foreign-word", tree.wordRange(id), "=", "`:=` is no operator");
         } else if (node.kind == Kind::Arm && node.op == Word::Name) {
-            replace("foreign-word", tree.wordRange(id), "elseif",
-                    "`" + std::string{word} + "` is no word of Krel");
+            replaceWord("foreign-word", tree.wordRange(id), "elseif",
+                        "`" + std::string{word} + "` is no word of Krel");
         } else if (node.kind == Kind::Literal && (word == "True" || word == "False")) {
-            replace("foreign-word", node.range, word == "True" ? "true" : "false",
-                    "`" + std::string{word} + "` is no literal");
+            replaceWord("foreign-word", node.range, word == "True" ? "true" : "false",
+                        "`" + std::string{word} + "` is no literal");
         } else if (node.kind == Kind::Parameter && node.token == Syntax::noToken &&
                    tree.textOf(id) == "void") {
             say("foreign-word", Severity::Error, node.range, "no parameters are written `()`",
@@ -161,14 +163,23 @@ void Repairer::findForeignWords() {
             editToken(node.range, "");
         }
     }
+    findMainType();
+    findCarriageReturns();
+    findForeignComments();
+}
+
+void Repairer::findMainType() {
     const FunctionId start = model.functionNamed("main");
     if (start != noFunction) {
         const Function& function = model.functions()[start];
         const NodeId type = tree[function.node].first;
         if (function.type != Word::Void && !tree[type].foreign) {
-            replace("main-type", tree[type].range, "void", "`main` returns nothing");
+            replaceWord("main-type", tree[type].range, "void", "`main` returns nothing");
         }
     }
+}
+
+void Repairer::findCarriageReturns() {
     for (const SourceRange range : tree.tokens.carriageReturns) {
         editToken(range, "");
     }
@@ -179,6 +190,9 @@ void Repairer::findForeignWords() {
                        : std::to_string(count) + " carriage returns are no white space",
             "remove them: lines end in a line feed");
     }
+}
+
+void Repairer::findForeignComments() {
     for (const SourceRange range : tree.tokens.foreignComments) {
         const std::string_view text = tree.textOf(range);
         std::string instead;

@@ -142,21 +142,41 @@ void Repairer::rename(VariableId number, const std::string& name) {
     }
 }
 
+void Repairer::findLinkedName(const Function& function) {
+    const bool isLinked =
+        std::find(linkedNames.begin(), linkedNames.end(), function.name) != linkedNames.end();
+    if (isLinked || function.name.substr(0, 5) == "krel_") {
+        const std::string name = fresh("my" + std::string{function.name});
+        say("linked-name", Severity::Error, tree.wordRange(function.node),
+            "the name `" + std::string{function.name} +
+                "` belongs to the run-time library or the system",
+            "use another one: " + quoted(name));
+        editToken(tree.wordRange(function.node), name);
+        for (const NodeId call : function.calls) {
+            editToken(tree.wordRange(call), name);
+        }
+    }
+}
+
+/// The name of a variable, or another one if its own is not free.
+std::string Repairer::freeNameFor(const Variable& variable, const Function& function) {
+    std::string name{variable.name};
+    if (!isIrWord(name) && !isTemporary(name) && variable.name != function.name) {
+        return name;
+    }
+    std::string other = fresh(otherNameFor(name));
+    say("reserved-name", isTemporary(name) ? Severity::Warning : Severity::Error,
+        tree.wordRange(variable.node),
+        variable.name == function.name ? "`" + name + "` is the name of the function itself"
+        : isTemporary(name) ? "`" + name + "` is the name of one of the compiler's temporaries"
+                            : "`" + name + "` is a word of the intermediate code",
+        "use another name: " + quoted(other));
+    return other;
+}
+
 void Repairer::findNames() {
     for (const Function& function : model.functions()) {
-        const bool isLinked =
-            std::find(linkedNames.begin(), linkedNames.end(), function.name) != linkedNames.end();
-        if (isLinked || function.name.substr(0, 5) == "krel_") {
-            const std::string name = fresh("my" + std::string{function.name});
-            say("linked-name", Severity::Error, tree.wordRange(function.node),
-                "the name `" + std::string{function.name} +
-                    "` belongs to the run-time library or the system",
-                "use another one: " + quoted(name));
-            editToken(tree.wordRange(function.node), name);
-            for (const NodeId call : function.calls) {
-                editToken(tree.wordRange(call), name);
-            }
-        }
+        findLinkedName(function);
         std::unordered_map<std::string_view, std::vector<Slot>> slots;
         for (const VariableId number : function.variables) {
             const Variable& variable = model.variables()[number];
@@ -164,17 +184,9 @@ void Repairer::findNames() {
             std::vector<Slot>& known = slots[variable.name];
             const std::string name{variable.name};
             if (known.empty()) {
-                Slot slot = {variable.type, variable.isArray, variable.scope, name};
-                if (isIrWord(name) || isTemporary(name) || variable.name == function.name) {
-                    slot.name = fresh(otherNameFor(name));
-                    say("reserved-name", isTemporary(name) ? Severity::Warning : Severity::Error,
-                        word,
-                        variable.name == function.name
-                            ? "`" + name + "` is the name of the function itself"
-                        : isTemporary(name)
-                            ? "`" + name + "` is the name of one of the compiler's temporaries"
-                            : "`" + name + "` is a word of the intermediate code",
-                        "use another name: " + quoted(slot.name));
+                Slot slot = {variable.type, variable.isArray, variable.scope,
+                             freeNameFor(variable, function)};
+                if (slot.name != name) {
                     rename(number, slot.name);
                 }
                 known.push_back(std::move(slot));

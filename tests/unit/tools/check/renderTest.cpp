@@ -90,6 +90,17 @@ TEST(RenderTest, WritesSarif) {
     EXPECT_EQ(rules.at(result.at("ruleIndex").get<std::size_t>()).at("id"), "initial-value");
 }
 
+TEST(RenderTest, SarifCountsCharacters) {
+    const auto document = nlohmann::json::parse(
+        sarifOf({fileOf("void main() {\n    print(\"\u00e9\", missing);\n}\n")}));
+    const auto& run = document.at("runs").at(0);
+    EXPECT_EQ(run.at("columnKind"), "unicodeCodePoints");
+    const auto& region =
+        run.at("results").at(0).at("locations").at(0).at("physicalLocation").at("region");
+    EXPECT_EQ(region.at("startColumn"), 16);
+    EXPECT_EQ(region.at("endColumn"), 23);
+}
+
 TEST(RenderTest, BytesThatAreNoTextDoNotBreakJson) {
     const auto document = nlohmann::json::parse(
         jsonOf({fileOf("void main() {\n    int x = \xff;\n    print(x);\n}\n")}));

@@ -51,10 +51,6 @@ class Workshop:
         """krelcc with a native compiler that does nothing."""
         return self.run([self.krelcc, source, *options], before=self.stub, status=status)
 
-    def whole(self, source, *options):
-        """krelcc with our native build."""
-        return self.run([self.krelcc, source, *options], before=self.native)
-
 
 def build_stub(directory):
     """Makes a directory with a `gcc` that does nothing, to be put first on the search path."""

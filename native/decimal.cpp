@@ -109,10 +109,10 @@ std::optional<std::uint64_t> rounded(const Binary& number, Wide uncertainty) {
         return std::nullopt;
     }
     const auto mantissa = static_cast<std::uint64_t>(number.significand >> droppedBits);
-    const auto exponent = static_cast<std::uint64_t>(number.exponent + 127 + 1023);
-    // The mantissa's highest bit is not stored. Rounding up may carry into the exponent, as it
-    // must.
-    return (exponent << 52) + (mantissa - (std::uint64_t{1} << 52)) + (rest > half ? 1 : 0);
+    const int exponent = number.exponent + 127 + 1023;
+    // The mantissa's highest bit is not stored. Rounding up may carry into the exponent, and must.
+    return (static_cast<std::uint64_t>(exponent) << 52) + (mantissa - (std::uint64_t{1} << 52)) +
+           (rest > half ? 1 : 0);
 }
 
 std::optional<std::uint64_t> bitsOf(const Decimal& decimal) {

@@ -12,8 +12,8 @@
 namespace {
 
 constexpr const krel::Command* commands[] = {
-    &krel::runCommand,     &krel::buildCommand,  &krel::checkCommand,
-    &krel::explainCommand, &krel::formatCommand, &krel::helpCommand,
+    &krel::runCommand,    &krel::buildCommand, &krel::checkCommand, &krel::explainCommand,
+    &krel::formatCommand, &krel::lspCommand,   &krel::helpCommand,
 };
 
 }  // namespace

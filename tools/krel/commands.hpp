@@ -26,6 +26,7 @@ extern const Command buildCommand;
 extern const Command checkCommand;
 extern const Command explainCommand;
 extern const Command formatCommand;
+extern const Command lspCommand;
 extern const Command helpCommand;
 
 /// All commands, in the order in which people are told of them.

@@ -149,6 +149,7 @@ private:
     void characterLiteral(NodeId id, const Context& context, Pieces& out);
     void stringLiteral(NodeId id, const Context& context, Pieces& out);
     bool isRefusedText(NodeId id) const;
+    void findMixedArrays(NodeId id);
     void declaration(NodeId id, Pieces& out);
     void declarator(NodeId id, bool withType, Pieces& out);
     void arrayDeclarator(NodeId id, Pieces& out);

@@ -91,8 +91,10 @@
 /// ```
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "tools/check/repairer.hpp"
 
@@ -145,43 +147,77 @@ bool Repairer::isPlainDeclaration(NodeId id) const {
     return (!hasArray && !isAssigned) || (count == 1 && !isAssigned);
 }
 
-void Repairer::declaration(NodeId id, Pieces& out) {
+/// Reports arrays that stand in one declaration with something else.
+void Repairer::findMixedArrays(NodeId id) {
     const std::vector<NodeId> children = tree.children(id);
-    std::uint32_t at = tree[id].range.begin;
-    if (isPlainDeclaration(id)) {
-        for (const NodeId child : children) {
-            copy(at, tree[child].range.begin, out);
-            if (tree[child].kind == Kind::Type) {
-                copy(child, out);
-            } else {
-                declarator(child, false, out);
-            }
-            at = tree[child].range.end;
-        }
-        copy(at, tree[id].range.end, out);
+    if (children.size() <= 2) {
         return;
     }
+    const VariableId first = model.declared(children[1]);
+    const bool silent = first != noVariable && model.variables()[first].isArray;
+    for (std::size_t index = 1; index < children.size(); ++index) {
+        const VariableId variable = model.declared(children[index]);
+        if (variable != noVariable && (silent ? index > 1 : model.variables()[variable].isArray)) {
+            say("array-declaration", Severity::Error, tree[children[index]].range,
+                "an array stands in a declaration of its own",
+                "declare `" + std::string{model.variables()[variable].name} + "` by itself");
+        }
+    }
+}
+
+void Repairer::declaration(NodeId id, Pieces& out) {
+    const bool isPlain = isPlainDeclaration(id);
+    if (!isPlain) {
+        findMixedArrays(id);
+    }
+    const std::vector<NodeId> children = tree.children(id);
     const SourceRange range = tree[id].range;
-    if (children.size() > 2) {
-        const VariableId first = model.declared(children[1]);
-        const bool silent = first != noVariable && model.variables()[first].isArray;
-        for (std::size_t index = 1; index < children.size(); ++index) {
-            const VariableId variable = model.declared(children[index]);
-            if (variable != noVariable &&
-                (silent ? index > 1 : model.variables()[variable].isArray)) {
-                say("array-declaration", Severity::Error, tree[children[index]].range,
-                    "an array stands in a declaration of its own",
-                    "declare `" + std::string{model.variables()[variable].name} + "` by itself");
+    std::uint32_t at = range.begin;
+    Pieces text;
+    bool isFirst = true;
+    for (const NodeId child : children) {
+        if (tree[child].kind != Kind::Declarator) {
+            if (isPlain) {
+                copy(at, tree[child].range.begin, text);
+                copy(child, text);
+                at = tree[child].range.end;
+            }
+            continue;
+        }
+        const NodeId callBefore = std::exchange(firstCallInPlace, noNode);
+        const NodeId hoistBefore = lastHoistWithCall;
+        Pieces part;
+        Prelude before = capture([&](Pieces&) { declarator(child, !isPlain, part); });
+        const NodeId callHere =
+            std::exchange(firstCallInPlace, std::min(callBefore, firstCallInPlace));
+        if (isFirst || before.empty()) {
+            if (isPlain) {
+                copy(at, tree[child].range.begin, text);
+            } else if (!isFirst) {
+                text.insert(";" + separatorOf(id), range);
+            }
+        } else {
+            // What runs before this declarator may use the ones before it. So they end here, and
+            // their calls are in order with what follows.
+            text.insert(";", range);
+            prelude.push_back(std::move(text));
+            text = Pieces{};
+            if (isPlain) {
+                text.insert(
+                    std::string{nameOf(model.variables()[model.declared(child)].type)} + " ",
+                    range);
+            }
+            if (callBefore >= hoistBefore) {
+                firstCallInPlace = callHere;
             }
         }
+        std::move(before.begin(), before.end(), std::back_inserter(prelude));
+        text.append(std::move(part));
+        at = tree[child].range.end;
+        isFirst = false;
     }
-    for (std::size_t index = 1; index < children.size(); ++index) {
-        if (index > 1) {
-            out.insert(";" + separatorOf(id), range);
-        }
-        declarator(children[index], true, out);
-    }
-    copy(tree[children.back()].range.end, range.end, out);
+    copy(at, range.end, text);
+    out.append(std::move(text));
 }
 
 void Repairer::declarator(NodeId id, bool withType, Pieces& out) {

@@ -640,6 +640,9 @@ Repairer::Prelude Repairer::forInit(NodeId part, Pieces& out) {
         }
         Pieces text;
         before = capture([&](Pieces&) { declaration(declared, text); });
+        for (Pieces& each : before) {
+            each.markAsMoved();
+        }
         const bool isAssignment = tree.children(declared).size() == 2 &&
                                   tree[tree.child(declared, 1)].token != Syntax::noToken &&
                                   !isArray(tree.child(declared, 1));

@@ -209,6 +209,30 @@ TEST(RepairTest, Declares) {
     });
 }
 
+TEST(RepairTest, SplitsDeclarationsThatReadThemselves) {
+    expectRepairs({
+        {"int lo = 1, hi = 9, mid = (lo + hi) % 4;",
+         "int lo = 1, hi = 9; int dividend = (lo + hi);"
+         " int mid = (dividend - dividend / 4 * 4);"},
+        {"int m = 0, k = m++, o = m;",
+         "int m = 0; int before = m; m = m + 1; int k = before, o = m;"},
+        {"int x = f(2), y = x > 1 ? f(1) : f(0);",
+         "int x = f(2); int chosen = 0; if (x > 1) { chosen = f(1); } else { chosen = f(0); }"
+         " int y = chosen;"},
+        {"int x = 1, t[3], y = x++;",
+         "int x = 1; int t[3]; int before = x; x = x + 1; int y = before;"},
+        {"char k = 'x', l = k, m = n > 1 ? k : l;",
+         "character k = 'x', l = k; character chosen = ' '; if (n > 1) { chosen = k; } else"
+         " { chosen = l; } character m = chosen;"},
+        {"int x = f(1) + -f(2), y = -f(3);",
+         "int fResult = f(1); int fResult2 = f(2); int x = fResult + -fResult2;"
+         " int fResult3 = f(3); int y = -fResult3;"},
+        {"for (int k = 1, l = (k + 1) % 2; k < 3; k++) { }",
+         "int k = 1; int dividend = (k + 1); for (int l = (dividend - dividend / 2 * 2); k < 3;"
+         " k++) { }"},
+    });
+}
+
 TEST(RepairTest, WritesTexts) {
     expectRepairs({
         {"s = \"a - b\";", "s = \"a -\" + \" b\";"},

@@ -70,6 +70,8 @@ void Repairer::expression(NodeId id, const Context& context, Pieces& out) {
         return doubleCondition(id, context, out);
     }
     switch (tree[id].kind) {
+        case Kind::Name:
+            return name(id, out);
         case Kind::Literal:
             return literal(id, context, out);
         case Kind::Unary:

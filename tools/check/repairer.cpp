@@ -11,7 +11,7 @@
 namespace krel::Check {
 
 Repairer::Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut)
-    : model(itsModel), tree(itsModel.tree()), leftOut(itsLeftOut) {
+    : model(itsModel), tree(itsModel.tree()), effects(itsModel), leftOut(itsLeftOut) {
     for (const Syntax::Token& token : tree.tokens.words) {
         if (token.word == Word::Name) {
             usedNames.emplace(tree.textOf(token.range));

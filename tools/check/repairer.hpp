@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "tools/check/effects.hpp"
 #include "tools/check/finding.hpp"
 #include "tools/check/model.hpp"
 #include "tools/check/pieces.hpp"
@@ -126,7 +127,10 @@ private:
     void smallDouble(NodeId id, const Number& number, Pieces& out);
     bool isWholeDouble(NodeId id) const;
     bool isSilentDouble(NodeId id) const;
+    void name(NodeId id, Pieces& out);
     void place(NodeId id, Pieces& out);
+    void element(NodeId id, Pieces& out);
+    std::string keptNow(NodeId place, const std::string& text);
     NodeId columnsOf(NodeId array) const;
     void cast(NodeId id, const Context& context, Pieces& out);
     bool aloneCast(NodeId id, Type target, Pieces& out);
@@ -143,7 +147,9 @@ private:
     Pieces remainder(NodeId id, Pieces&& left);
     Pieces shortCircuit(NodeId id, Pieces&& left, Prelude&& before, Pieces&& right);
     bool needsLeft(NodeId right) const;
-    void assignment(NodeId id, Pieces& out);
+    std::string assignment(NodeId id, Pieces& out);
+    void sumAssignment(NodeId id, Pieces& out);
+    std::string assignedFrom(NodeId id, const std::string& targetText);
     void update(NodeId id, Pieces& out);
     void callStatement(NodeId id, Pieces& out);
     void characterLiteral(NodeId id, const Context& context, Pieces& out);
@@ -179,6 +185,7 @@ private:
 
     const Model& model;
     const Tree& tree;
+    const Effects effects;
     const std::unordered_set<NodeId>& leftOut;
 
     std::vector<TokenEdit> tokenEdits;   // in order, once collected

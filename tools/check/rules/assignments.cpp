@@ -183,59 +183,82 @@
 
 namespace krel::Check {
 
-void Repairer::assignment(NodeId id, Pieces& out) {
+/// What an assignment with an operator starts from: the target, or what it held before the value
+/// changed it.
+std::string Repairer::assignedFrom(NodeId id, const std::string& targetText) {
+    const NodeId target = tree[id].first;
+    return effects.changeBehind(target, effects.variableOf(target)) ? keptNow(target, targetText)
+                                                                    : targetText;
+}
+
+/// Returns the text of the target.
+std::string Repairer::assignment(NodeId id, Pieces& out) {
     const NodeId target = tree[id].first;
     const NodeId value = tree.child(id, 1);
     const Word op = tree[id].op;
     const Type type = model.meant(target);
     Pieces written;
     expression(target, {}, written);
-    const std::string targetText = textOf(written);
+    std::string targetText = textOf(written);
     out.append(std::move(written));
     Context context;
     context.want = type;
     if (op == Word::Assign) {
         copy(tree[target].range.end, tree[value].range.begin, out);
         expression(value, context, out);
-        return;
+        return targetText;
     }
-    if (op == Word::PlusAssign || op == Word::MinusAssign) {
-        const Type given = model.meant(value);
-        context.calls = context.typed = false;
-        context.want = type == Word::Double || (type == Word::String && op == Word::PlusAssign)
-                           ? type
-                           : Word::End;
-        if ((given == Word::Double || given == Word::String) && type != given &&
-            !nameOf(type).empty() && type != Word::String) {
-            say("untyped-update", Severity::Warning, tree[value].range,
-                "this is of type `" + std::string{nameOf(given)} + "`, and is added to `" +
-                    std::string{nameOf(type)} + "` as it is",
-                "");
-        }
-        copy(tree[target].range.end, tree[value].range.begin, out);
-        expression(value, context, out);
-        return;
+    const std::string from = assignedFrom(id, targetText);
+    const bool isKrel = op == Word::PlusAssign || op == Word::MinusAssign;
+    if (isKrel && from == targetText) {
+        sumAssignment(id, out);
+        return targetText;
     }
-    const SourceRange sign = tree.wordRange(id);
-    say("compound-assignment", Severity::Error, sign, "there are only `+=` and `-=`",
-        "write `" + targetText + " = " + targetText + " " +
-            std::string{tree.wordOf(id).substr(0, 1)} + " ...`");
+    if (!isKrel) {
+        say("compound-assignment", Severity::Error, tree.wordRange(id),
+            "there are only `+=` and `-=`",
+            "write `" + targetText + " = " + targetText + " " +
+                std::string{tree.wordOf(id).substr(0, 1)} + " ...`");
+    }
     if (op == Word::PercentAssign) {
         Pieces right;
         context.want = Word::Int;
         expression(value, context, right);
         const std::string divisor = atomFor(value, "divisor", std::move(right));
-        out.insert(" = " + targetText + " - " + targetText + " / " + divisor + " * " + divisor,
+        out.insert(" = " + from + " - " + from + " / " + divisor + " * " + divisor,
                    {tree[target].range.end, tree[id].range.end});
-        return;
+        return targetText;
     }
-    out.insert(" = " + targetText + (op == Word::TimesAssign ? " * " : " / "),
+    out.insert(" = " + from + " " + std::string{tree.wordOf(id).substr(0, 1)} + " ",
                {tree[target].range.end, tree[value].range.begin});
     const Kind kind = tree[value].kind;
     const bool bare = kind != Kind::Binary && kind != Kind::Unary && kind != Kind::Conditional;
     out.insert(bare ? "" : "(", tree[value].range);
     expression(value, context, out);
     out.insert(bare ? "" : ")", tree[value].range);
+    return targetText;
+}
+
+/// What stands behind the target of `+=` or `-=`.
+void Repairer::sumAssignment(NodeId id, Pieces& out) {
+    const NodeId target = tree[id].first;
+    const NodeId value = tree.child(id, 1);
+    const Type type = model.meant(target);
+    const Type given = model.meant(value);
+    Context context;
+    context.calls = context.typed = false;
+    context.want = type == Word::Double || (type == Word::String && tree[id].op == Word::PlusAssign)
+                       ? type
+                       : Word::End;
+    if ((given == Word::Double || given == Word::String) && type != given &&
+        !nameOf(type).empty() && type != Word::String) {
+        say("untyped-update", Severity::Warning, tree[value].range,
+            "this is of type `" + std::string{nameOf(given)} + "`, and is added to `" +
+                std::string{nameOf(type)} + "` as it is",
+            "");
+    }
+    copy(tree[target].range.end, tree[value].range.begin, out);
+    expression(value, context, out);
 }
 
 /// A text that may stand more than once: that of one name, literal or element, or the name of a
@@ -288,20 +311,18 @@ void Repairer::nestedAssignment(NodeId id, const Context& context, Pieces& out) 
         return;
     }
     Pieces statement;
-    assignment(id, statement);
+    const std::string targetText = assignment(id, statement);
     statement.markAsMoved();
     statement.insert(";", tree[id].range);
     prelude.push_back(std::move(statement));
     if (model.hasCall(id)) {
         lastHoistWithCall = std::max(lastHoistWithCall, id);
     }
-    Pieces name;
-    expression(target, {}, name);
     say("assignment-value", Severity::Error, tree[id].range,
         "an assignment is a statement and has no value",
-        "assign first: " + quoted(textOf(prelude.back())) + ", and write " + quoted(textOf(name)));
-    name.markAsMoved();
-    out.append(std::move(name));
+        "assign first: " + quoted(textOf(prelude.back())) + ", and write " + quoted(targetText));
+    const bool isChanged = effects.changeBehind(id, effects.variableOf(target));
+    out.insert(isChanged ? keptNow(target, targetText) : targetText, tree[target].range);
 }
 
 void Repairer::nestedUpdate(NodeId id, Pieces& out) {
@@ -328,7 +349,8 @@ void Repairer::nestedUpdate(NodeId id, Pieces& out) {
     say("step-value", Severity::Error, tree[id].range,
         "`" + std::string{tree.wordOf(id)} + "` is a statement and has no value",
         "make it a statement of its own");
-    out.insert(name, tree[id].range);
+    const bool isKept = !tree[id].foreign && effects.changeBehind(id, effects.variableOf(operand));
+    out.insert(isKept ? keptNow(operand, text) : name, tree[id].range);
 }
 
 void Repairer::update(NodeId id, Pieces& out) {

@@ -106,6 +106,7 @@
 /// ```
 
 #include <string>
+#include <utility>
 
 #include "tools/check/repairer.hpp"
 
@@ -119,8 +120,34 @@ NodeId Repairer::columnsOf(NodeId array) const {
                : tree[model.variables()[variable].bounds[1]].first;
 }
 
-/// An element of an array. What is between the brackets goes into a variable unless it may stay.
+/// Declares a variable in the prelude that keeps what a place holds now. Returns its name.
+std::string Repairer::keptNow(NodeId place, const std::string& text) {
+    const Type meant = model.meant(place);
+    Pieces value;
+    value.insert(text, tree[place].range);
+    return hoist(nameOf(meant).empty() ? Word::Int : meant, "before", std::move(value), place);
+}
+
+void Repairer::name(NodeId id, Pieces& out) {
+    if (!effects.changeLater(id)) {
+        return copy(id, out);
+    }
+    Pieces text;
+    copy(id, text);
+    out.insert(keptNow(id, textOf(text)), tree[id].range);
+}
+
 void Repairer::place(NodeId id, Pieces& out) {
+    if (!effects.changeLater(id)) {
+        return element(id, out);
+    }
+    Pieces text;
+    element(id, text);
+    out.insert(keptNow(id, textOf(text)), tree[id].range);
+}
+
+/// An element of an array. What is between the brackets goes into a variable unless it may stay.
+void Repairer::element(NodeId id, Pieces& out) {
     const NodeId base = tree[id].first;
     const NodeId at = tree.child(id, 1);
     const SourceRange range = tree[id].range;

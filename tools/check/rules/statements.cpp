@@ -320,7 +320,8 @@ void Repairer::expressionStatement(NodeId id, Pieces& out) {
 void Repairer::simple(NodeId id, Pieces& out) {
     switch (tree[id].kind) {
         case Kind::Assign:
-            return assignment(id, out);
+            assignment(id, out);
+            return;
         case Kind::Call:
             return callStatement(id, out);
         case Kind::Update:

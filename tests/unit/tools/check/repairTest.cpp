@@ -233,6 +233,34 @@ TEST(RepairTest, SplitsDeclarationsThatReadThemselves) {
     });
 }
 
+TEST(RepairTest, KeepsWhatIsReadBeforeItChanges) {
+    expectRepairs({
+        {"n = i + i++ + i;",
+         "int before = i; int before2 = i; i = i + 1; n = before + before2 + i;"},
+        {"n = i * 10 + (i = 5);", "int before = i; i = 5; n = before * 10 + (i);"},
+        {"i += i++;", "int before = i; int before2 = i; i = i + 1; i = before + before2;"},
+        {"a[i] = i++;", "int before = i; int before2 = i; i = i + 1; a[before] = before2;"},
+        {"n = (a[i] = i++);",
+         "int before = i; int before2 = i; i = i + 1; a[before] = before2; n = (a[before]);"},
+        {"n = a[0] + a[0]++;",
+         "int before = a[0]; int before2 = a[0]; a[0] = a[0] + 1; n = before + before2;"},
+        {"print(i, n++, i);", "int before = n; n = n + 1; print(i, before, i);"},
+        {"print(n, n++, n);",
+         "int before = n; int before2 = n; n = n + 1; print(before, before2, n);"},
+        {"n = ++i + i++;",
+         "i = i + 1; int before = i; int before2 = i; i = i + 1; n = before + before2;"},
+        {"n = (i = 5) + ++i;", "i = 5; int before = i; i = i + 1; n = (before) + i;"},
+        {"n = f(i) + i++;", "int before = i; int before2 = i; i = i + 1; n = f(before) + before2;"},
+        {"i = (i = i + 1);", "i = i + 1; i = (i);"},
+        {"while (i < n && i++ < 5) { }",
+         "while (true) { boolean both = false; if (i < n) { int before = i; i = i + 1;"
+         " if (before < 5) { both = true; } } if (!(both)) { break; } }"},
+        {"n = i > 1 ? i++ : i;",
+         "int chosen = 0; if (i > 1) { int before = i; i = i + 1; chosen = before; } else"
+         " { chosen = i; } n = chosen;"},
+    });
+}
+
 TEST(RepairTest, WritesTexts) {
     expectRepairs({
         {"s = \"a - b\";", "s = \"a -\" + \" b\";"},

@@ -38,9 +38,10 @@ constexpr std::size_t mostRounds = 300;
 
 class Checker {
 public:
-    Checker(const std::string& itsText, const std::string& itsName)
+    Checker(const std::string& itsText, const std::string& itsName, Guesses itsGuesses)
         : text(itsText),
           name(itsName),
+          guesses(itsGuesses),
           original(compile(text, true)),
           tree(Syntax::read(text, original->tokens())),
           model(tree) {}
@@ -73,6 +74,7 @@ private:
         Repairer repairer{model, leftOut};
         const Pieces pieces = repairer.repair();
         findings = repairer.takeFindings();
+        hasGuessed = repairer.hasGuessed();
         repaired = std::make_unique<RepairedText>(pieces, text);
         report.edits = repaired->edits();
         report.fixed = repaired->text();
@@ -118,6 +120,7 @@ private:
             const FrontEnd::Compilation& compilation = isSame ? *original : *again;
             if (round == 0) {
                 report.fixedIsAccepted = compilation.outcome() == FrontEnd::Outcome::Complete;
+                chooseEdits(compilation);
             }
             if (report.accepted) {
                 return;
@@ -132,6 +135,105 @@ private:
             Repairer repairer{model, leftOut};
             repaired = std::make_unique<RepairedText>(repairer.repair(), text);
         }
+    }
+
+    // What is repaired
+
+    /// Leaves guesses out, and repairs of what cannot be read. `compilation` is that of the
+    /// repaired text, in which both are.
+    void chooseEdits(const FrontEnd::Compilation& compilation) {
+        const std::vector<Edit> before = report.edits;
+        const bool isComplete = report.fixedIsAccepted;
+        if (hasGuessed && guesses == Guesses::Left) {
+            Repairer repairer{model, leftOut, Repairer::Guesses::Left};
+            report.edits = RepairedText{repairer.repair(), text}.edits();
+        }
+        if (!isComplete) {
+            dropDoubtfulEdits(compilation);
+        }
+        const auto isSame = [](const Edit& left, const Edit& right) {
+            return left.range.begin == right.range.begin && left.range.end == right.range.end &&
+                   left.text == right.text;
+        };
+        if (!std::equal(before.begin(), before.end(), report.edits.begin(), report.edits.end(),
+                        isSame)) {
+            report.fixed = edited();
+            report.fixedIsAccepted =
+                compile(report.fixed, false)->outcome() == FrontEnd::Outcome::Complete;
+        }
+    }
+
+    std::string edited() const {
+        std::string result;
+        std::uint32_t at = 0;
+        for (const Edit& edit : report.edits) {
+            result.append(text, at, edit.range.begin - at);
+            result += edit.text;
+            at = edit.range.end;
+        }
+        return result.append(text, at, text.npos);
+    }
+
+    /// Where the repaired text is still no Krel, in the user's text, in order.
+    std::vector<std::uint32_t> unreadablePlaces(const FrontEnd::Compilation& compilation) const {
+        std::vector<std::uint32_t> places;
+        for (const Syntax::Gap& gap : tree.gaps) {
+            if (gap.kind == Syntax::Gap::Kind::Unexpected ||
+                gap.kind == Syntax::Gap::Kind::TooDeep) {
+                places.push_back(gap.at);
+            }
+        }
+        for (const CompilerFault& fault : faultsOf(compilation)) {
+            const std::string_view rule = ruleOfMessage(fault.message);
+            if (rule == "syntax" || rule == "illegal-character") {
+                places.push_back(repaired->originOf(fault.range).begin);
+            }
+        }
+        std::sort(places.begin(), places.end());
+        return places;
+    }
+
+    /// Keeps the edits of functions that can be read. Whoever repairs half of a foreign statement
+    /// only makes it harder to read.
+    void dropDoubtfulEdits(const FrontEnd::Compilation& compilation) {
+        const std::vector<std::uint32_t> places = unreadablePlaces(compilation);
+        if (places.empty()) {
+            return;
+        }
+        std::vector<SourceRange> functions;
+        std::vector<SourceRange> good;
+        for (const NodeId id : tree.children(tree.root())) {
+            const SourceRange range = tree[id].range;
+            const auto place = std::lower_bound(places.begin(), places.end(), range.begin);
+            if (tree[id].kind != Kind::Function) {
+                continue;
+            }
+            functions.push_back(range);
+            if (place == places.end() || *place > range.end) {
+                good.push_back(range);
+            }
+        }
+        std::vector<Edit> kept;
+        for (Edit& edit : report.edits) {
+            const std::string_view old = tree.textOf(edit.range);
+            const bool isBlank = old == "\r" && edit.text.empty();
+            const bool isComment = old.substr(0, 2) == "//" && edit.text.substr(0, 1) == "#";
+            if (isBlank || isComment || isWithin(edit.range, good)) {
+                kept.push_back(std::move(edit));
+            } else if (!isWithin(edit.range, functions)) {
+                // Moved declarations and new functions belong to edits everywhere.
+                kept.clear();
+                break;
+            }
+        }
+        report.edits = std::move(kept);
+    }
+
+    static bool isWithin(SourceRange range, const std::vector<SourceRange>& ranges) {
+        auto behind = std::upper_bound(
+            ranges.begin(), ranges.end(), range.begin,
+            [](std::uint32_t place, const SourceRange& other) { return place < other.begin; });
+        return behind != ranges.begin() && range.end <= std::prev(behind)->end;
     }
 
     /// A fault of the repaired text.
@@ -300,6 +402,8 @@ private:
 
     const std::string& text;
     const std::string& name;
+    const Guesses guesses;
+    bool hasGuessed = false;
     std::unique_ptr<FrontEnd::Compilation> original;
     Tree tree;
     Model model;
@@ -314,8 +418,8 @@ private:
 
 }  // namespace
 
-Report check(const std::string& text, const std::string& name) {
-    return Checker{text, name}.check();
+Report check(const std::string& text, const std::string& name, Guesses guesses) {
+    return Checker{text, name, guesses}.check();
 }
 
 }  // namespace krel::Check

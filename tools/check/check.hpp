@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ struct Report {
     bool fixedIsAccepted = false;
 };
 
+/// Whether the repairs contain guesses at what is meant: `==` for the `=` of a condition.
+enum class Guesses : std::uint8_t { Left, Taken };
+
 /// Checks a text of less than two gigabytes, whose name stands in no result. Takes time in
 /// proportion to it. Throws what FrontEnd::compile throws.
 ///
@@ -25,6 +29,8 @@ struct Report {
 ///   that krelcc names.
 /// - Comments silence warnings and hints: `# krel: allow(RULE, ...)` in a line, or alone in the
 ///   line before it, `# krel: allow-file(RULE, ...)` in the whole file.
-Report check(const std::string& text, const std::string& name);
+/// - Of a function that cannot be read as a whole, nothing is repaired, unless the repaired program
+///   is accepted.
+Report check(const std::string& text, const std::string& name, Guesses guesses = Guesses::Left);
 
 }  // namespace krel::Check

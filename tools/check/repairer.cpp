@@ -10,8 +10,13 @@
 
 namespace krel::Check {
 
-Repairer::Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut)
-    : model(itsModel), tree(itsModel.tree()), effects(itsModel), leftOut(itsLeftOut) {
+Repairer::Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut,
+                   Guesses itsGuesses)
+    : model(itsModel),
+      tree(itsModel.tree()),
+      effects(itsModel),
+      leftOut(itsLeftOut),
+      guesses(itsGuesses) {
     for (const Syntax::Token& token : tree.tokens.words) {
         if (token.word == Word::Name) {
             usedNames.emplace(tree.textOf(token.range));

@@ -28,13 +28,19 @@ namespace krel::Check {
 /// The functions are grouped by rules, in rules/; each group has the pages of its rules.
 class Repairer {
 public:
+    /// Whether repairs that may miss what is meant are written, or only proposed.
+    enum class Guesses : std::uint8_t { Left, Written };
+
     /// Statements of `leftOut` are replaced by something that the compiler accepts, without a word.
-    Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut);
+    Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut,
+             Guesses itsGuesses = Guesses::Written);
 
     /// The whole program. To be called once.
     Pieces repair();
     /// What there is to say, in no particular order.
     std::vector<Finding> takeFindings() { return std::move(findings); }
+    /// Whether the repaired program would differ without guesses.
+    bool hasGuessed() const { return guessed; }
 
 private:
     /// What an expression has to be where it stands.
@@ -187,6 +193,8 @@ private:
     const Tree& tree;
     const Effects effects;
     const std::unordered_set<NodeId>& leftOut;
+    const Guesses guesses;
+    bool guessed = false;
 
     std::vector<TokenEdit> tokenEdits;   // in order, once collected
     std::vector<std::size_t> doneEdits;  // in the order in which they were carried out

@@ -88,7 +88,8 @@ public:
 
 private:
     void take(const std::string& path, std::string text) {
-        Check::Report report = Check::check(text, path);
+        const auto guesses = options.fix == "all" ? Check::Guesses::Taken : Check::Guesses::Left;
+        Check::Report report = Check::check(text, path, guesses);
         if (!options.hints) {
             auto& findings = report.findings;
             findings.erase(std::remove_if(findings.begin(), findings.end(),

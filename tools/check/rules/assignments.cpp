@@ -52,7 +52,8 @@
 ///
 /// ## Why
 ///
-/// An assignment is a statement. In a condition `==` is meant most of the time.
+/// An assignment is a statement. In a condition `==` is meant most of the time; as that is a guess,
+/// it is written by `--fix=all` only.
 ///
 /// ## Example
 ///
@@ -299,7 +300,12 @@ void Repairer::nestedAssignment(NodeId id, const Context& context, Pieces& out) 
     if (context.condition && tree[id].op == Word::Assign &&
         tree[tree[id].parent].kind == Kind::Condition) {
         say("assignment-value", Severity::Error, tree.wordRange(id),
-            "an assignment is no condition", "write `==`");
+            "an assignment is no condition", "if a comparison is meant, write `==`");
+        guessed = true;
+        if (guesses == Guesses::Left) {
+            copy(id, out);
+            return;
+        }
         expression(target, {}, out);
         const SourceRange sign = tree.wordRange(id);
         copy(tree[target].range.end, sign.begin, out);

@@ -145,7 +145,8 @@
 ///
 /// ## Why
 ///
-/// The compiler stops at the word behind it.
+/// The compiler stops at the word behind it. In a function that holds statements of other languages
+/// nothing is inserted: what is missing there is not known.
 ///
 /// ## Example
 ///

@@ -99,6 +99,38 @@ TEST(CheckTest, FixedProgramsAreLaidOut) {
     EXPECT_EQ(report.edits[0].text, " = 0");
 }
 
+TEST(CheckTest, GuessesAreTakenOnDemand) {
+    const std::string text =
+        "void main() {\n    int x;\n    if (x = 5) {\n        print(x);\n    }\n}\n";
+    const Report careful = check(text, "p.krl");
+    EXPECT_EQ(careful.fixed,
+              "void main() {\n    int x = 0;\n    if (x = 5) {\n        print(x);\n    }\n}\n");
+    EXPECT_FALSE(careful.fixedIsAccepted);
+    const Report bold = check(text, "p.krl", Guesses::Taken);
+    EXPECT_EQ(bold.fixed,
+              "void main() {\n    int x = 0;\n    if (x == 5) {\n        print(x);\n    }\n}\n");
+    EXPECT_TRUE(bold.fixedIsAccepted);
+}
+
+TEST(CheckTest, ForeignStatementsStayAsTheyAre) {
+    const std::string good = "void g() {\n    int x;\n    print(x)\n}\n";
+    const std::string better = "void g() {\n    int x = 0;\n    print(x);\n}\n";
+    for (const char* const foreign :
+         {"void main() {\n    switch (n) {\n        case 1: g(); break;\n    }\n}\n",
+          "void main() {\n    int a[2] = {1, 2};\n    for (int v : a) {\n        g();\n    }\n}\n",
+          "int square(int x);\n", "def foo(x):\n    return x + 1\n",
+          "void main() {\n    if (q === 3) { g(); }\n}\n",
+          "void main() {\n    for i in range(3):\n        g()\n}\n",
+          "void main() {\n    if n == 1:\n        g()\n    elif n == 2:\n        g()\n}\n",
+          "void main() {\n    try {\n        g();\n    } catch (int e) {\n    }\n}\n"}) {
+        const Report report = check(good + foreign, "p.krl");
+        EXPECT_FALSE(report.fixedIsAccepted);
+        const std::string fixed = report.edits.empty() ? good : better;
+        EXPECT_EQ(report.fixed, fixed + foreign);
+        EXPECT_NE(report.findings.size(), 0U);
+    }
+}
+
 TEST(CheckTest, FindsClassicFaults) {
     EXPECT_EQ(found("int f(int x) {\n    if (x > 0) { return 1; }\n}\n"
                     "void main() {\n    int n = 3;\n    while (n > 0) { print(f(n)); }\n"

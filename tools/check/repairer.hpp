@@ -164,6 +164,8 @@ private:
     void findMixedArrays(NodeId id);
     void declaration(NodeId id, Pieces& out);
     void declarator(NodeId id, bool withType, Pieces& out);
+    bool isFilled(const Variable& array) const;
+    std::string missingElements(NodeId id, std::size_t count, std::int64_t length);
     void arrayDeclarator(NodeId id, Pieces& out);
     void elements(NodeId list, Type type, bool isFirst, Pieces& out);
     void initialValue(NodeId id, Type type, Pieces& out);

@@ -72,11 +72,13 @@
 ///
 /// ## What it finds
 ///
-/// An initialiser list that is longer than its array.
+/// An initialiser list that is longer than its array, or shorter.
 ///
 /// ## Why
 ///
-/// The length is not checked. The values behind the end overwrite other variables.
+/// The length is not checked. The values behind the end overwrite other variables. Elements without
+/// a value in the list are not 0: they hold whatever lies in memory. An array that gets its values
+/// by an assignment to `t[i]` may have a short list.
 ///
 /// ## Example
 ///
@@ -360,6 +362,41 @@ void Repairer::elements(NodeId list, Type type, bool isFirst, Pieces& out) {
     }
 }
 
+/// Whether elements of an array are assigned one after the other, by a variable index.
+bool Repairer::isFilled(const Variable& array) const {
+    return std::any_of(array.uses.begin(), array.uses.end(), [&](NodeId use) {
+        const NodeId element = tree[use].parent;
+        if (tree[element].kind != Kind::Index || tree[element].first != use) {
+            return false;
+        }
+        const NodeId around = tree[element].parent;
+        return tree[around].kind == Kind::Assign && tree[around].op == Word::Assign &&
+               tree[around].first == element && tree[tree.child(element, 1)].kind != Kind::Literal;
+    });
+}
+
+/// Reports a list that is shorter than its array, and returns what fills it up; nothing for long
+/// arrays, and for doubles: a double 0 is no literal.
+std::string Repairer::missingElements(NodeId id, std::size_t count, std::int64_t length) {
+    constexpr std::int64_t longest = 32;
+    const Variable& variable = model.variables()[model.declared(id)];
+    if (static_cast<std::int64_t>(count) >= length || isFilled(variable)) {
+        return {};
+    }
+    std::string rest;
+    if (length <= longest && variable.type != Word::Double) {
+        for (auto index = static_cast<std::int64_t>(count); index < length; ++index) {
+            rest += ", " + defaultOf(variable.type);
+        }
+    }
+    say("list-length", Severity::Warning, tree[variable.initial].range,
+        "the list has " + std::to_string(count) + (count == 1 ? " value" : " values") + ", but `" +
+            std::string{variable.name} + "` has " + std::to_string(length) +
+            " elements; the others hold whatever lies in memory",
+        rest.empty() ? "set the others in a loop" : "add the others: " + quoted(rest.substr(2)));
+    return rest;
+}
+
 void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
     const VariableId number = model.declared(id);
     const Variable& variable = model.variables()[number];
@@ -441,6 +478,9 @@ void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
         context.want = variable.type;
         expression(child, context, out);
         at = tree[child].range.end;
+    }
+    if (length && size != noNode) {
+        out.insert(missingElements(id, count, *length), {at, at});
     }
     copy(at, range.end, out);
 }

@@ -131,6 +131,16 @@ TEST(CheckTest, ForeignStatementsStayAsTheyAre) {
     }
 }
 
+TEST(CheckTest, ShortListsAreFound) {
+    EXPECT_EQ(found("void main() {\n    int t[10] = {0};\n    t[3]++;\n    print(t[3]);\n}\n"),
+              Lines{"2:17 list-length"});
+    EXPECT_EQ(found("void main() {\n    double t[10] = {0.5};\n    print(t[3]);\n}\n"),
+              Lines{"2:20 list-length"});
+    EXPECT_EQ(found("void main() {\n    int t[2] = {0};\n    int i = 1;\n    t[i] = 1;\n"
+                    "    print(t[1]);\n}\n"),
+              Lines{});
+}
+
 TEST(CheckTest, FindsClassicFaults) {
     EXPECT_EQ(found("int f(int x) {\n    if (x > 0) { return 1; }\n}\n"
                     "void main() {\n    int n = 3;\n    while (n > 0) { print(f(n)); }\n"

@@ -261,6 +261,19 @@ TEST(RepairTest, KeepsWhatIsReadBeforeItChanges) {
     });
 }
 
+TEST(RepairTest, FillsListsUp) {
+    expectRepairs({
+        {"int t[3] = {7};", "int t[3] = {7, 0, 0};"},
+        {"boolean t[3] = {true, true};", "boolean t[3] = {true, true, false};"},
+        {"string t[2] = {\"x\"};", "string t[2] = {\"x\", \"\"};"},
+        {"double t[2] = {0.5};", "double t[2] = {0.5};"},
+        {"int t[1000] = {0};", "int t[1000] = {0};"},
+        {"int t[3] = {7}; t[1] = 2;", "int t[3] = {7, 0, 0}; t[1] = 2;"},
+        {"int t[3] = {7}; t[i] = 2;", "int t[3] = {7}; t[i] = 2;"},
+        {"int t[2] = {7, 8};", "int t[2] = {7, 8};"},
+    });
+}
+
 TEST(RepairTest, WritesTexts) {
     expectRepairs({
         {"s = \"a - b\";", "s = \"a -\" + \" b\";"},

@@ -164,6 +164,7 @@ private:
     void findMixedArrays(NodeId id);
     void declaration(NodeId id, Pieces& out);
     void declarator(NodeId id, bool withType, Pieces& out);
+    void judgeElement(NodeId id, Type type, std::size_t before);
     bool isFilled(const Variable& array) const;
     std::string missingElements(NodeId id, std::size_t count, std::int64_t length);
     void arrayDeclarator(NodeId id, Pieces& out);

@@ -397,6 +397,30 @@ std::string Repairer::missingElements(NodeId id, std::size_t count, std::int64_t
     return rest;
 }
 
+/// The compiler takes values of any type in a list, bit by bit. `before` is how many findings there
+/// were before the element was written.
+void Repairer::judgeElement(NodeId id, Type type, std::size_t before) {
+    const Type given = model.meant(id);
+    const bool isOther = given != type && !nameOf(given).empty() && !nameOf(type).empty();
+    // In a list of doubles all others are refused; of the rest, only these two differ in their
+    // bits.
+    const bool isNonsense = given == Word::Double || given == Word::String || type == Word::String;
+    if (!isOther || !isNonsense || type == Word::Double) {
+        return;
+    }
+    for (std::size_t index = before; index < findings.size(); ++index) {
+        if (findings[index].rule == "implicit-conversion") {
+            findings[index].severity = Severity::Warning;
+        }
+    }
+    if (findings.size() == before) {
+        say("type-mismatch", Severity::Warning, tree[id].range,
+            "this is of type `" + std::string{nameOf(given)} + "`, but the elements are of type `" +
+                std::string{nameOf(type)} + "`; its bits are taken as they are",
+            "");
+    }
+}
+
 void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
     const VariableId number = model.declared(id);
     const Variable& variable = model.variables()[number];
@@ -471,12 +495,13 @@ void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
         copy(tree[list].range.end, range.end, out);
         return;
     }
-    // Elements of a first value only, as in `= {0}`.
     for (NodeId child = tree[list].first; child != noNode; child = tree[child].next) {
         copy(at, tree[child].range.begin, out);
         Context context;
         context.want = variable.type;
+        const std::size_t before = findings.size();
         expression(child, context, out);
+        judgeElement(child, variable.type, before);
         at = tree[child].range.end;
     }
     if (length && size != noNode) {

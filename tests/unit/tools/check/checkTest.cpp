@@ -141,6 +141,16 @@ TEST(CheckTest, ShortListsAreFound) {
               Lines{});
 }
 
+TEST(CheckTest, ListsOfOtherTypesAreFound) {
+    EXPECT_EQ(found("void main() {\n    int t[2] = {1.5, 2};\n    print(t[0]);\n}\n"),
+              Lines{"2:17 type-mismatch"});
+    EXPECT_EQ(found("void main() {\n    double t[2] = {1, 0.5};\n    print(t[0]);\n}\n"),
+              Lines{"2:20 implicit-conversion!"});
+    EXPECT_EQ(found("void main() {\n    int t[2] = {\"a\", 2};\n    print(t[0]);\n}\n"),
+              Lines{"2:17 type-mismatch"});
+    EXPECT_EQ(found("void main() {\n    int t[2] = {'a', 2};\n    print(t[0]);\n}\n"), Lines{});
+}
+
 TEST(CheckTest, FindsClassicFaults) {
     EXPECT_EQ(found("int f(int x) {\n    if (x > 0) { return 1; }\n}\n"
                     "void main() {\n    int n = 3;\n    while (n > 0) { print(f(n)); }\n"

@@ -1,6 +1,7 @@
 // Repairs as code actions.
 
 #include <algorithm>
+#include <map>
 
 #include "tools/lsp/features.hpp"
 
@@ -10,6 +11,10 @@ namespace {
 
 constexpr const char* quickFixKind = "quickfix";
 constexpr const char* fixAllKind = "source.fixAll";
+
+/// No more is tried for one request: so many repairs, and so many bytes of programs with repairs.
+constexpr std::size_t mostRepairs = 100;
+constexpr std::size_t bytesToTry = 20'000'000;
 
 bool isWanted(const Json& context, std::string_view kind) {
     if (!context.contains("only")) {
@@ -46,13 +51,16 @@ public:
     Actions(const Session& itsSession, Document& itsDocument)
         : session(itsSession), document(itsDocument) {}
 
-    /// Adds the repair of each finding that touches a range. One that repairs several findings is
-    /// added once.
+    /// Adds the repair of each finding that touches a range, as far as there is time to try them.
+    /// One that repairs several findings is added once.
     void addRepairs(SourceRange range) {
         const std::vector<Check::Finding>& findings = document.analysis().report().findings;
-        for (std::size_t number = 0; number < findings.size(); ++number) {
+        std::size_t left =
+            std::clamp<std::size_t>(bytesToTry / (document.text().size() + 1), 1, mostRepairs);
+        for (std::size_t number = 0; number < findings.size() && left > 0; ++number) {
             if (touches(findings[number].range, range)) {
                 addRepair(findings[number], document.fixes().of(number));
+                --left;
             }
         }
     }
@@ -84,23 +92,22 @@ private:
         if (edits.empty()) {
             return;
         }
-        Json edit = workspaceEdit(session, document, edits);
-        for (Json& action : list) {
-            if (action.at("edit") == edit) {
-                action.at("diagnostics").push_back(toJson(document, finding));
-                return;
-            }
+        const auto [known, isNew] = actionOf.emplace(&edits, list.size());
+        if (!isNew) {
+            list.at(known->second).at("diagnostics").push_back(toJson(document, finding));
+            return;
         }
         const std::string& what = finding.help.empty() ? finding.message : finding.help;
         list.push_back({{"title", "Repair: " + what},
                         {"kind", quickFixKind},
                         {"diagnostics", Json::array({toJson(document, finding)})},
-                        {"edit", std::move(edit)}});
+                        {"edit", workspaceEdit(session, document, edits)}});
     }
 
     const Session& session;
     Document& document;
     Json list = Json::array();
+    std::map<const std::vector<Check::Edit>*, std::size_t> actionOf;  // by the edits of a repair
 };
 
 }  // namespace

@@ -33,11 +33,14 @@ Lines::Lines(std::string_view itsText, Encoding itsEncoding)
     }
 }
 
+/// Texts usually have no carriage returns, and one character is found faster than two.
 void Lines::findBegins() {
-    constexpr std::string_view ends = "\r\n";
-    for (std::size_t end = text.find_first_of(ends); end != text.npos;
-         end = text.find_first_of(ends, end + 1)) {
-        const bool isFirstOfTwo = text.substr(end, 2) == ends;
+    const bool hasReturns = text.find('\r') != text.npos;
+    const auto nextEnd = [&](std::size_t from) {
+        return hasReturns ? text.find_first_of("\r\n", from) : text.find('\n', from);
+    };
+    for (std::size_t end = nextEnd(0); end != text.npos; end = nextEnd(end + 1)) {
+        const bool isFirstOfTwo = text.substr(end, 2) == "\r\n";
         if (!isFirstOfTwo) {
             begins.push_back(static_cast<std::uint32_t>(end + 1));
         }

@@ -170,53 +170,72 @@ bool QuickFixes::isAddition(std::size_t edit) const {
            });
 }
 
-/// Adds the edits without which one is incomplete.
-void QuickFixes::addNeeded(std::size_t edit, EditNumbers& group,
-                           std::vector<std::size_t>& open) const {
-    const auto add = [&](const EditNumbers& numbers) {
-        for (const std::size_t number : numbers) {
-            if (group.insert(number).second) {
-                open.push_back(number);
+/// Collects edits and all those without which they are incomplete.
+class QuickFixes::Group {
+public:
+    explicit Group(const QuickFixes& itsFixes) : fixes(itsFixes) {}
+
+    void add(std::size_t edit) {
+        if (edits.insert(edit).second) {
+            open.push_back(edit);
+        }
+    }
+
+    /// Adds the edits of a statement, once.
+    void addOwner(NodeId owner) {
+        const auto own = fixes.editsOf.find(owner);
+        if (own != fixes.editsOf.end() && owners.insert(owner).second) {
+            add(own->second);
+        }
+    }
+
+    EditNumbers complete() {
+        while (!open.empty()) {
+            const std::size_t edit = open.back();
+            open.pop_back();
+            addOwner(fixes.owners[edit]);
+            for (const std::string_view word : fixes.freshWords[edit]) {
+                addWord(word);
             }
         }
-    };
-    if (owners[edit] != noNode) {
-        add(editsOf.at(owners[edit]));
+        return std::move(edits);
     }
-    for (const std::string_view word : freshWords[edit]) {
-        const auto declared = declarations.find(word);
-        add(declared == declarations.end() ? mentions.at(word) : declared->second);
+
+private:
+    void add(const EditNumbers& numbers) {
+        for (const std::size_t number : numbers) {
+            add(number);
+        }
     }
-}
+
+    void addWord(std::string_view word) {
+        if (words.insert(word).second) {
+            const auto declared = fixes.declarations.find(word);
+            add(declared == fixes.declarations.end() ? fixes.mentions.at(word) : declared->second);
+        }
+    }
+
+    const QuickFixes& fixes;
+    EditNumbers edits;
+    std::vector<std::size_t> open;     // whose needs are not yet looked at
+    std::set<NodeId> owners;           // that are done
+    std::set<std::string_view> words;  // the same
+};
 
 QuickFixes::EditNumbers QuickFixes::groupOf(const Finding& finding) {
     const std::vector<Edit>& edits = analysis.report().edits;
-    EditNumbers group;
-    std::vector<std::size_t> open;
+    Group group{*this};
     const auto begin = std::partition_point(edits.begin(), edits.end(), [&](const Edit& edit) {
         return edit.range.end < finding.range.begin;
     });
     for (auto edit = begin; edit != edits.end() && touches(edit->range, finding.range); ++edit) {
         const auto number = static_cast<std::size_t>(edit - edits.begin());
         if (!isAddition(number)) {
-            group.insert(number);
-            open.push_back(number);
+            group.add(number);
         }
     }
-    const NodeId owner = ownerOf(finding.range);
-    if (const auto own = editsOf.find(owner); owner != noNode && own != editsOf.end()) {
-        for (const std::size_t number : own->second) {
-            if (group.insert(number).second) {
-                open.push_back(number);
-            }
-        }
-    }
-    while (!open.empty()) {
-        const std::size_t number = open.back();
-        open.pop_back();
-        addNeeded(number, group, open);
-    }
-    return group;
+    group.addOwner(ownerOf(finding.range));
+    return group.complete();
 }
 
 /// The edits of a group if they leave a program with less to say about.

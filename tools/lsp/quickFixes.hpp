@@ -22,11 +22,13 @@ public:
 
     /// The edits that repair one finding of the report, in order; empty when there are none, or
     /// none that leave fewer findings when they are carried out alone. That is tried, so it takes
-    /// the time of a check; once for each statement.
+    /// the time of a check; once for each statement. Findings with the same repair get the same
+    /// object, which belongs to this one.
     const std::vector<Check::Edit>& of(std::size_t finding);
 
 private:
     using EditNumbers = std::set<std::size_t>;
+    class Group;
 
     void prepare();
     void listWords();
@@ -35,7 +37,6 @@ private:
     bool isAddition(std::size_t edit) const;
     bool isFresh(std::string_view word) const;
     EditNumbers groupOf(const Check::Finding& finding);
-    void addNeeded(std::size_t edit, EditNumbers& group, std::vector<std::size_t>& open) const;
     std::vector<Check::Edit> tried(const EditNumbers& group);
 
     Analysis& analysis;

@@ -62,9 +62,10 @@ ABILITIES = {
 class Client:
     """A server, and what it has said. To be closed."""
 
-    def __init__(self, abilities=None, **parameters):
+    def __init__(self, abilities=None, environment=None, **parameters):
         self.process = subprocess.Popen([KREL, "lsp"], stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                        env={**os.environ, **(environment or {})})
         self.messages = queue.Queue()
         self.thread = threading.Thread(target=self.listen, daemon=True)
         self.thread.start()

@@ -11,6 +11,7 @@ import argparse
 import difflib
 import pathlib
 import re
+import resource
 import subprocess
 import sys
 import tempfile
@@ -25,6 +26,7 @@ import run_document  # noqa: E402
 
 SOAK_PROGRAMS = 500
 LARGE_SIZE = 5000
+STACK_BYTES = 256 << 20  # enough for the deepest programs where frames are sanitized, too
 
 
 def cases(_):
@@ -103,6 +105,7 @@ def main():
     parser.add_argument("programs", choices=PROGRAMS)
     options = parser.parse_args()
     programs, least = PROGRAMS[options.programs]
+    resource.setrlimit(resource.RLIMIT_STACK, (STACK_BYTES, STACK_BYTES))
     command = [options.check]
     if options.warnings or options.expected:
         command.append("--warnings")

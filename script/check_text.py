@@ -23,6 +23,9 @@ FAULTS = {
     "no line end": re.compile(r"[^\n]\Z"),
 }
 
+# Formats in which a tab has a meaning.
+TABBED = ("*.mk", "*Makefile", "*.scd")
+
 # How many characters a line may have. In C++, Python and CMake other tools see to that.
 LENGTHS = {"*.[ly]": 100, "script/*": 100, ".ci/*": 100, "*.md": 120}
 
@@ -40,9 +43,10 @@ def breakable(lines):
 def findings(path, text):
     """The number of the line and the fault, for each fault of a file."""
     lines = re.findall(r"[^\n]*\n|[^\n]+", text)
+    tabbed = any(fnmatch.fnmatchcase(path, pattern) for pattern in TABBED)
     for number, line in enumerate(lines, 1):
         for fault, pattern in FAULTS.items():
-            if pattern.search(line):
+            if pattern.search(line) and not (fault == "tab" and tabbed):
                 yield number, fault
     measured = list(breakable(lines)) if path.endswith(".md") else lines
     for pattern, limit in LENGTHS.items():

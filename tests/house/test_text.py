@@ -37,6 +37,10 @@ class TextTest(unittest.TestCase):
     def test_tab(self):
         self.assert_finds("notes", b"one\na\tb\n", "2: tab")
 
+    def test_tab_where_it_has_a_meaning(self):
+        for path in ("some/Makefile", "rules.mk", "man/page.1.scd"):
+            self.assert_clean(path, b"\tsome\n")
+
     def test_carriage_return(self):
         self.assert_finds("notes", b"one\r\ntwo\n", "1: carriage return")
         self.assert_finds("notes", b"one\rtwo\n", "1: carriage return")

@@ -10,18 +10,10 @@ function(compress)
     COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# Writes a text below the root of the package.
-function(write_text path text)
-  file(WRITE ${root}/${path} "${text}")
-  file(CHMOD ${root}/${path}
+# Puts a file of this folder into the package, with the values of variables filled in.
+function(fill name path)
+  configure_file(${CPACK_KREL_FILES}/${name} ${root}/${path} @ONLY
     FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
-endfunction()
-
-# The text of a file of this folder, with the values of variables.
-function(filled result name)
-  file(READ ${CPACK_KREL_FILES}/${name} text)
-  string(CONFIGURE "${text}" text @ONLY)
-  set(${result} "${text}" PARENT_SCOPE)
 endfunction()
 
 file(GLOB pages ${root}/share/man/man*/*.[17])
@@ -37,16 +29,13 @@ if(CPACK_GENERATOR STREQUAL "DEB")
   string(REGEX REPLACE "\n\n" "\n.\n" license "${license}")
   string(REGEX REPLACE "\n$" "" license "${license}")
   string(REPLACE "\n" "\n " license "${license}")
-  filled(copyright copyright)
-  write_text(${documents}/copyright "${copyright}")
+  fill(copyright ${documents}/copyright)
 
   # The time is that of the release, not of the build.
   string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
-  filled(changelog changelog)
-  write_text(${documents}/changelog.Debian "${changelog}")
+  fill(changelog ${documents}/changelog.Debian)
   file(RENAME ${root}/${documents}/CHANGELOG.md ${root}/${documents}/changelog)
   compress(${root}/${documents}/changelog.Debian ${root}/${documents}/changelog)
 
-  filled(overrides lintian-overrides)
-  write_text(share/lintian/overrides/krelcc "${overrides}")
+  fill(lintian-overrides share/lintian/overrides/krelcc)
 endif()

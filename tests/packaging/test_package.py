@@ -47,7 +47,7 @@ class Package(unittest.TestCase):
         cls.folder = Path(place.name)
         subprocess.run(["cpack", "--config", BUILD / "CPackConfig.cmake", "-B", cls.folder,
                         "-D", f"CPACK_OUTPUT_FILE_PREFIX={cls.folder}"],
-                       check=True, capture_output=True, cwd=cls.folder,
+                       check=True, capture_output=True, cwd=cls.folder, umask=0o022,
                        env=os.environ | {"SOURCE_DATE_EPOCH": "1700000000"})
         cls.package = next(cls.folder.glob("*.deb"))
         cls.tarball = next(cls.folder.glob("*.tar.gz"))

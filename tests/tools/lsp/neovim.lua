@@ -1,5 +1,6 @@
--- Drives krel lsp by Neovim's own client. Comes in: the environment's KREL and PROGRAM, a file with a
--- variable that has no value. Goes out: a JSON object on standard output, what Neovim has seen.
+-- Drives krel lsp by Neovim's own client, as the files in editors/vim/ start it. Comes in: the
+-- environment's KREL and PROGRAM, a file with a variable that has no value. Goes out: a JSON object on
+-- standard output, what Neovim has seen.
 
 local seen = {}
 
@@ -34,13 +35,17 @@ local function ask(method, request)
 end
 
 local function run()
+    local start = vim.lsp.start_client
+    vim.lsp.start_client = function(settings)
+        settings.on_exit = function(status) seen.status = status end
+        seen.client = start(settings)
+        return seen.client
+    end
+    vim.g.krel_command = vim.env.KREL
+    vim.cmd("edit another.krl")
+    local first = seen.client
     vim.cmd("edit " .. vim.env.PROGRAM)
-    seen.client = vim.lsp.start_client({
-        cmd = { vim.env.KREL, "lsp" },
-        root_dir = vim.fn.getcwd(),
-        on_exit = function(status) seen.status = status end,
-    })
-    vim.lsp.buf_attach_client(0, seen.client)
+    assert(seen.client == first, "a second server was started")
     wait(function() return #vim.diagnostic.get(0) > 0 end, "diagnostics")
     seen.diagnostics = rules()
     local client = vim.lsp.get_client_by_id(seen.client)

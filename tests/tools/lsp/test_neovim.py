@@ -15,6 +15,7 @@ import unittest
 from client import KREL, TIMEOUT_SECONDS
 
 SCRIPT = pathlib.Path(__file__).resolve().with_name("neovim.lua")
+FILES = SCRIPT.parents[3] / "editors" / "vim"
 PROGRAM = "void main() {\n    int x;\n    print(\"größe 😀\", x, \"\\n\");\n}\n"
 NVIM = shutil.which("nvim")
 
@@ -28,8 +29,10 @@ class Neovim(unittest.TestCase):
             program = pathlib.Path(name) / "größe.krl"
             program.write_text(PROGRAM, encoding="utf-8")
             done = subprocess.run(
-                [NVIM, "--headless", "--clean", "-n", "-S", SCRIPT], cwd=name, check=False,
-                capture_output=True, text=True, timeout=TIMEOUT_SECONDS, stdin=subprocess.DEVNULL,
+                [NVIM, "--headless", "--clean", "-n", "--cmd",
+                 f"set runtimepath^={FILES} | filetype plugin on", "-S", SCRIPT],
+                cwd=name, check=False, capture_output=True, text=True,
+                timeout=TIMEOUT_SECONDS, stdin=subprocess.DEVNULL,
                 env={**os.environ, "KREL": str(KREL), "PROGRAM": program.name, "HOME": name,
                      "XDG_STATE_HOME": name, "XDG_CACHE_HOME": name, "LC_ALL": "C.UTF-8"})
         seen = json.loads(done.stdout)

@@ -1,15 +1,16 @@
 ;;; eglot.el --- Drives krel lsp by Emacs' eglot  -*- lexical-binding: t -*-
 
-;; Comes in: the environment's KREL and PROGRAM, a file with a variable that has no value. Goes out: a
-;; JSON object on standard output, what Emacs has seen.
+;; Comes in: the environment's KREL, MODE, the folder of krel-mode.el, and PROGRAM, a file with a
+;; variable that has no value. Goes out: a JSON object on standard output, what Emacs has seen.
 
 (require 'package)
 (package-initialize)
 (require 'eglot)
 (require 'json)
 
-(define-derived-mode krel-mode prog-mode "Krel")
-(add-to-list 'eglot-server-programs (list 'krel-mode (getenv "KREL") "lsp"))
+(add-to-list 'load-path (getenv "MODE"))
+(require 'krel-mode)
+(setq krel-command (getenv "KREL"))
 
 (defvar seen nil "What goes out: an alist.")
 
@@ -48,7 +49,7 @@ Nobody is idle in batch mode, so what waits for that is done here."
 (defun run ()
   "Play the session."
   (find-file (getenv "PROGRAM"))
-  (krel-mode)
+  (note 'mode major-mode)
   (apply #'eglot (eglot--guess-contact))
   (wait-for 1)
   (note 'diagnostics (places))

@@ -15,6 +15,7 @@ import unittest
 from client import KREL, TIMEOUT_SECONDS
 
 SCRIPT = pathlib.Path(__file__).resolve().with_name("eglot.el")
+MODE = SCRIPT.parents[3] / "editors" / "emacs"
 PROGRAM = "void main() {\n    int x;\n    print(\"größe 😀\", x, \"\\n\");\n}\n"
 EMACS = shutil.which("emacs")
 HAS_EGLOT = EMACS is not None and subprocess.run(
@@ -33,10 +34,11 @@ class Eglot(unittest.TestCase):
             done = subprocess.run(
                 [EMACS, "--batch", "-q", "-l", SCRIPT], cwd=name, check=False,
                 capture_output=True, timeout=TIMEOUT_SECONDS, stdin=subprocess.DEVNULL,
-                env={**os.environ, "KREL": str(KREL), "PROGRAM": program.name, "HOME": name,
-                     "LC_ALL": "C.UTF-8"})
+                env={**os.environ, "KREL": str(KREL), "PROGRAM": program.name,
+                     "MODE": str(MODE), "HOME": name, "LC_ALL": "C.UTF-8"})
         seen = json.loads(done.stdout)
         self.assertNotIn("fault", seen)
+        self.assertEqual(seen["mode"], "krel-mode")
         self.assertEqual(seen["diagnostics"], ["x"])
         self.assertEqual(seen["title"], "Repair: write `x = 0`")
         repaired = PROGRAM.replace("int x;", "int x = 0;")

@@ -26,6 +26,7 @@
 #include "tools/check/silence.hpp"
 #include "tools/check/treeRules.hpp"
 #include "tools/format/format.hpp"
+#include "tools/syntax/foreignWords.hpp"
 
 namespace krel::Check {
 
@@ -75,6 +76,7 @@ private:
         const Pieces pieces = repairer.repair();
         findings = repairer.takeFindings();
         hasGuessed = repairer.hasGuessed();
+        hasStayed = repairer.hasStayed();
         repaired = std::make_unique<RepairedText>(pieces, text);
         report.edits = repaired->edits();
         report.fixed = repaired->text();
@@ -139,101 +141,47 @@ private:
 
     // What is repaired
 
-    /// Leaves guesses out, and repairs of what cannot be read. `compilation` is that of the
-    /// repaired text, in which both are.
+    /// Writes the text for the user: without guesses, and without repairs of what cannot be read.
+    /// `compilation` is that of the text for the compiler, in which both are.
     void chooseEdits(const FrontEnd::Compilation& compilation) {
-        const std::vector<Edit> before = report.edits;
-        const bool isComplete = report.fixedIsAccepted;
-        if (hasGuessed && guesses == Guesses::Left) {
-            Repairer repairer{model, leftOut, Repairer::Guesses::Left};
-            report.edits = RepairedText{repairer.repair(), text}.edits();
+        const bool leavesGuesses = hasGuessed && guesses == Guesses::Left;
+        if (report.fixedIsAccepted && !leavesGuesses && !hasStayed) {
+            return;
         }
-        if (!isComplete) {
-            dropDoubtfulEdits(compilation);
-        }
-        const auto isSame = [](const Edit& left, const Edit& right) {
-            return left.range.begin == right.range.begin && left.range.end == right.range.end &&
-                   left.text == right.text;
+        const std::unordered_set<NodeId> doubtful =
+            report.fixedIsAccepted ? std::unordered_set<NodeId>{} : unreadableUnits(compilation);
+        Repairer repairer{model, doubtful, Repairer::Purpose::Write,
+                          leavesGuesses ? Repairer::Guesses::Left : Repairer::Guesses::Written};
+        const RepairedText written{repairer.repair(), text};
+        report.edits = written.edits();
+        report.fixed = written.text();
+        report.fixedIsAccepted =
+            compile(report.fixed, false)->outcome() == FrontEnd::Outcome::Complete;
+    }
+
+    /// What is still no Krel when it is repaired. Whoever repairs half of a foreign statement only
+    /// makes it harder to read.
+    std::unordered_set<NodeId> unreadableUnits(const FrontEnd::Compilation& compilation) const {
+        std::unordered_set<NodeId> found;
+        const auto add = [&](std::uint32_t place) {
+            const Unit* const unit = unitAt(place);
+            if (unit != nullptr) {
+                found.insert(unit->second);
+            }
         };
-        if (!std::equal(before.begin(), before.end(), report.edits.begin(), report.edits.end(),
-                        isSame)) {
-            report.fixed = edited();
-            report.fixedIsAccepted =
-                compile(report.fixed, false)->outcome() == FrontEnd::Outcome::Complete;
-        }
-    }
-
-    std::string edited() const {
-        std::string result;
-        std::uint32_t at = 0;
-        for (const Edit& edit : report.edits) {
-            result.append(text, at, edit.range.begin - at);
-            result += edit.text;
-            at = edit.range.end;
-        }
-        return result.append(text, at, text.npos);
-    }
-
-    /// Where the repaired text is still no Krel, in the user's text, in order.
-    std::vector<std::uint32_t> unreadablePlaces(const FrontEnd::Compilation& compilation) const {
-        std::vector<std::uint32_t> places;
         for (const Syntax::Gap& gap : tree.gaps) {
             if (gap.kind == Syntax::Gap::Kind::Unexpected ||
                 gap.kind == Syntax::Gap::Kind::TooDeep) {
-                places.push_back(gap.at);
+                add(gap.at);
             }
         }
         for (const CompilerFault& fault : faultsOf(compilation)) {
             const std::string_view rule = ruleOfMessage(fault.message);
             if (rule == "syntax" || rule == "illegal-character") {
-                places.push_back(repaired->originOf(fault.range).begin);
+                add(repaired->originOf(fault.range).begin);
             }
         }
-        std::sort(places.begin(), places.end());
-        return places;
-    }
-
-    /// Keeps the edits of functions that can be read. Whoever repairs half of a foreign statement
-    /// only makes it harder to read.
-    void dropDoubtfulEdits(const FrontEnd::Compilation& compilation) {
-        const std::vector<std::uint32_t> places = unreadablePlaces(compilation);
-        if (places.empty()) {
-            return;
-        }
-        std::vector<SourceRange> functions;
-        std::vector<SourceRange> good;
-        for (const NodeId id : tree.children(tree.root())) {
-            const SourceRange range = tree[id].range;
-            const auto place = std::lower_bound(places.begin(), places.end(), range.begin);
-            if (tree[id].kind != Kind::Function) {
-                continue;
-            }
-            functions.push_back(range);
-            if (place == places.end() || *place > range.end) {
-                good.push_back(range);
-            }
-        }
-        std::vector<Edit> kept;
-        for (Edit& edit : report.edits) {
-            const std::string_view old = tree.textOf(edit.range);
-            const bool isBlank = old == "\r" && edit.text.empty();
-            const bool isComment = old.substr(0, 2) == "//" && edit.text.substr(0, 1) == "#";
-            if (isBlank || isComment || isWithin(edit.range, good)) {
-                kept.push_back(std::move(edit));
-            } else if (!isWithin(edit.range, functions)) {
-                // Moved declarations and new functions belong to edits everywhere.
-                kept.clear();
-                break;
-            }
-        }
-        report.edits = std::move(kept);
-    }
-
-    static bool isWithin(SourceRange range, const std::vector<SourceRange>& ranges) {
-        auto behind = std::upper_bound(
-            ranges.begin(), ranges.end(), range.begin,
-            [](std::uint32_t place, const SourceRange& other) { return place < other.begin; });
-        return behind != ranges.begin() && range.end <= std::prev(behind)->end;
+        return found;
     }
 
     /// A fault of the repaired text.
@@ -294,6 +242,10 @@ private:
         const auto* const unit = unitAt(range.begin);
         const FunctionId function =
             unit == nullptr ? noFunction : model.functionAround(unit->second);
+        const Syntax::ForeignWords* const foreign = Syntax::findForeignWord(missing);
+        if (foreign != nullptr) {
+            return std::string{foreign->message} + ": " + std::string{foreign->help};
+        }
         const std::string similar = similarName(model, function, missing);
         return similar.empty() ? "" : "did you mean `" + similar + "`?";
     }
@@ -310,7 +262,8 @@ private:
             const bool isUnit = kind == Kind::Condition || kind == Kind::ForPart ||
                                 kind == Kind::ExpressionStatement || kind == Kind::Return ||
                                 kind == Kind::Break || kind == Kind::Continue ||
-                                kind == Kind::Skipped || kind == Kind::Declaration;
+                                kind == Kind::Skipped || kind == Kind::Foreign ||
+                                kind == Kind::Declaration;
             if (isUnit && !isPart) {
                 units.emplace_back(tree[id].range, id);
             }
@@ -404,6 +357,7 @@ private:
     const std::string& name;
     const Guesses guesses;
     bool hasGuessed = false;
+    bool hasStayed = false;
     std::unique_ptr<FrontEnd::Compilation> original;
     Tree tree;
     Model model;

@@ -29,8 +29,8 @@ enum class Guesses : std::uint8_t { Left, Taken };
 ///   that krelcc names.
 /// - Comments silence warnings and hints: `# krel: allow(RULE, ...)` in a line, or alone in the
 ///   line before it, `# krel: allow-file(RULE, ...)` in the whole file.
-/// - Of a function that cannot be read as a whole, nothing is repaired, unless the repaired program
-///   is accepted.
+/// - Statements that cannot be read, and those that only their author can write anew, stay as they
+///   are in the repaired text.
 Report check(const std::string& text, const std::string& name, Guesses guesses = Guesses::Left);
 
 }  // namespace krel::Check

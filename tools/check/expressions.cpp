@@ -56,6 +56,9 @@ bool Repairer::isAsItShouldBe(NodeId id, const Context& context) const {
 }
 
 void Repairer::expression(NodeId id, const Context& context, Pieces& out) {
+    if (tree[id].kind == Kind::Name && namedConstant(id, context, out)) {
+        return;
+    }
     if (!isAsItShouldBe(id, context)) {
         if (isTruth(id) && context.want != Word::Double && context.want != Word::Character) {
             truthValue(id, context, out);
@@ -77,7 +80,7 @@ void Repairer::expression(NodeId id, const Context& context, Pieces& out) {
         case Kind::Unary:
             return unary(id, context, out);
         case Kind::Binary:
-            return binary(id, context, out);
+            return joinLiterals(id, out) ? void() : binary(id, context, out);
         case Kind::Assign:
             return nestedAssignment(id, context, out);
         case Kind::Conditional:
@@ -119,6 +122,9 @@ void Repairer::unary(NodeId id, const Context& context, Pieces& out) {
         inside.want = Word::End;
     } else {
         inside.condition = false;
+    }
+    if (tree[id].op == Word::Complement) {
+        return complement(id, out);
     }
     copy(tree[id].range.begin, tree[operand].range.begin, out);
     if (tree[operand].kind == Kind::Call) {
@@ -194,6 +200,9 @@ Pieces Repairer::binaryStep(NodeId id, const Context& context, Pieces&& left) {
     const Word op = tree[id].op;
     if (op == Word::Percent) {
         return remainder(id, std::move(left));
+    }
+    if (isBitOperator(op)) {
+        return bitOperation(id, op, context, std::move(left));
     }
     Pieces right;
     Prelude before =

@@ -28,6 +28,11 @@ constexpr std::array typeNames = {
     std::pair{Word::Void, std::string_view{"void"}},
 };
 
+bool isScope(Kind kind) {
+    return kind == Kind::Block || kind == Kind::For || kind == Kind::ForEach ||
+           kind == Kind::Switch || kind == Kind::Function;
+}
+
 }  // namespace
 
 std::string_view nameOf(Type type) {
@@ -99,8 +104,91 @@ Model::Model(const Tree& itsTree) : source(itsTree) {
     calls.assign(count, false);
     effects.assign(count, false);
     lows.resize(count);
+    collectConstants();
     collectFunctions();
     walk();
+}
+
+namespace {
+
+/// The next word of a text, which loses it; what is no letter, digit or sign divides words.
+std::string_view takeWord(std::string_view& text) {
+    const std::size_t begin = std::min(text.find_first_not_of(" \t\n\r,"), text.size());
+    text.remove_prefix(begin);
+    const std::string_view word = text.substr(0, text.find_first_of(" \t\n\r,={};"));
+    text.remove_prefix(word.size());
+    return word;
+}
+
+Type typeOfConstant(std::string_view value) {
+    const std::size_t sign = value.substr(0, 1) == "-" ? 1 : 0;
+    const Number number = numberOf(value.substr(sign));
+    if (number.isKnown) {
+        return number.isDouble ? Word::Double : Word::Int;
+    }
+    return value == "true" || value == "false"                                 ? Word::Boolean
+           : value.size() > 1 && value.front() == '"' && value.back() == '"'   ? Word::String
+           : value.size() > 2 && value.front() == '\'' && value.back() == '\'' ? Word::Character
+                                                                               : Word::End;
+}
+
+}  // namespace
+
+/// `#define` begins a comment here; what it means stands in it. The words of an enumeration are
+/// numbers.
+void Model::collectConstants() {
+    constants = {{"TRUE", {Word::Boolean, "true"}},
+                 {"FALSE", {Word::Boolean, "false"}},
+                 {"True", {Word::Boolean, "true"}},
+                 {"False", {Word::Boolean, "false"}},
+                 {"INT_MAX", {Word::Int, "2147483647"}}};
+    constexpr std::string_view define = "#define ";
+    for (const SourceRange range : source.tokens.comments) {
+        std::string_view text = source.textOf(range);
+        if (text.substr(0, define.size()) == define) {
+            text.remove_prefix(define.size());
+            const std::string_view name = takeWord(text);
+            text = text.substr(0, text.find_first_of("#\n"));
+            text = text.substr(0, text.find("//"));
+            text.remove_prefix(std::min(text.find_first_not_of(" \t("), text.size()));
+            text = text.substr(0, text.find_last_not_of(" \t\r)") + 1);
+            addConstant(name, text);
+        }
+    }
+    for (const Syntax::Node& node : source.nodes) {
+        if (node.kind == Kind::Foreign && source.tokens.words.size() > node.token &&
+            source.textOf(source.tokens.words[node.token].range) == "enum") {
+            collectEnumeration(source.textOf(node.range));
+        }
+    }
+}
+
+void Model::addConstant(std::string_view name, std::string_view value) {
+    const Type type = typeOfConstant(value);
+    if (type != Word::End) {
+        constants.emplace(name, Constant{type, std::string{value}});
+    }
+}
+
+/// `enum Name { one, two = 5, three }`
+void Model::collectEnumeration(std::string_view text) {
+    const std::size_t begin = text.find('{');
+    text = begin == text.npos ? std::string_view{} : text.substr(begin + 1);
+    std::int64_t value = 0;
+    for (std::string_view name = takeWord(text); !name.empty(); name = takeWord(text)) {
+        const std::size_t next = std::min(text.find_first_not_of(" \t\n"), text.size());
+        if (next < text.size() && text[next] == '=') {
+            text.remove_prefix(next + 1);
+            const Number number = numberOf(takeWord(text));
+            value = static_cast<std::int64_t>(number.whole);
+        }
+        addConstant(name, std::to_string(value++));
+    }
+}
+
+const Constant* Model::constantNamed(std::string_view name) const {
+    const auto entry = constants.find(name);
+    return entry == constants.end() ? nullptr : &entry->second;
 }
 
 FunctionId Model::functionNamed(std::string_view name) const {
@@ -173,6 +261,7 @@ void Model::walk() {
             declare(id);
         }
         typeExpression(id);
+        takeElementType(id);
         for (NodeId child = source[id].first; child != noNode; child = source[child].next) {
             calls[id] = calls[id] || calls[child];
             effects[id] = effects[id] || effects[child];
@@ -204,8 +293,7 @@ void Model::declare(NodeId id) {
         variable.type = variable.initial == noNode ? Word::End : meantTypes[variable.initial];
     }
     NodeId scope = source[id].parent;
-    while (scope != noNode && source[scope].kind != Kind::Block &&
-           source[scope].kind != Kind::For && source[scope].kind != Kind::Function) {
+    while (scope != noNode && !isScope(source[scope].kind)) {
         scope = source[scope].parent;
     }
     variable.scope = scope;
@@ -227,6 +315,19 @@ void Model::declare(NodeId id) {
         globals.try_emplace(variable.name, number);
     }
     allVariables.push_back(std::move(variable));
+}
+
+/// `for (auto x : a)`: the variable has the type of the elements.
+void Model::takeElementType(NodeId id) {
+    const NodeId loop = source[id].parent;
+    if (loop == noNode || source[loop].kind != Kind::ForEach || !isExpression(source[id].kind)) {
+        return;
+    }
+    const NodeId declarator = source.child(source[loop].first, 1);
+    if (meanings[declarator] != noVariable) {
+        Variable& variable = allVariables[meanings[declarator]];
+        variable.type = variable.type == Word::End ? meantTypes[id] : variable.type;
+    }
 }
 
 /// The innermost variable whose scope is open; if there is none, the one declared last, as in
@@ -260,6 +361,14 @@ void Model::resolveEarly(FunctionId function, const std::vector<NodeId>& open) {
     }
 }
 
+Type Model::typeOfName(NodeId id) const {
+    if (meanings[id] != noVariable) {
+        return allVariables[meanings[id]].type;
+    }
+    const Constant* const constant = constantNamed(source.wordOf(id));
+    return constant == nullptr ? Word::End : constant->type;
+}
+
 Type Model::typeOfLiteral(NodeId id) const {
     switch (source[id].op) {
         case Word::IntLiteral:
@@ -286,6 +395,9 @@ Type Model::typeOfLiteral(NodeId id) const {
 
 Type Model::meantBinary(NodeId id) const {
     const Word op = source[id].op;
+    if (op == Word::ShiftLeft || op == Word::ShiftRight) {
+        return Word::Int;
+    }
     if (isComparison(op) || op == Word::And || op == Word::Or) {
         return Word::Boolean;
     }
@@ -317,7 +429,7 @@ void Model::typeExpression(NodeId id) {
             meant = krel = typeOfLiteral(id);
             break;
         case Kind::Name:
-            meant = krel = meanings[id] == noVariable ? Word::End : allVariables[meanings[id]].type;
+            meant = krel = typeOfName(id);
             break;
         case Kind::Unary:
             krel = krelTypes[node.first];

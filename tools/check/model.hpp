@@ -49,6 +49,12 @@ struct Variable {
     VariableId before = noVariable;  // declared earlier in the function with the same name
 };
 
+/// A name that other languages put a literal in place of.
+struct Constant {
+    Type type = Word::End;
+    std::string value;  // a literal, or a number with a sign before it
+};
+
 /// A function and its own variables.
 struct Function {
     std::string_view name;
@@ -71,6 +77,9 @@ public:
 
     /// The function of that name that is defined first; noFunction when there is none.
     FunctionId functionNamed(std::string_view name) const;
+    /// The constant of that name: of a `#define`, of an enumeration, or a well-known one; null when
+    /// there is none. Variables of the name hide it.
+    const Constant* constantNamed(std::string_view name) const;
     /// The function that a node lies in; noFunction outside of all.
     FunctionId functionAround(NodeId id) const { return owner[id]; }
     /// What a node of kind Name means; noVariable when nothing of that name is declared.
@@ -90,14 +99,19 @@ public:
     NodeId firstWithin(NodeId id) const { return lows[id]; }
 
 private:
+    void collectConstants();
+    void addConstant(std::string_view name, std::string_view value);
+    void collectEnumeration(std::string_view text);
     void collectFunctions();
     void walk();
+    void takeElementType(NodeId id);
     void declare(NodeId id);
     void resolve(NodeId id);
     void resolveEarly(FunctionId function, const std::vector<NodeId>& open);
     void typeExpression(NodeId id);
     Type meantBinary(NodeId id) const;
     Type typeOfLiteral(NodeId id) const;
+    Type typeOfName(NodeId id) const;
 
     struct Declared {
         std::vector<VariableId> open;
@@ -108,6 +122,7 @@ private:
     const Tree& source;
     std::vector<Function> allFunctions;
     std::vector<Variable> allVariables;
+    std::unordered_map<std::string_view, Constant> constants;
     std::unordered_map<std::string_view, FunctionId> functionsByName;
     std::unordered_map<std::string_view, VariableId> globals;
     std::unordered_map<std::string_view, Declared> known;  // of the function at hand

@@ -11,12 +11,14 @@
 namespace krel::Check {
 
 Repairer::Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut,
-                   Guesses itsGuesses)
+                   Purpose itsPurpose, Guesses itsGuesses)
     : model(itsModel),
       tree(itsModel.tree()),
       effects(itsModel),
       leftOut(itsLeftOut),
-      guesses(itsGuesses) {
+      purpose(itsPurpose),
+      guesses(itsGuesses),
+      topLevel(itsModel.tree().children(itsModel.tree().root())) {
     for (const Syntax::Token& token : tree.tokens.words) {
         if (token.word == Word::Name) {
             usedNames.emplace(tree.textOf(token.range));
@@ -24,7 +26,23 @@ Repairer::Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsL
     }
 }
 
+/// Finds the variables that are changed, and those that are compared.
+void Repairer::collectUses() {
+    for (NodeId id = 0; id < tree.nodes.size(); ++id) {
+        const Kind kind = tree[id].kind;
+        if (kind == Kind::Assign || kind == Kind::Update) {
+            changedVariables.insert(effects.variableOf(tree[id].first));
+        } else if (kind == Kind::Binary && isComparison(tree[id].op)) {
+            comparedVariables.insert(effects.variableOf(tree[id].first));
+            comparedVariables.insert(effects.variableOf(tree.child(id, 1)));
+        }
+    }
+    changedVariables.erase(noVariable);
+    comparedVariables.erase(noVariable);
+}
+
 Pieces Repairer::repair() {
+    collectUses();
     findNames();
     findGlobals();
     findForeignWords();
@@ -55,13 +73,31 @@ constexpr std::array missingWords = {
 
 }  // namespace
 
+/// Whether nobody knows that this is missing: a bracket, where other things cannot be read.
+bool Repairer::isDoubtful(const Syntax::Gap& gap) const {
+    if (purpose == Purpose::Ask || gap.kind == Syntax::Gap::Kind::Semicolon) {
+        return false;
+    }
+    const auto& all = tree.nodes;
+    const auto isBefore = [&](NodeId id, std::uint32_t place) { return all[id].range.end < place; };
+    const auto around = std::lower_bound(topLevel.begin(), topLevel.end(), gap.at, isBefore);
+    if (around == topLevel.end()) {
+        return !unread.empty();
+    }
+    const auto place = std::lower_bound(unread.begin(), unread.end(), all[*around].range.begin);
+    return place != unread.end() && *place <= all[*around].range.end;
+}
+
 void Repairer::collectTokenEdits() {
     for (const Syntax::Gap& gap : tree.gaps) {
         if (gap.kind == Syntax::Gap::Kind::Unexpected || gap.kind == Syntax::Gap::Kind::TooDeep) {
             unread.push_back(gap.at);
         }
+    }
+    std::sort(unread.begin(), unread.end());
+    for (const Syntax::Gap& gap : tree.gaps) {
         for (const MissingWord& missing : missingWords) {
-            if (missing.kind == gap.kind) {
+            if (missing.kind == gap.kind && !isDoubtful(gap)) {
                 tokenEdits.push_back({{gap.at, gap.at}, std::string{missing.text}, true});
                 say("missing-token", Severity::Error, {gap.at, gap.range.end},
                     "a " + std::string{missing.name} + " is missing here",
@@ -69,7 +105,6 @@ void Repairer::collectTokenEdits() {
             }
         }
     }
-    std::sort(unread.begin(), unread.end());
     std::stable_sort(tokenEdits.begin(), tokenEdits.end(),
                      [](const TokenEdit& left, const TokenEdit& right) {
                          return left.range.begin < right.range.begin;
@@ -204,6 +239,7 @@ void Repairer::withPrelude(NodeId id, const Write& write, Pieces& out) {
     if (firstCallInPlace < lastHoistWithCall) {
         hoistCallsBefore = lastHoistWithCall;
         prelude.clear();
+        postlude.clear();
         for (; newNames.size() > namesBefore; newNames.pop_back()) {
             // Constants of the function stay.
             const bool isConstant =
@@ -225,6 +261,14 @@ void Repairer::withPrelude(NodeId id, const Write& write, Pieces& out) {
     firstCallInPlace = outerFirst;
     flush(outer, id, out);
     out.append(std::move(text));
+    if (!postlude.empty()) {
+        finishAt(tree[id].range.end, out);
+    }
+    for (Pieces& each : postlude) {
+        out.insert(separatorOf(id), tree[id].range);
+        out.append(std::move(each));
+    }
+    postlude.clear();
 }
 
 /// Declares a variable in the prelude and returns its name.

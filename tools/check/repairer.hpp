@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -31,9 +32,13 @@ public:
     /// Whether repairs that may miss what is meant are written, or only proposed.
     enum class Guesses : std::uint8_t { Left, Written };
 
-    /// Statements of `leftOut` are replaced by something that the compiler accepts, without a word.
+    /// Who is to read the result. What cannot be repaired is replaced by something that the
+    /// compiler accepts, without a word, or stays as the user wrote it.
+    enum class Purpose : std::uint8_t { Ask, Write };
+
+    /// The nodes of `leftOut` are not repaired.
     Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsLeftOut,
-             Guesses itsGuesses = Guesses::Written);
+             Purpose itsPurpose = Purpose::Ask, Guesses itsGuesses = Guesses::Written);
 
     /// The whole program. To be called once.
     Pieces repair();
@@ -41,6 +46,8 @@ public:
     std::vector<Finding> takeFindings() { return std::move(findings); }
     /// Whether the repaired program would differ without guesses.
     bool hasGuessed() const { return guessed; }
+    /// Whether it would hold foreign constructs that only the user can write anew.
+    bool hasStayed() const { return stayed; }
 
 private:
     /// What an expression has to be where it stands.
@@ -64,7 +71,9 @@ private:
     };
 
     // Tokens (repairer.cpp)
+    void collectUses();
     void collectTokenEdits();
+    bool isDoubtful(const Syntax::Gap& gap) const;
     void editToken(SourceRange range, std::string text);
     void copy(std::uint32_t begin, std::uint32_t end, Pieces& out);
     void copy(NodeId id, Pieces& out) { copy(tree[id].range.begin, tree[id].range.end, out); }
@@ -90,6 +99,7 @@ private:
 
     // Statements (statements.cpp)
     void program(Pieces& out);
+    void copyTopLevel(NodeId parent, std::uint32_t begin, std::uint32_t end, Pieces& out);
     void function(NodeId id, Pieces& out);
     void statement(NodeId id, Pieces& out);
     void statements(NodeId block, std::uint32_t& at, Pieces& out);
@@ -108,6 +118,7 @@ private:
     bool continues(NodeId body) const;
     Prelude forInit(NodeId part, Pieces& out);
     Prelude forUpdate(NodeId part);
+    void stayPart(NodeId part, Pieces& out) const;
     void simple(NodeId expression, Pieces& out);
     std::uint32_t endOfHeader(NodeId before) const;
 
@@ -125,10 +136,57 @@ private:
     bool isTruth(NodeId id) const;
     bool isIndexAtom(NodeId id) const;
 
+    /// The cases of a `switch`.
+    struct Cases {
+        std::vector<NodeId> chosen;
+        std::vector<NodeId> others;
+        bool isCertain = true;   // nothing goes on into the next case
+        bool needsLoop = false;  // for a `break` in the middle
+    };
+
     // rules/
+    void stay(NodeId id, Pieces& out);
+    void foreignConstruct(NodeId id, Pieces& out);
+    void wrapper(NodeId id, Pieces& out);
+    void prototype(NodeId id);
+    bool leavesAlways(NodeId id) const;
+    NodeId leftBy(NodeId id) const;
+    NodeId lastBreak(NodeId id) const;
+    Cases casesOf(NodeId id);
+    void caseBody(NodeId id, Pieces& out);
+    void switchStatement(NodeId id, Pieces& out);
+    std::optional<std::int64_t> lengthOf(const Variable& array) const;
+    std::string lengthText(NodeId array) const;
+    void forEachStatement(NodeId id, Pieces& out);
+    bool namedConstant(NodeId id, const Context& context, Pieces& out);
+    bool foreignPrint(NodeId id, Pieces& out);
+    bool streamPrint(NodeId id, Pieces& out);
+    void formatted(const std::vector<NodeId>& arguments, Pieces& out);
+    void printed(NodeId argument, Pieces& out);
+    void finishPrint(SourceRange name, Pieces&& arguments, Pieces& out);
+    static void separate(Pieces& arguments, SourceRange origin);
+    static std::string printable(const std::string& literal, bool isFirst);
+    void complement(NodeId id, Pieces& out);
+    Pieces logical(NodeId id, const Context& context, Pieces&& left);
+    static Word bitOperatorOf(Word assignment);
+    static bool isBitOperator(Word op);
+    std::string addedFunctions() const;
+    std::string asArithmetic(Word op, NodeId left, NodeId right, Pieces& text);
+    Pieces bitOperation(NodeId id, Word op, const Context& context, Pieces&& left);
+    std::optional<std::int64_t> folded(NodeId id, int depth) const;
+    static std::optional<std::int64_t> foldedNumber(Word word, std::string_view text);
+    std::optional<std::int64_t> foldedName(NodeId id, int depth) const;
+    std::optional<std::int64_t> foldedOperation(NodeId id, int depth) const;
     std::string constant(Type type, const std::string& key, const std::string& base,
                          const std::string& setting, NodeId because);
     std::string doubleConstant(NodeId because, double value);
+    std::string doubleText(NodeId because, double value);
+    void bigLiteral(NodeId id, std::uint64_t value, Pieces& out);
+    void wholeValue(NodeId id, NodeId operand, const Context& context, Pieces& out);
+    std::string baseNameOf(NodeId id) const;
+    std::string joinedLiterals(NodeId id) const;
+    bool isCompared(NodeId id) const;
+    bool joinLiterals(NodeId id, Pieces& out);
     void wholeDouble(NodeId id, Pieces& out);
     void smallDouble(NodeId id, const Number& number, Pieces& out);
     bool isWholeDouble(NodeId id) const;
@@ -168,6 +226,9 @@ private:
     bool isFilled(const Variable& array) const;
     std::string missingElements(NodeId id, std::size_t count, std::int64_t length);
     void arrayDeclarator(NodeId id, Pieces& out);
+    std::uint32_t arraySize(NodeId id, Pieces& out);
+    bool isPlainSize(NodeId size) const;
+    void initialiserList(NodeId id, Pieces& out);
     void elements(NodeId list, Type type, bool isFirst, Pieces& out);
     void initialValue(NodeId id, Type type, Pieces& out);
     bool isPlainDeclaration(NodeId id) const;
@@ -187,6 +248,9 @@ private:
     void findGlobals();
     bool isChanged(NodeId use) const;
     void declareGlobals(Pieces& out);
+    void reportGlobal(VariableId number);
+    void functionHeader(NodeId id, Pieces& out, Pieces& declarations);
+    void arrayParameter(NodeId id, Pieces& out, Pieces& declarations);
     bool isMovedGlobal(NodeId declaration);
     std::string wholeFunction() const;
     void rename(VariableId variable, const std::string& name);
@@ -196,8 +260,10 @@ private:
     const Tree& tree;
     const Effects effects;
     const std::unordered_set<NodeId>& leftOut;
+    const Purpose purpose;
     const Guesses guesses;
     bool guessed = false;
+    bool stayed = false;
 
     std::vector<TokenEdit> tokenEdits;   // in order, once collected
     std::vector<std::size_t> doneEdits;  // in the order in which they were carried out
@@ -209,16 +275,23 @@ private:
     std::map<VariableId, std::string> renamed;
     std::unordered_set<VariableId> assignedOnly;  // declared before: their type is left out
 
+    const std::vector<NodeId> topLevel;
     std::vector<std::uint32_t> unread;  // where something could not be read, in order
     FunctionId currentFunction = noFunction;
     std::map<FunctionId, std::vector<VariableId>> movedGlobals;  // to the functions that use them
     std::unordered_set<VariableId> movableGlobals;
     std::string wholeName;  // of the function that finds whole numbers; empty without one
-    std::map<std::string, std::string> constants;  // of the function at hand: by type and value
-    Pieces constantDeclarations;                   // of the same
+    std::unordered_set<VariableId> changedVariables;   // by assignments and steps
+    std::unordered_set<VariableId> comparedVariables;  // themselves, or their elements
+    std::set<VariableId> stayingGlobals;               // several functions use and change them
+    std::map<Word, std::string> helperNames;           // of functions that stand for operators
+    std::unordered_set<NodeId> needlessBreaks;         // at the end of cases
+    std::map<std::string, std::string> constants;      // of the function at hand: by type and value
+    Pieces constantDeclarations;                       // of the same
     std::string constantSeparator;
 
     Prelude prelude;               // of the statement at hand
+    Prelude postlude;              // what has to run right behind it
     NodeId hoistCallsBefore = 0;   // these are moved although they may stand where they are
     NodeId lastHoistWithCall = 0;  // in this statement
     NodeId firstCallInPlace = noNode;

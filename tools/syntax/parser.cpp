@@ -8,8 +8,10 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_set>
 #include <utility>
 
+#include "tools/syntax/foreignWords.hpp"
 #include "tools/syntax/syntaxTree.hpp"
 
 namespace krel::Syntax {
@@ -39,8 +41,12 @@ constexpr std::array foreignTypes = {
     ForeignType{"auto", Word::Name},       ForeignType{"Char", Word::Character},
 };
 
-constexpr std::array<std::string_view, 6> modifiers = {"const",     "final", "static",
-                                                       "constexpr", "mut",   "register"};
+constexpr std::array<std::string_view, 12> modifiers = {
+    "const",  "final",   "static",    "constexpr", "mut",    "register",
+    "public", "private", "protected", "inline",    "extern", "volatile"};
+
+/// Words whose braces hold functions.
+constexpr std::array<std::string_view, 3> wrappers = {"class", "namespace", "object"};
 
 struct Level {
     Word word;
@@ -55,12 +61,13 @@ constexpr std::array levels = {
     Level{Word::LessEqual, 7},  Level{Word::GreaterEqual, 7}, Level{Word::ShiftLeft, 8},
     Level{Word::ShiftRight, 8}, Level{Word::Plus, 9},         Level{Word::Minus, 9},
     Level{Word::Times, 10},     Level{Word::Divide, 10},      Level{Word::Percent, 10},
+    Level{Word::Power, 11},
 };
-constexpr int strongest = 10;
+constexpr int strongest = 11;
 
 bool isAssignment(Word word) {
-    return word == Word::Assign || word == Word::PlusAssign || word == Word::MinusAssign ||
-           word == Word::TimesAssign || word == Word::DivideAssign || word == Word::PercentAssign;
+    return (Word::Assign <= word && word <= Word::MinusAssign) ||
+           (Word::TimesAssign <= word && word <= Word::ShiftRightAssign);
 }
 
 bool beginsStatement(Word word) {
@@ -78,11 +85,7 @@ public:
         const Mark mark = begin();
         while (!at(Word::End)) {
             const std::uint32_t before = next;
-            if (beginsFunction()) {
-                parseFunction();
-            } else {
-                parseStatement();
-            }
+            parseTopLevel();
             if (next == before) {
                 skipToken();
             }
@@ -257,6 +260,8 @@ private:
                 type = word;
             } else if (known != nullptr && (type == Word::End || known->type != Word::Int)) {
                 type = known->type;
+            } else if (type == Word::End && enumerations.count(textAhead(index)) != 0) {
+                type = Word::Int;
             }
         }
         if (type == Word::End && length > 0 && atModifier(length - 1)) {
@@ -270,6 +275,56 @@ private:
     bool beginsFunction() const {
         const std::uint32_t length = typeLength();
         return length > 0 && at(Word::Name, length) && at(Word::LeftParenthesis, length + 1);
+    }
+
+    void parseTopLevel() {
+        if (wrapperLength() > 0) {
+            parseWrapper();
+        } else if (beginsFunction()) {
+            parseFunction();
+        } else {
+            parseStatement();
+        }
+    }
+
+    /// How many tokens there are from here to the brace of a class; 0 when there is none.
+    std::uint32_t wrapperLength() const {
+        constexpr std::uint32_t longest = 8;
+        std::uint32_t length = 0;
+        while (atModifier(length) && length < longest) {
+            ++length;
+        }
+        const bool isWrapper =
+            at(Word::Name, length) &&
+            std::find(wrappers.begin(), wrappers.end(), textAhead(length)) != wrappers.end() &&
+            at(Word::Name, length + 1);
+        if (!isWrapper) {
+            return 0;
+        }
+        while (at(Word::Name, length) && length < longest) {
+            ++length;
+        }
+        return at(Word::LeftBrace, length) ? length : 0;
+    }
+
+    /// The functions of a class are read as if it were not there.
+    void parseWrapper() {
+        const Mark mark = begin();
+        const Descent descent{*this};
+        if (descent.tooDeep()) {
+            leaveOutDeep(Kind::Skipped);
+            return;
+        }
+        next += wrapperLength() + 1;
+        while (!at(Word::RightBrace) && !at(Word::End)) {
+            const std::uint32_t before = next;
+            parseTopLevel();
+            if (next == before) {
+                skipToken();
+            }
+        }
+        expect(Word::RightBrace, Gap::Kind::Brace);
+        reduce(Kind::Wrapper, mark, Word::End, mark.token);
     }
 
     void parseFunction() {
@@ -287,8 +342,10 @@ private:
         expect(Word::RightParenthesis, Gap::Kind::Parenthesis);
         if (at(Word::LeftBrace)) {
             parseBlock();
+        } else if (accept(Word::Semicolon)) {
+            reduce(Kind::Prototype, mark, Word::End, name);
+            return;
         } else {
-            accept(Word::Semicolon);
             miss(Gap::Kind::Brace);
             reduce(Kind::Block, begin());
         }
@@ -313,7 +370,18 @@ private:
             length = 1;
         }
         parseType(length);
-        if (at(Word::LeftBracket)) {
+        while (at(Word::Times) || at(Word::BitAnd) || at(Word::Power)) {  // `int* a`
+            const Mark star = begin();
+            ++next;
+            reduce(Kind::ArrayBound, star);
+        }
+        const std::uint32_t name = parseNameAndBounds();
+        reduce(Kind::Parameter, mark, Word::End, name);
+    }
+
+    /// Brackets may stand before the name: `int[] a`.
+    std::uint32_t parseNameAndBounds() {
+        while (at(Word::LeftBracket)) {
             parseBound();
         }
         std::uint32_t name = noToken;
@@ -323,7 +391,7 @@ private:
         while (at(Word::LeftBracket)) {
             parseBound();
         }
-        reduce(Kind::Parameter, mark, Word::End, name);
+        return name;
     }
 
     // Statements
@@ -387,6 +455,8 @@ private:
         }
         if (atName("do") && (at(Word::LeftBrace, 1) || beginsStatement(token(1).word))) {
             parseDo();
+        } else if (at(Word::Name) && parseForeign()) {
+            return;
         } else if (beginsFunction() && !isCallBehindName()) {
             parseFunction();
         } else if (typeLength() > 0) {
@@ -396,6 +466,169 @@ private:
         } else {
             parseExpressionStatement();
         }
+    }
+
+    // Other languages
+
+    /// Whether what follows a foreign word shows that it is no name: in Krel nothing of that kind
+    /// stands behind one.
+    bool isForeignUse() const {
+        const Word word = token(1).word;
+        if (token(1).beginsLine && word != Word::LeftBrace) {
+            return false;
+        }
+        return word == Word::Name || isTypeWord(word) || word == Word::LeftBrace ||
+               word == Word::Return || (Word::IntLiteral <= word && word <= Word::StringLiteral) ||
+               word == Word::ForeignString || (word == Word::Less && atName("template")) ||
+               (word == Word::LeftParenthesis && isHeader());
+    }
+
+    /// Whether a block follows the parentheses behind the next token.
+    bool isHeader() const {
+        constexpr std::uint32_t farthest = 60;
+        int open = 0;
+        for (std::uint32_t ahead = 1; ahead < farthest && !at(Word::Semicolon, ahead); ++ahead) {
+            open += at(Word::LeftParenthesis, ahead)    ? 1
+                    : at(Word::RightParenthesis, ahead) ? -1
+                                                        : 0;
+            if (open == 0) {
+                return at(Word::LeftBrace, ahead + 1);
+            }
+        }
+        return false;
+    }
+
+    /// Reads what begins with a word of another language. Returns false if it is a plain name.
+    bool parseForeign() {
+        if (at(Word::Colon, 1) && !atName("default")) {
+            parseLabel();
+            return true;
+        }
+        const ForeignWords* const known = findForeignWord(textAhead());
+        if (known == nullptr || known->extent == Extent::Value || !isForeignUse()) {
+            return false;
+        }
+        if (atName("switch") && at(Word::LeftParenthesis, 1)) {
+            parseSwitch();
+            return true;
+        }
+        const Mark mark = begin();
+        if (atName("enum") && at(Word::Name, 1)) {
+            enumerations.insert(textAhead(1));
+        }
+        ++next;
+        if (known->extent != Extent::Word) {
+            passLine();
+        }
+        if (known->extent == Extent::Statement || known->extent == Extent::Body) {
+            passBlock();
+            passLine();
+            accept(Word::Semicolon);
+        }
+        reduce(Kind::Foreign, mark, Word::End, mark.token);
+        return true;
+    }
+
+    /// `again:`
+    void parseLabel() {
+        const Mark mark = begin();
+        next += 2;
+        reduce(Kind::Foreign, mark, Word::Colon, mark.token);
+    }
+
+    /// Passes over the rest of the line, up to a semicolon or a brace.
+    void passLine() {
+        while (!token().beginsLine && !at(Word::Semicolon) && !at(Word::LeftBrace) &&
+               !at(Word::RightBrace)) {
+            ++next;
+        }
+    }
+
+    /// Passes over a block, if there is one.
+    void passBlock() {
+        int open = 0;
+        while (!at(Word::End) && (open > 0 || at(Word::LeftBrace))) {
+            open += at(Word::LeftBrace) ? 1 : at(Word::RightBrace) ? -1 : 0;
+            ++next;
+        }
+    }
+
+    bool atCase() const {
+        return (atName("case") && !at(Word::Assign, 1)) ||
+               (atName("default") && at(Word::Colon, 1));
+    }
+
+    void parseSwitch() {
+        const Mark mark = begin();
+        ++next;
+        parseCondition();
+        expect(Word::LeftBrace, Gap::Kind::Brace);
+        while (!at(Word::RightBrace) && !at(Word::End)) {
+            const std::uint32_t before = next;
+            atCase() ? parseCase() : parseStatement();
+            if (next == before) {
+                skipToken();
+            }
+        }
+        expect(Word::RightBrace, Gap::Kind::Brace);
+        reduce(Kind::Switch, mark, Word::End, mark.token);
+    }
+
+    /// `case 1: case 2:` and what follows, up to the next one.
+    void parseCase() {
+        const Mark mark = begin();
+        bool takesOthers = false;
+        while (atCase()) {
+            takesOthers = takesOthers || atName("default");
+            const bool hasLabels = atName("case");
+            ++next;
+            while (hasLabels) {
+                parseBinary(1);
+                if (!accept(Word::Comma)) {
+                    break;
+                }
+            }
+            if (!accept(Word::Colon)) {
+                miss(Gap::Kind::Unexpected);
+            }
+        }
+        while (!atCase() && !at(Word::RightBrace) && !at(Word::End)) {
+            const std::uint32_t before = next;
+            parseStatement();
+            if (next == before) {
+                skipToken();
+            }
+        }
+        reduce(Kind::Case, mark, takesOthers ? Word::Else : Word::If, mark.token);
+    }
+
+    /// How many tokens the type of a loop over an array takes.
+    std::uint32_t elementTypeLength() const {
+        const bool isBare = atName("in", 1) || atName("of", 1);
+        return isBare ? 0 : typeLength();
+    }
+
+    /// Whether a `for` goes through the elements of an array.
+    bool isForEach() const {
+        const std::uint32_t length = elementTypeLength();
+        return at(Word::Name, length) && (at(Word::Colon, length + 1) || atName("in", length + 1) ||
+                                          atName("of", length + 1));
+    }
+
+    /// `int x : a) ...`
+    void parseForEach(Mark mark) {
+        const Mark declaration = begin();
+        parseType(elementTypeLength());
+        const Mark name = begin();
+        ++next;
+        reduce(Kind::Declarator, name, Word::End, name.token);
+        reduce(Kind::Declaration, declaration);
+        ++next;
+        parseExpression();
+        leaveOutUntil(Word::RightParenthesis);
+        expect(Word::RightParenthesis, Gap::Kind::Parenthesis);
+        parseBody();
+        reduce(Kind::ForEach, mark, Word::End, mark.token);
     }
 
     /// `foo bar(1);` is no function.
@@ -530,7 +763,16 @@ private:
     void parseFor() {
         const Mark mark = begin();
         ++next;
+        if (at(Word::Name)) {  // `for i in ...`
+            passLine();
+            reduce(Kind::Foreign, mark, Word::End, mark.token);
+            return;
+        }
         expect(Word::LeftParenthesis, Gap::Kind::Parenthesis);
+        if (isForEach()) {
+            parseForEach(mark);
+            return;
+        }
         for (int part = 0; part < 3; ++part) {
             parseForPart(part);
         }
@@ -580,16 +822,7 @@ private:
 
     void parseDeclarator() {
         const Mark mark = begin();
-        while (at(Word::LeftBracket)) {  // `int[] a`
-            parseBound();
-        }
-        std::uint32_t name = noToken;
-        if (at(Word::Name)) {
-            name = next++;
-        }
-        while (at(Word::LeftBracket)) {
-            parseBound();
-        }
+        const std::uint32_t name = parseNameAndBounds();
         if (accept(Word::Assign)) {
             at(Word::LeftBrace) ? parseList() : parseAssignment();
         }
@@ -791,14 +1024,16 @@ private:
             case Word::Name:
             case Word::Print:
             case Word::Exit:
+                while (at(Word::Scope, 1) && at(Word::Name, 2)) {  // `std::cout`
+                    next += 2;
+                }
                 if (at(Word::LeftParenthesis, 1)) {
-                    const Word callee = token().word;
-                    ++next;
+                    const std::uint32_t callee = next++;
                     parseArguments();
-                    reduce(Kind::Call, mark, callee, mark.token);
+                    reduce(Kind::Call, mark, words[callee].word, callee);
                 } else if (at(Word::Name)) {
-                    ++next;
-                    reduce(Kind::Name, mark, Word::Name, mark.token);
+                    const std::uint32_t name = next++;
+                    reduce(Kind::Name, mark, Word::Name, name);
                 } else {
                     missExpression();
                 }
@@ -858,6 +1093,7 @@ private:
     std::uint32_t next = 0;
     int depth = 0;
     std::vector<NodeId> stack;
+    std::unordered_set<std::string_view> enumerations;  // their names, which are types
 };
 
 }  // namespace

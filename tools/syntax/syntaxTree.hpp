@@ -15,6 +15,8 @@ namespace krel::Syntax {
 enum class Kind : std::uint8_t {
     Program,    // functions; also statements outside of them
     Function,   // Type, Parameter..., Block; the token is the name
+    Prototype,  // Type, Parameter...; the token is the name
+    Wrapper,    // functions and statements, in the braces of a class; the token is its word
     Parameter,  // Type, ArrayBound...; the token is the name, noToken without one
     Type,       // the op is the type in Krel; Name when the initial value tells, End when it is not
                 // known
@@ -29,12 +31,17 @@ enum class Kind : std::uint8_t {
     While,                // Condition, statement
     DoWhile,              // statement, Condition
     For,                  // ForPart, ForPart, ForPart, statement
+    ForEach,              // Declaration, expression, statement
+    Switch,               // Condition, Case...
+    Case,                 // labels, which are expressions, then statements; the op is Else for the
+                          // one that takes all others
     ForPart,              // a Declaration, or expressions
     Return,               // at most one expression
     Break,                //
     Continue,             //
     Empty,                // a lone semicolon
     ExpressionStatement,  // expression
+    Foreign,              // something of another language; the token is its word
     Skipped,              // what could not be read
     // Expressions. The token is the operator, the name or the literal.
     Name,

@@ -88,6 +88,15 @@ constexpr std::array pairs = {
     Pair{Word::Colon, Word::Assign, Word::Assign},
     Pair{Word::Less, Word::Less, Word::ShiftLeft},
     Pair{Word::Greater, Word::Greater, Word::ShiftRight},
+    Pair{Word::BitAnd, Word::Assign, Word::BitAndAssign},
+    Pair{Word::BitOr, Word::Assign, Word::BitOrAssign},
+    Pair{Word::BitXor, Word::Assign, Word::BitXorAssign},
+    Pair{Word::Less, Word::LessEqual, Word::ShiftLeftAssign},
+    Pair{Word::Greater, Word::GreaterEqual, Word::ShiftRightAssign},
+    Pair{Word::Equal, Word::Assign, Word::Equal},        // ===
+    Pair{Word::NotEqual, Word::Assign, Word::NotEqual},  // !==
+    Pair{Word::Times, Word::Times, Word::Power},
+    Pair{Word::Colon, Word::Colon, Word::Scope},
     Pair{Word::Less, Word::Greater, Word::NotEqual},
     Pair{Word::Dot, Word::IntLiteral, Word::ForeignNumber},
     Pair{Word::IntLiteral, Word::Dot, Word::ForeignNumber},

@@ -210,6 +210,13 @@ std::string Repairer::assignment(NodeId id, Pieces& out) {
         return targetText;
     }
     const std::string from = assignedFrom(id, targetText);
+    if (bitOperatorOf(op) != Word::End) {
+        Pieces left;
+        left.insert(from, tree[target].range);
+        out.insert(" = ", {tree[target].range.end, tree[value].range.begin});
+        out.append(bitOperation(id, bitOperatorOf(op), {}, std::move(left)));
+        return targetText;
+    }
     const bool isKrel = op == Word::PlusAssign || op == Word::MinusAssign;
     if (isKrel && from == targetText) {
         sumAssignment(id, out);

@@ -143,12 +143,13 @@
 ///
 /// ## Why
 ///
-/// There are seven casts; none leads from `double` to `int`.
+/// There are seven casts; none leads from `string` to anything, and none from `double` to `int`:
+/// for that the repair adds a function.
 ///
 /// ## Example
 ///
 /// ```krel example fragment
-/// int k = (int) d;
+/// int k = (int) s;
 /// ```
 ///
 /// ## Use instead

@@ -32,6 +32,25 @@
 
 namespace krel::Check {
 
+namespace {
+
+/// A truth as a number, or a number as a truth.
+std::string decision(const std::string& name, const std::string& atom, bool asNumber) {
+    return asNumber
+               ? "int " + name + " = 0; if (" + atom + ") { " + name + " = 1; }"
+               : "boolean " + name + " = false; if (" + atom + " != 0) { " + name + " = true; }";
+}
+
+}  // namespace
+
+/// What a variable that holds an expression may be called.
+std::string Repairer::baseNameOf(NodeId id) const {
+    id = inner(id);
+    id = tree[id].kind == Kind::Index ? tree[id].first : id;
+    return tree[id].kind == Kind::Name || tree[id].kind == Kind::Call ? std::string{tree.wordOf(id)}
+                                                                      : "value";
+}
+
 /// Casts a value to the type that is needed. Returns false, and writes nothing, when that cannot
 /// be done.
 bool Repairer::coerce(NodeId id, const Context& context, Pieces& out) {
@@ -47,17 +66,16 @@ bool Repairer::coerce(NodeId id, const Context& context, Pieces& out) {
     if (coerceLiteral(id, to, out)) {
         return true;
     }
+    if (from == Word::Double && to == Word::Int) {
+        wholeValue(id, id, context, out);
+        return true;
+    }
     const bool truth = from == Word::Boolean && to == Word::Int;
     const bool number = from == Word::Int && to == Word::Boolean;
     if (!isConvertible(from, to) && !truth && !number) {
         return false;
     }
-    const NodeId named = inner(id);
-    const std::string base =
-        tree[named].kind == Kind::Name || tree[named].kind == Kind::Call ||
-                tree[named].kind == Kind::Index
-            ? std::string{tree.wordOf(tree[named].kind == Kind::Index ? tree[named].first : named)}
-            : "value";
+    const std::string base = baseNameOf(id);
     const SourceRange range = tree[id].range;
     Pieces value;
     std::string declared;
@@ -71,10 +89,7 @@ bool Repairer::coerce(NodeId id, const Context& context, Pieces& out) {
     if (truth || number) {
         name = fresh(base + (truth ? "Number" : "Holds"));
         Pieces decided;
-        decided.insert(
-            truth ? "int " + name + " = 0; if (" + atom + ") { " + name + " = 1; }"
-                  : "boolean " + name + " = false; if (" + atom + " != 0) { " + name + " = true; }",
-            range);
+        decided.insert(decision(name, atom, truth), range);
         prelude.push_back(std::move(decided));
     } else {
         Pieces converted;

@@ -305,27 +305,49 @@ void Repairer::initialValue(NodeId id, Type type, Pieces& out) {
     expression(id, context, out);
 }
 
-namespace {
-
-/// The value of a constant expression; nothing if it has none.
-std::optional<std::int64_t> folded(const Tree& tree, NodeId id, int depth) {
+/// The value of a constant expression; nothing if it has none. A variable that never changes has
+/// that of its initial value.
+std::optional<std::int64_t> Repairer::folded(NodeId id, int depth) const {
     if (id == noNode || depth > 50) {
         return std::nullopt;
     }
-    if (tree[id].kind == Kind::Literal && tree[id].op == Word::IntLiteral) {
-        const Number number = numberOf(tree.textOf(id));
-        return number.whole <= 2147483647U
-                   ? std::optional<std::int64_t>{static_cast<std::int64_t>(number.whole)}
-                   : std::nullopt;
+    switch (tree[id].kind) {
+        case Kind::Literal:
+            return foldedNumber(tree[id].op, tree.textOf(id));
+        case Kind::Parentheses:
+            return folded(tree[id].first, depth + 1);
+        case Kind::Name:
+            return foldedName(id, depth);
+        case Kind::Binary:
+            return foldedOperation(id, depth);
+        default:
+            return std::nullopt;
     }
-    if (tree[id].kind == Kind::Parentheses) {
-        return folded(tree, tree[id].first, depth + 1);
+}
+
+std::optional<std::int64_t> Repairer::foldedNumber(Word word, std::string_view text) {
+    const Number number = numberOf(text);
+    const bool isInt = (word == Word::IntLiteral || word == Word::ForeignNumber) &&
+                       number.isKnown && !number.isDouble && number.whole <= 2147483647U;
+    return isInt ? std::optional<std::int64_t>{static_cast<std::int64_t>(number.whole)}
+                 : std::nullopt;
+}
+
+std::optional<std::int64_t> Repairer::foldedName(NodeId id, int depth) const {
+    const VariableId number = model.meaning(id);
+    if (number == noVariable) {
+        const Constant* const constant = model.constantNamed(tree.wordOf(id));
+        return constant == nullptr ? std::nullopt : foldedNumber(Word::IntLiteral, constant->value);
     }
-    if (tree[id].kind != Kind::Binary) {
-        return std::nullopt;
-    }
-    const auto left = folded(tree, tree[id].first, depth + 1);
-    const auto right = folded(tree, tree.child(id, 1), depth + 1);
+    const Variable& variable = model.variables()[number];
+    return changedVariables.count(number) != 0 || variable.isArray
+               ? std::nullopt
+               : folded(variable.initial, depth + 25);
+}
+
+std::optional<std::int64_t> Repairer::foldedOperation(NodeId id, int depth) const {
+    const auto left = folded(tree[id].first, depth + 1);
+    const auto right = folded(tree.child(id, 1), depth + 1);
     if (!left || !right || *left > 2147483647 || *right > 2147483647) {
         return std::nullopt;
     }
@@ -336,12 +358,12 @@ std::optional<std::int64_t> folded(const Tree& tree, NodeId id, int depth) {
             return *left - *right;
         case Word::Times:
             return *left * *right;
+        case Word::Divide:
+            return *right == 0 ? std::nullopt : std::optional<std::int64_t>{*left / *right};
         default:
             return std::nullopt;
     }
 }
-
-}  // namespace
 
 void Repairer::elements(NodeId list, Type type, bool isFirst, Pieces& out) {
     for (NodeId child = tree[list].first; child != noNode; child = tree[child].next) {
@@ -375,25 +397,37 @@ bool Repairer::isFilled(const Variable& array) const {
     });
 }
 
-/// Reports a list that is shorter than its array, and returns what fills it up; nothing for long
-/// arrays, and for doubles: a double 0 is no literal.
+/// Reports a list that is shorter than its array, and returns what fills it up; what is long is
+/// filled in a loop behind the declaration.
 std::string Repairer::missingElements(NodeId id, std::size_t count, std::int64_t length) {
     constexpr std::int64_t longest = 32;
     const Variable& variable = model.variables()[model.declared(id)];
     if (static_cast<std::int64_t>(count) >= length || isFilled(variable)) {
         return {};
     }
+    const std::string value =
+        variable.type == Word::Double ? doubleConstant(id, 0.0) : defaultOf(variable.type);
+    const std::string name = nameNow(model.declared(id));
     std::string rest;
-    if (length <= longest && variable.type != Word::Double) {
+    std::string loop;
+    if (length <= longest) {
         for (auto index = static_cast<std::int64_t>(count); index < length; ++index) {
-            rest += ", " + defaultOf(variable.type);
+            rest += ", " + value;
         }
+    } else {
+        const std::string index = fresh(name + "Index");
+        loop = "for (int " + index + " = " + std::to_string(count) + "; " + index + " < " +
+               std::to_string(length) + "; " + index + "++) { " + name + "[" + index +
+               "] = " + value + "; }";
+        postlude.emplace_back();
+        postlude.back().insert(loop, tree[id].range);
     }
     say("list-length", Severity::Warning, tree[variable.initial].range,
         "the list has " + std::to_string(count) + (count == 1 ? " value" : " values") + ", but `" +
             std::string{variable.name} + "` has " + std::to_string(length) +
             " elements; the others hold whatever lies in memory",
-        rest.empty() ? "set the others in a loop" : "add the others: " + quoted(rest.substr(2)));
+        rest.empty() ? "set the others: " + quoted(loop)
+                     : "add the others: " + quoted(rest.substr(2)));
     return rest;
 }
 
@@ -421,93 +455,132 @@ void Repairer::judgeElement(NodeId id, Type type, std::size_t before) {
     }
 }
 
-void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
-    const VariableId number = model.declared(id);
-    const Variable& variable = model.variables()[number];
-    const SourceRange range = tree[id].range;
-    const SourceRange name = tree.wordRange(id);
-    const NodeId list = variable.initial != noNode && tree[variable.initial].kind == Kind::List
-                            ? variable.initial
-                            : noNode;
-    const std::string nameText{variable.name};
-    copy(name.begin, name.end, out);
-    std::uint32_t at = name.end;
-    const NodeId bound = variable.bounds.front();
-    const NodeId size = tree[bound].first;
-    const auto sized = [&](const std::string& text, const std::string& message,
-                           std::string_view rule) {
-        say(rule, Severity::Error, tree[bound].range, message,
-            "write " + quoted(nameText + "[" + text + "]"));
-        out.insert("[" + text + "]", tree[bound].range);
-        at = std::max(name.end, tree[variable.bounds.back()].range.end);
-    };
-    const std::size_t count = list == noNode ? 0 : tree.children(list).size();
-    std::optional<std::int64_t> length = folded(tree, size, 0);
-    if (variable.bounds.size() == 2) {
-        const auto columns = folded(tree, tree[variable.bounds[1]].first, 0);
-        if (!length && size == noNode && count > 0) {
-            length = static_cast<std::int64_t>(count);
-        }
-        if (length && columns && *length > 0 && *columns > 0) {
-            sized(std::to_string(*length * *columns), "arrays have one dimension",
-                  "array-declaration");
-        }
-    } else if (size == noNode && count > 0) {
-        sized(std::to_string(count), "an array has a size", "array-size");
-    } else if (size != noNode && length && *length > 0 && !isIndexAtom(size)) {
-        sized(std::to_string(*length), "a size is one integer literal or one variable",
-              "array-size");
-    } else if (size != noNode && tree[size].kind == Kind::Name) {
+/// How many elements an array has; nothing when that is not known.
+std::optional<std::int64_t> Repairer::lengthOf(const Variable& array) const {
+    const std::vector<NodeId>& bounds = array.bounds;
+    if (bounds.empty() || bounds.size() > 2 || array.isParameter) {
+        return std::nullopt;
+    }
+    const bool hasList = array.initial != noNode && tree[array.initial].kind == Kind::List;
+    const auto count = hasList ? static_cast<std::int64_t>(tree.children(array.initial).size()) : 0;
+    const NodeId size = tree[bounds.front()].first;
+    auto length = size == noNode ? std::optional<std::int64_t>{count} : folded(size, 0);
+    if (bounds.size() == 2) {
+        const auto columns = folded(tree[bounds[1]].first, 0);
+        length = length && columns ? std::optional<std::int64_t>{*length * *columns} : std::nullopt;
+    }
+    return length && *length > 0 ? length : std::nullopt;
+}
+
+/// Whether a size may stand where it stands: a literal, or a variable that is set from one.
+bool Repairer::isPlainSize(NodeId size) const {
+    if (tree[size].kind == Kind::Name) {
         const VariableId holder = model.meaning(size);
         const NodeId value = holder == noVariable ? noNode : model.variables()[holder].initial;
-        const auto fixed = folded(tree, value, 0);
-        if (fixed && *fixed > 0 && tree[value].kind != Kind::Literal) {
-            sized(std::to_string(*fixed), "the variable of a size is set from one integer literal",
-                  "array-size");
+        return value != noNode && tree[value].kind == Kind::Literal;
+    }
+    return tree[size].kind == Kind::Literal && tree[size].op == Word::IntLiteral;
+}
+
+/// Writes the size of an array. Returns the place behind it.
+std::uint32_t Repairer::arraySize(NodeId id, Pieces& out) {
+    const Variable& variable = model.variables()[model.declared(id)];
+    const std::string name{variable.name};
+    const NodeId bound = variable.bounds.front();
+    const NodeId size = tree[bound].first;
+    const std::uint32_t nameEnd = tree.wordRange(id).end;
+    const bool isSecond = variable.bounds.size() > 1;
+    const auto length = lengthOf(variable);
+    const bool isPlain = !isSecond && size != noNode && isPlainSize(size);
+    if (isPlain && !hasBoundFirst(id)) {
+        return nameEnd;
+    }
+    const bool isUnknown =
+        size != noNode && tree[size].kind == Kind::Name && model.meaning(size) == noVariable;
+    if (!isPlain && !length) {
+        if (isUnknown) {
+            return nameEnd;
         }
+        say("array-size", Severity::Error, tree[bound].range,
+            "the size of an array is known before the program runs",
+            "write the largest number of elements that can occur: `" + name + "[100]`");
+        stayed = true;
+        if (purpose == Purpose::Ask) {
+            out.insert("[1]", tree[bound].range);
+            return std::max(nameEnd, tree[variable.bounds.back()].range.end);
+        }
+        return nameEnd;
     }
-    if (hasBoundFirst(id) && at == name.end && size != noNode) {
-        say("array-size", Severity::Error, tree[bound].range, "a size stands behind the name",
-            "write " + quoted(nameText + std::string{tree.textOf(bound)}));
-        out.insert(std::string{tree.textOf(bound)}, tree[bound].range);
+    const std::string text = isPlain ? std::string{tree.textOf(size)} : std::to_string(*length);
+    const std::string_view message = isSecond         ? "arrays have one dimension"
+                                     : size == noNode ? "an array has a size"
+                                     : isPlain        ? "a size stands behind the name"
+                                     : tree[size].kind == Kind::Name
+                                         ? "the variable of a size is set from one integer literal"
+                                         : "a size is one integer literal or one variable";
+    say(isSecond ? "array-declaration" : "array-size", Severity::Error, tree[bound].range,
+        std::string{message}, "write " + quoted(name + "[" + text + "]"));
+    out.insert("[" + text + "]", tree[bound].range);
+    return std::max(nameEnd, tree[variable.bounds.back()].range.end);
+}
+
+void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
+    const Variable& variable = model.variables()[model.declared(id)];
+    const SourceRange range = tree[id].range;
+    const SourceRange name = tree.wordRange(id);
+    copy(name.begin, name.end, out);
+    const std::uint32_t at = arraySize(id, out);
+    const NodeId list = variable.initial;
+    if (list == noNode || tree[list].kind != Kind::List) {
+        return copy(at, range.end, out);
     }
-    if (list == noNode) {
-        copy(at, range.end, out);
-        return;
-    }
-    if (count == 0) {
+    if (tree[list].first == noNode) {
         say("array-size", Severity::Error, tree[list].range, "an initialiser list has elements",
             "leave the list out");
         return;
     }
-    if (length && size != noNode && variable.bounds.size() == 1 &&
-        static_cast<std::int64_t>(count) > *length) {
-        say("list-length", Severity::Warning, tree[list].range,
-            "the list has " + std::to_string(count) + " values, but `" + nameText + "` has " +
-                std::to_string(*length) + " elements; the others overwrite other variables",
-            "write " + quoted(nameText + "[" + std::to_string(count) + "]"));
-    }
+    copy(at, tree[list].range.begin, out);
     if (variable.bounds.size() == 2) {
-        copy(at, tree[list].range.begin, out);
         out.insert("{", tree[list].range);
         elements(list, variable.type, true, out);
         out.insert("}", tree[list].range);
-        copy(tree[list].range.end, range.end, out);
-        return;
+    } else {
+        initialiserList(id, out);
     }
-    for (NodeId child = tree[list].first; child != noNode; child = tree[child].next) {
-        copy(at, tree[child].range.begin, out);
+    copy(tree[list].range.end, range.end, out);
+}
+
+/// The list of an array of one dimension.
+void Repairer::initialiserList(NodeId id, Pieces& out) {
+    const Variable& variable = model.variables()[model.declared(id)];
+    const NodeId list = variable.initial;
+    const std::vector<NodeId> values = tree.children(list);
+    const NodeId size = tree[variable.bounds.front()].first;
+    const auto length = size == noNode || variable.bounds.size() != 1
+                            ? std::optional<std::int64_t>{}
+                            : folded(size, 0);
+    if (length && static_cast<std::int64_t>(values.size()) > *length) {
+        say("list-length", Severity::Warning, tree[list].range,
+            "the list has " + std::to_string(values.size()) + " values, but `" +
+                std::string{variable.name} + "` has " + std::to_string(*length) +
+                " elements; the others overwrite other variables",
+            "write " +
+                quoted(std::string{variable.name} + "[" + std::to_string(values.size()) + "]"));
+    }
+    std::uint32_t at = tree[list].range.begin;
+    for (const NodeId value : values) {
+        copy(at, tree[value].range.begin, out);
         Context context;
         context.want = variable.type;
         const std::size_t before = findings.size();
-        expression(child, context, out);
-        judgeElement(child, variable.type, before);
-        at = tree[child].range.end;
+        expression(value, context, out);
+        judgeElement(value, variable.type, before);
+        at = tree[value].range.end;
     }
-    if (length && size != noNode) {
-        out.insert(missingElements(id, count, *length), {at, at});
+    if (length) {
+        out.insert(missingElements(id, values.size(), *length), {at, at});
     }
-    copy(at, range.end, out);
+    copy(at, tree[list].range.end, out);
 }
 
 }  // namespace krel::Check

@@ -26,7 +26,7 @@
 ///
 /// ## What it finds
 ///
-/// Operators and words of other languages: `and`, `or`, `not`, `<>`, `:=`, `elif`, `(void)`.
+/// Operators and words of other languages: `and`, `or`, `not`, `===`, `<>`, `:=`, `elif`, `(void)`.
 ///
 /// ## Why
 ///
@@ -111,11 +111,41 @@
 /// }
 /// ```
 
+#include <array>
 #include <string>
 
 #include "tools/check/repairer.hpp"
 
 namespace krel::Check {
+
+namespace {
+
+/// An operator or a word that is written in another way.
+struct Spelling {
+    Kind kind;
+    std::string_view foreign;
+    std::string_view krel;
+};
+
+constexpr std::array spellings = {
+    Spelling{Kind::Binary, "and", "&&"},    Spelling{Kind::Binary, "or", "||"},
+    Spelling{Kind::Binary, "<>", "!="},     Spelling{Kind::Binary, "===", "=="},
+    Spelling{Kind::Binary, "!==", "!="},    Spelling{Kind::Unary, "not", "!"},
+    Spelling{Kind::Assign, ":=", "="},      Spelling{Kind::Arm, "elif", "elseif"},
+    Spelling{Kind::Arm, "elsif", "elseif"},
+};
+
+/// How Krel writes the word of a node; empty when it writes it like that.
+std::string_view spellingOf(Kind kind, std::string_view word) {
+    for (const Spelling& spelling : spellings) {
+        if (spelling.kind == kind && spelling.foreign == word) {
+            return spelling.krel;
+        }
+    }
+    return {};
+}
+
+}  // namespace
 
 /// Reports a word and writes another one wherever it is copied.
 void Repairer::replaceWord(std::string_view rule, SourceRange range, std::string_view instead,
@@ -139,23 +169,9 @@ void Repairer::findForeignWords() {
                 replaceWord("foreign-type", node.range, nameOf(type),
                             "`" + std::string{tree.textOf(id)} + "` is no type");
             }
-        } else if (node.kind == Kind::Binary && word.size() > 1 &&
-                   (word == "and" || word == "or" || word == "<>")) {
-            replaceWord("foreign-word", tree.wordRange(id),
-                        word == "and"  ? "&&"
-                        : word == "or" ? "||"
-                                       : "!=",
-                        "`" + std::string{word} + "` is no operator");
-        } else if (node.kind == Kind::Unary && word == "not") {
-            replaceWord("foreign-word", tree.wordRange(id), "!", "`not` is no operator");
-        } else if (node.kind == Kind::Assign && word == ":=") {
-            replaceWord("foreign-word", tree.wordRange(id), "=", "`:=` is no operator");
-        } else if (node.kind == Kind::Arm && node.op == Word::Name) {
-            replaceWord("foreign-word", tree.wordRange(id), "elseif",
+        } else if (!spellingOf(node.kind, word).empty()) {
+            replaceWord("foreign-word", tree.wordRange(id), spellingOf(node.kind, word),
                         "`" + std::string{word} + "` is no word of Krel");
-        } else if (node.kind == Kind::Literal && (word == "True" || word == "False")) {
-            replaceWord("foreign-word", node.range, word == "True" ? "true" : "false",
-                        "`" + std::string{word} + "` is no literal");
         } else if (node.kind == Kind::Parameter && node.token == Syntax::noToken &&
                    tree.textOf(id) == "void") {
             say("foreign-word", Severity::Error, node.range, "no parameters are written `()`",

@@ -31,6 +31,47 @@
 /// }
 /// ```
 
+/// # array-parameter
+///
+/// ## What it finds
+///
+/// A function that takes an array: `int t[]`, `int* t`.
+///
+/// ## Why
+///
+/// Functions take and return single values.
+///
+/// ## Example
+///
+/// ```krel example
+/// int first(int t[]) {
+///     return t[0];
+/// }
+///
+/// void main() {
+///     int a[2] = {1, 2};
+///     print(first(a), "\n");
+/// }
+/// ```
+///
+/// ## Use instead
+///
+/// The function's statements in the function that has the array, or a function of the elements:
+///
+/// ```krel
+/// int larger(int x, int y) {
+///     if (x > y) {
+///         return x;
+///     }
+///     return y;
+/// }
+///
+/// void main() {
+///     int a[2] = {1, 2};
+///     print(larger(a[0], a[1]), "\n");
+/// }
+/// ```
+
 #include <algorithm>
 #include <set>
 #include <string>
@@ -68,7 +109,11 @@ void Repairer::findGlobals() {
         users.erase(noFunction);
         const bool onlyMain = users.size() == 1 && *users.begin() == start;
         if (changes && !onlyMain) {
-            continue;
+            stayingGlobals.insert(number);
+            stayed = true;
+            if (purpose == Purpose::Write) {
+                continue;
+            }
         }
         movableGlobals.insert(number);
         for (const FunctionId user : users) {
@@ -77,10 +122,51 @@ void Repairer::findGlobals() {
     }
 }
 
+/// Says how a program does without a variable that several functions use and change.
+void Repairer::reportGlobal(VariableId number) {
+    const Variable& variable = model.variables()[number];
+    const std::string name{variable.name};
+    std::set<std::string> users;
+    for (const NodeId use : variable.uses) {
+        const FunctionId function = model.functionAround(use);
+        const bool isNamed = function != noFunction && model.functions()[function].name != "main";
+        users.insert(isNamed ? "`" + std::string{model.functions()[function].name} + "`" : "");
+    }
+    users.erase("");
+    constexpr std::size_t most = 3;
+    std::string list;
+    std::size_t count = 0;
+    for (const std::string& user : users) {
+        list += count == 0 ? "" : count + 1 == std::min(most, users.size()) ? " and " : ", ";
+        list += count + 1 == most && users.size() > most ? "others" : user;
+        if (++count == most) {
+            break;
+        }
+    }
+    say("global-variable", Severity::Error, tree.wordRange(variable.node),
+        "there are no global variables, and `" + name + "` is shared with " + list,
+        variable.isArray
+            ? "declare it in `main`, and write there what " + list +
+                  " do with it; functions take elements and return new values"
+            : "declare it in `main`, hand it over as a parameter, and return its new value: `" +
+                  name + " = change(" + name + ");`");
+}
+
 /// Whether a declaration outside of functions goes into functions as a whole.
 bool Repairer::isMovedGlobal(NodeId id) {
     if (tree[id].kind != Kind::Declaration || !isReadable(id)) {
         return false;
+    }
+    bool isShared = false;
+    for (NodeId child = tree[id].first; child != noNode; child = tree[child].next) {
+        if (tree[child].kind == Kind::Declarator &&
+            stayingGlobals.count(model.declared(child)) != 0) {
+            reportGlobal(model.declared(child));
+            isShared = true;
+        }
+    }
+    if (isShared) {
+        return purpose == Purpose::Ask;
     }
     for (NodeId child = tree[id].first; child != noNode; child = tree[child].next) {
         if (tree[child].kind == Kind::Declarator &&
@@ -114,6 +200,43 @@ void Repairer::declareGlobals(Pieces& out) {
             out.append(std::move(each));
         }
     }
+}
+
+/// What stands before the body of a function. Arrays that it takes are declared in it when the
+/// compiler is asked.
+void Repairer::functionHeader(NodeId id, Pieces& out, Pieces& declarations) {
+    std::uint32_t at = tree[id].range.begin;
+    for (NodeId child = tree[id].first; child != noNode; child = tree[child].next) {
+        if (tree[child].kind == Kind::Parameter && isArray(child)) {
+            copy(at, tree[child].range.begin, out);
+            arrayParameter(child, out, declarations);
+            at = tree[child].range.end;
+        }
+    }
+    copy(at, tree[tree.lastChild(id)].range.begin, out);
+}
+
+void Repairer::arrayParameter(NodeId id, Pieces& out, Pieces& declarations) {
+    const Variable& variable = model.variables()[model.declared(id)];
+    const std::string name{variable.name};
+    const Function& function = model.functions()[model.functionAround(id)];
+    if (function.name == "main") {
+        say("array-parameter", Severity::Error, tree[id].range, "`main` has no parameters",
+            "leave them out: `void main()`");
+        return;
+    }
+    say("array-parameter", Severity::Error, tree[id].range, "a function cannot take an array",
+        "write what `" + std::string{function.name} +
+            "` does where the array is declared, or hand "
+            "over elements: `" +
+            std::string{nameOf(variable.type)} + " " + name + "`");
+    stayed = true;
+    if (purpose == Purpose::Write || nameOf(variable.type).empty()) {
+        return copy(id, out);
+    }
+    const std::string type{nameOf(variable.type)};
+    out.insert(type + " " + fresh(name), tree[id].range);
+    declarations.insert(" " + type + " " + name + "[1];", tree[id].range);
 }
 
 std::string Repairer::wholeFunction() const {

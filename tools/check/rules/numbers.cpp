@@ -155,9 +155,7 @@ void Repairer::literal(NodeId id, const Context& context, Pieces& out) {
         return smallDouble(id, number, out);
     }
     if (number.whole > 2147483647U) {
-        say("big-literal", Severity::Warning, tree[id].range,
-            "an integer literal is cut to 32 bits",
-            "2147483647 is the largest; compute larger values from smaller literals");
+        return bigLiteral(id, number.whole, out);
     }
     if (op == Word::ForeignNumber) {
         const std::string digits = std::to_string(number.whole);
@@ -216,6 +214,50 @@ std::string Repairer::constant(Type type, const std::string& key, const std::str
 std::string Repairer::doubleConstant(NodeId because, double value) {
     const std::string digits = inIntermediateCode(value);
     return constant(Word::Double, digits, nameOfWhole(value), "(double) " + digits, because);
+}
+
+namespace {
+
+/// A number as a sum of what 32 bits hold.
+std::string sumOf(std::uint64_t value) {
+    constexpr std::uint64_t billion = 1'000'000'000;
+    if (value <= 2147483647U) {
+        return std::to_string(value);
+    }
+    const std::string front = sumOf(value / billion);
+    const bool isSum = front.find('+') != front.npos;
+    const std::uint64_t rest = value % billion;
+    return (isSum ? "(" + front + ")" : front) + " * 1000000000" +
+           (rest == 0 ? "" : " + " + std::to_string(rest));
+}
+
+}  // namespace
+
+/// An integer literal of more than 32 bits.
+void Repairer::bigLiteral(NodeId id, std::uint64_t value, Pieces& out) {
+    constexpr std::uint64_t largest = 9223372036854775807U;
+    const SourceRange range = tree[id].range;
+    const Kind parent = tree[tree[id].parent].kind;
+    const bool hasRoom = value <= largest && parent != Kind::Index && parent != Kind::Cast &&
+                         parent != Kind::ArrayBound;
+    if (!hasRoom) {
+        say("big-literal", Severity::Warning, range, "an integer literal is cut to 32 bits",
+            "2147483647 is the largest; compute larger values from smaller literals");
+        return copy(id, out);
+    }
+    const bool isOperand = parent == Kind::Binary || parent == Kind::Unary;
+    const std::string sum = sumOf(value);
+    const std::string text = isOperand ? "(" + sum + ")" : sum;
+    say("big-literal", Severity::Warning, range, "an integer literal is cut to 32 bits",
+        "compute it: " + quoted(text));
+    out.insert(text, range);
+}
+
+/// A double as the compiler takes it: as a literal if that can be, otherwise as a constant.
+std::string Repairer::doubleText(NodeId because, double value) {
+    const std::string digits = inIntermediateCode(value);
+    const bool isWhole = digits.find_first_not_of("0123456789") == std::string::npos;
+    return isWhole ? doubleConstant(because, value) : digits;
 }
 
 void Repairer::wholeDouble(NodeId id, Pieces& out) {

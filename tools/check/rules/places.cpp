@@ -211,14 +211,16 @@ bool Repairer::aloneCast(NodeId id, Type target, Pieces& out) {
     const NodeId operand = tree.child(id, 1);
     const Type to = tree[tree[id].first].op;
     const Type from = model.meant(operand);
-    if (to != target || from == to) {
+    if (to != target || from == to || (from == Word::Double && to == Word::Int)) {
         return false;
     }
     const bool isPlainLiteral =
         tree[operand].kind == Kind::Literal &&
         (tree[operand].op == Word::IntLiteral || tree[operand].op == Word::CharacterLiteral ||
          tree[operand].op == Word::DoubleLiteral) &&
-        !isWholeDouble(operand);
+        !isWholeDouble(operand) &&
+        (tree[operand].op != Word::IntLiteral ||
+         numberOf(tree.textOf(operand)).whole <= 2147483647U);
     if (!tree[id].foreign && (tree[operand].kind == Kind::Name || isPlainLiteral)) {
         copy(id, out);
         return true;
@@ -239,6 +241,43 @@ bool Repairer::aloneCast(NodeId id, Type target, Pieces& out) {
     return true;
 }
 
+/// A double as an `int`, by a function that is added to the program. `id` is the cast, or the
+/// operand itself where none is written.
+void Repairer::wholeValue(NodeId id, NodeId operand, const Context& context, Pieces& out) {
+    const SourceRange range = tree[id].range;
+    const NodeId firstCall = firstCallInPlace;
+    const NodeId core = inner(operand);
+    const Number number = numberOf(tree.textOf(core));
+    const bool isLiteral = tree[core].kind == Kind::Literal && number.real <= 2147483647.0;
+    const bool isCast = id != operand;
+    Pieces value;
+    if (isLiteral) {
+        value.insert(std::to_string(static_cast<std::int64_t>(number.real)), range);
+    } else {
+        if (wholeName.empty()) {
+            wholeName = fresh("whole");
+        }
+        Context inside;
+        inside.want = Word::Double;
+        value.insert(wholeName + "(", range);
+        expression(core, inside, value);
+        value.insert(")", range);
+    }
+    const std::string help = isLiteral ? "write " : "call a function that finds the whole number: ";
+    say(isCast ? "cast-place" : "implicit-conversion", Severity::Error, range,
+        isCast
+            ? "there is no cast from `double` to `int`"
+            : "this is of type `double`, but `int` is needed, and nothing is converted by itself",
+        help + quoted(textOf(value)));
+    if (isLiteral ||
+        (context.calls && context.typed && tree[tree[id].parent].kind != Kind::Unary)) {
+        out.append(std::move(value));
+        return;
+    }
+    firstCallInPlace = firstCall;
+    out.insert(hoist(Word::Int, "wholeValue", std::move(value), id), range);
+}
+
 void Repairer::cast(NodeId id, const Context& context, Pieces& out) {
     const NodeId operand = tree.child(id, 1);
     const Type to = tree[tree[id].first].op;
@@ -253,23 +292,7 @@ void Repairer::cast(NodeId id, const Context& context, Pieces& out) {
     Pieces value;
     const NodeId firstCall = firstCallInPlace;
     if (from == Word::Double && to == Word::Int) {
-        if (wholeName.empty()) {
-            wholeName = fresh("whole");
-        }
-        Context inside;
-        inside.want = Word::Double;
-        value.insert(wholeName + "(", range);
-        expression(inner(operand), inside, value);
-        value.insert(")", range);
-        say("cast-place", Severity::Error, range, "there is no cast from `double` to `int`",
-            "call a function that finds the whole number: " + quoted(textOf(value)));
-        if (context.calls && context.typed && tree[tree[id].parent].kind != Kind::Unary) {
-            out.append(std::move(value));
-            return;
-        }
-        firstCallInPlace = firstCall;
-        out.insert(hoist(Word::Int, "wholeValue", std::move(value), id), range);
-        return;
+        return wholeValue(id, operand, context, out);
     }
     if (!aloneCast(id, to, value)) {
         firstCallInPlace = firstCall;

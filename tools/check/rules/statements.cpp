@@ -145,8 +145,8 @@
 ///
 /// ## Why
 ///
-/// The compiler stops at the word behind it. In a function that holds statements of other languages
-/// nothing is inserted: what is missing there is not known.
+/// The compiler stops at the word behind it. In a function with something that cannot be read only
+/// semicolons are inserted: which bracket is missing there is not known.
 ///
 /// ## Example
 ///
@@ -170,8 +170,14 @@
 namespace krel::Check {
 
 void Repairer::program(Pieces& out) {
-    std::uint32_t at = 0;
-    for (const NodeId id : tree.children(tree.root())) {
+    const auto size = static_cast<std::uint32_t>(tree.text.size());
+    copyTopLevel(tree.root(), 0, size, out);
+    finishAt(size, out);
+    out.insert(addedFunctions(), {size, size});
+}
+
+void Repairer::copyTopLevel(NodeId parent, std::uint32_t at, std::uint32_t end, Pieces& out) {
+    for (NodeId id = tree[parent].first; id != noNode; id = tree[id].next) {
         copy(at, tree[id].range.begin, out);
         if (!isMovedGlobal(id)) {
             statement(id, out);
@@ -179,12 +185,7 @@ void Repairer::program(Pieces& out) {
         at = tree[id].range.end;
         finishAt(at, out);
     }
-    const auto size = static_cast<std::uint32_t>(tree.text.size());
-    copy(at, size, out);
-    finishAt(size, out);
-    if (!wholeName.empty()) {
-        out.insert(wholeFunction(), {size, size});
-    }
+    copy(at, end, out);
 }
 
 void Repairer::function(NodeId id, Pieces& out) {
@@ -199,7 +200,8 @@ void Repairer::function(NodeId id, Pieces& out) {
         constantSeparator, text.find('\n') == text.npos ? " " : "\n" + indentOf(id) + "    ");
 
     SourceRange range = tree[block].range;
-    copy(tree[id].range.begin, range.begin, out);
+    Pieces arrays;
+    functionHeader(id, out, arrays);
     if (!text.empty() && text.front() == '{') {
         Pieces inside;
         std::uint32_t at = range.begin + 1;
@@ -208,6 +210,7 @@ void Repairer::function(NodeId id, Pieces& out) {
         statements(block, at, inside);
         copy(at, range.end, inside);
         copy(range.begin, range.begin + 1, out);
+        out.append(std::move(arrays));
         out.append(std::move(globals));
         out.append(std::move(constantDeclarations));
         out.append(std::move(inside));
@@ -241,12 +244,10 @@ bool Repairer::isReadable(NodeId id) const {
 
 void Repairer::statement(NodeId id, Pieces& out) {
     if (leftOut.count(id) != 0) {
-        leaveOut(id, out);
-        return;
+        return stay(id, out);
     }
     if (!isReadable(id)) {
-        copy(id, out);
-        return;
+        return copy(id, out);
     }
     switch (tree[id].kind) {
         case Kind::Function:
@@ -270,6 +271,22 @@ void Repairer::statement(NodeId id, Pieces& out) {
         case Kind::ExpressionStatement:
             return withPrelude(
                 id, [&](Pieces& text) { expressionStatement(id, text); }, out);
+        case Kind::Prototype:
+            return prototype(id);
+        case Kind::Wrapper:
+            return wrapper(id, out);
+        case Kind::Foreign:
+            return foreignConstruct(id, out);
+        case Kind::Switch:
+            return withPrelude(
+                id, [&](Pieces& text) { switchStatement(id, text); }, out);
+        case Kind::ForEach:
+            return forEachStatement(id, out);
+        case Kind::Break:
+            if (needlessBreaks.count(id) == 0) {
+                copy(id, out);
+            }
+            return;
         case Kind::Empty:
             say("empty-statement", Severity::Error, tree[id].range,
                 "a semicolon alone is no statement", "remove it");
@@ -294,7 +311,7 @@ void Repairer::leaveOut(NodeId id, Pieces& out) {
             text += std::string{nameOf(type)} + " " + nameNow(variable) +
                     (declared.isArray ? "[1]; " : " = " + defaultOf(type) + "; ");
         }
-    } else if (tree[id].kind == Kind::Function) {
+    } else if (model.functionAround(id) == noFunction || tree[id].kind == Kind::Function) {
         text.clear();
     }
     out.insert(text, tree[id].range);
@@ -303,6 +320,9 @@ void Repairer::leaveOut(NodeId id, Pieces& out) {
 void Repairer::expressionStatement(NodeId id, Pieces& out) {
     const NodeId child = tree[id].first;
     copy(tree[id].range.begin, tree[child].range.begin, out);
+    if (foreignPrint(child, out)) {
+        return copy(tree[child].range.end, tree[id].range.end, out);
+    }
     switch (tree[child].kind) {
         case Kind::Assign:
             assignment(child, out);
@@ -473,8 +493,7 @@ void Repairer::body(NodeId id, std::uint32_t header, Prelude&& first, Prelude&& 
 void Repairer::condition(NodeId id, Pieces& out) {
     const SourceRange range = tree[id].range;
     if (leftOut.count(id) != 0) {
-        out.insert("(true)", range);
-        return;
+        return purpose == Purpose::Ask ? out.insert("(true)", range) : out.keep(range);
     }
     const NodeId child = tree[id].first;
     const bool bare = tree[id].foreign;
@@ -631,6 +650,7 @@ void Repairer::doStatement(NodeId id, Pieces& out) {
 Repairer::Prelude Repairer::forInit(NodeId part, Pieces& out) {
     const std::vector<NodeId> children = tree.children(part);
     if (leftOut.count(part) != 0 || children.empty()) {
+        stayPart(part, out);
         return {};
     }
     Prelude before;
@@ -672,10 +692,19 @@ Repairer::Prelude Repairer::forInit(NodeId part, Pieces& out) {
     return before;
 }
 
+/// A part of a `for` header that is left out.
+void Repairer::stayPart(NodeId part, Pieces& out) const {
+    if (purpose == Purpose::Write) {
+        out.keep(tree[part].range);
+    }
+}
+
 /// The statements of the third part of a `for` header, without the semicolon of the last one.
 Repairer::Prelude Repairer::forUpdate(NodeId part) {
     Prelude all;
     if (leftOut.count(part) != 0) {
+        all.emplace_back();
+        stayPart(part, all.back());
         return all;
     }
     for (NodeId child = tree[part].first; child != noNode; child = tree[child].next) {
@@ -697,7 +726,11 @@ void Repairer::forStatement(NodeId id, Pieces& out) {
     Pieces init;
     Prelude before = forInit(parts[0], init);
     Pieces test;
-    const NodeId tested = leftOut.count(parts[1]) != 0 ? noNode : tree[parts[1]].first;
+    const bool isTestLeftOut = leftOut.count(parts[1]) != 0;
+    const NodeId tested = isTestLeftOut ? noNode : tree[parts[1]].first;
+    if (isTestLeftOut) {
+        stayPart(parts[1], test);
+    }
     Prelude first = capture([&](Pieces&) {
         if (tested != noNode) {
             Context context;

@@ -94,6 +94,7 @@
 /// s = "text";
 /// ```
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -175,6 +176,60 @@ std::string divided(std::string_view text, const std::vector<std::size_t>& ends,
 }
 
 }  // namespace
+
+/// The arguments of `print` that write a literal, behind others or not.
+std::string Repairer::printable(const std::string& literal, bool isFirst) {
+    return isFirst ? literal : divided(literal, operatorEnds(literal), ", ");
+}
+
+/// The text of literals that are joined, as one literal; empty if there is anything else.
+std::string Repairer::joinedLiterals(NodeId id) const {
+    std::vector<std::string_view> parts;
+    for (bool isSum = true; isSum; id = tree[id].first) {
+        isSum = tree[id].kind == Kind::Binary && tree[id].op == Word::Plus;
+        const NodeId last = isSum ? tree.child(id, 1) : id;
+        const std::string_view text = tree.textOf(last);
+        if (tree[last].kind != Kind::Literal || tree[last].op != Word::StringLiteral) {
+            return {};
+        }
+        parts.push_back(text.substr(1, text.size() - 2));
+    }
+    std::string all = "\"";
+    std::for_each(parts.rbegin(), parts.rend(), [&](std::string_view part) { all += part; });
+    return all + "\"";
+}
+
+/// Whether a text, or the variable that it is stored in, is compared with others.
+bool Repairer::isCompared(NodeId id) const {
+    const NodeId parent = tree[id].parent;
+    if (tree[parent].kind == Kind::Declarator) {
+        return comparedVariables.count(model.declared(parent)) != 0;
+    }
+    if (tree[parent].kind == Kind::Assign) {
+        return comparedVariables.count(effects.variableOf(tree[parent].first)) != 0;
+    }
+    NodeId around = parent;
+    while (tree[around].kind == Kind::Parentheses) {
+        around = tree[around].parent;
+    }
+    return tree[around].kind == Kind::Binary && isComparison(tree[around].op);
+}
+
+/// Literals that are joined make a new text at run time, which is equal to no other. Where that
+/// matters, writes one literal and returns true.
+bool Repairer::joinLiterals(NodeId id, Pieces& out) {
+    if (tree[id].op != Word::Plus || model.krel(id) != Word::String) {
+        return false;
+    }
+    const std::string joined = isCompared(id) ? joinedLiterals(id) : std::string{};
+    if (joined.empty() || (isRefusedText(id) && !operatorEnds(joined).empty())) {
+        return false;
+    }
+    say("string-comparison", Severity::Warning, tree[id].range,
+        "a text that is joined at run time is equal to no other", "write " + quoted(joined));
+    out.insert(joined, tree[id].range);
+    return true;
+}
 
 void Repairer::characterLiteral(NodeId id, const Context& context, Pieces& out) {
     const std::string_view text = tree.textOf(id);

@@ -230,11 +230,29 @@ private:
         }
     }
 
+    /// Whether the array is meant as a whole: for a parameter, or to go through.
+    bool isTaken(NodeId id) const {
+        const NodeId parent = tree[id].parent;
+        if (tree[parent].kind != Kind::Call) {
+            return tree[parent].kind == Kind::ForEach || tree[parent].kind == Kind::Field ||
+                   tree[parent].kind == Kind::Method;
+        }
+        const FunctionId callee = model.functionNamed(tree.wordOf(parent));
+        std::size_t number = 0;
+        for (NodeId child = tree[parent].first; child != id; child = tree[child].next) {
+            ++number;
+        }
+        return callee != noFunction && tree[parent].op == Word::Name &&
+               number < model.functions()[callee].parameters.size() &&
+               model.variables()[model.functions()[callee].parameters[number]].isArray;
+    }
+
     void checkArray(NodeId id) {
         const VariableId variable = model.meaning(id);
         const NodeId parent = tree[id].parent;
         const bool hasIndex = tree[parent].kind == Kind::Index && tree[parent].first == id;
-        if (variable == noVariable || !model.variables()[variable].isArray || hasIndex) {
+        if (variable == noVariable || !model.variables()[variable].isArray || hasIndex ||
+            isTaken(id)) {
             return;
         }
         const std::string name{model.variables()[variable].name};

@@ -116,19 +116,49 @@ TEST(CheckTest, ForeignStatementsStayAsTheyAre) {
     const std::string good = "void g() {\n    int x;\n    print(x)\n}\n";
     const std::string better = "void g() {\n    int x = 0;\n    print(x);\n}\n";
     for (const char* const foreign :
-         {"void main() {\n    switch (n) {\n        case 1: g(); break;\n    }\n}\n",
-          "void main() {\n    int a[2] = {1, 2};\n    for (int v : a) {\n        g();\n    }\n}\n",
-          "int square(int x);\n", "def foo(x):\n    return x + 1\n",
-          "void main() {\n    if (q === 3) { g(); }\n}\n",
-          "void main() {\n    for i in range(3):\n        g()\n}\n",
-          "void main() {\n    if n == 1:\n        g()\n    elif n == 2:\n        g()\n}\n",
-          "void main() {\n    try {\n        g();\n    } catch (int e) {\n    }\n}\n"}) {
+         {"void main() {\n    switch (1) {\n        case 1: g();\n        case 2: g(); break;\n"
+          "    }\n}\n",
+          "void main() {\n    for (int v : missing) {\n        g();\n    }\n}\n",
+          "def foo(x) {\n    return x + 1;\n}\n", "struct point {\n    int x;\n};\n",
+          "void main() {\n    goto end;\n    end: g();\n}\n",
+          "void main() {\n    int x = 1 @ 2;\n}\n", "void main() {\n    throw g();\n}\n"}) {
         const Report report = check(good + foreign, "p.krl");
         EXPECT_FALSE(report.fixedIsAccepted);
-        const std::string fixed = report.edits.empty() ? good : better;
-        EXPECT_EQ(report.fixed, fixed + foreign);
+        EXPECT_EQ(report.fixed, better + foreign);
         EXPECT_NE(report.findings.size(), 0U);
     }
+}
+
+TEST(CheckTest, TheRestOfAFunctionIsRepaired) {
+    const Report report = check(
+        "void main() {\n    int x;\n    x = 1 @ 2;\n    if (x == 1) print(x);\n"
+        "    goto end;\n    x *= 2;\n}\n",
+        "p.krl");
+    EXPECT_FALSE(report.fixedIsAccepted);
+    EXPECT_EQ(report.fixed,
+              "void main() {\n    int x = 0;\n    x = 1 @ 2;\n    if (x == 1) { print(x); }\n"
+              "    goto end;\n    x = x * 2;\n}\n");
+}
+
+TEST(CheckTest, ForeignWordsAreExplained) {
+    const Report report = check(
+        "struct P { int x; };\nvoid main() {\n    int n = rand();\n    print(n);\n}\n", "p.krl");
+    ASSERT_EQ(report.findings.size(), 2U);
+    EXPECT_EQ(report.findings[0].message, "`struct`: there are no structures and classes");
+    EXPECT_EQ(report.findings[1].help.substr(0, 28), "there are no random numbers:");
+}
+
+TEST(CheckTest, ArraysThatFunctionsTakeHideNothing) {
+    EXPECT_EQ(found("int first(int t[], int n) {\n    int x;\n    return t[n - 1] + x;\n}\n"
+                    "void main() {\n    int a[2] = {1, 2};\n    print(first(a, 1) % 2);\n}\n"),
+              (Lines{"1:11 array-parameter!", "2:9 initial-value!", "3:14 index-expression!",
+                     "7:23 remainder!"}));
+}
+
+TEST(CheckTest, SharedVariablesHideNothing) {
+    EXPECT_EQ(found("int t[3];\nint count = 0;\nvoid g() {\n    t[0] = 1;\n    count++;\n}\n"
+                    "void main() {\n    g();\n    print(t[1 + 1], count);\n}\n"),
+              (Lines{"1:5 global-variable!", "2:5 global-variable!", "9:13 index-expression!"}));
 }
 
 TEST(CheckTest, ShortListsAreFound) {
@@ -143,7 +173,7 @@ TEST(CheckTest, ShortListsAreFound) {
 
 TEST(CheckTest, ListsOfOtherTypesAreFound) {
     EXPECT_EQ(found("void main() {\n    int t[2] = {1.5, 2};\n    print(t[0]);\n}\n"),
-              Lines{"2:17 type-mismatch"});
+              Lines{"2:17 implicit-conversion"});
     EXPECT_EQ(found("void main() {\n    double t[2] = {1, 0.5};\n    print(t[0]);\n}\n"),
               Lines{"2:20 implicit-conversion!"});
     EXPECT_EQ(found("void main() {\n    int t[2] = {\"a\", 2};\n    print(t[0]);\n}\n"),

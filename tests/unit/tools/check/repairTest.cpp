@@ -195,6 +195,9 @@ TEST(RepairTest, Declares) {
         {"int x = 0, t[3];", "int x = 0; int t[3];"},
         {"int t[] = {1, 2};", "int t[2] = {1, 2};"},
         {"int t[2 * 3];", "int t[6];"},
+        {"int m = 4; int t[m + 1];", "int m = 4; int t[5];"},
+        {"int m = 2 * 4; int t[m];", "int m = 2 * 4; int t[8];"},
+        {"int k = 3.7; int j = (int) 2.5;", "int k = 3; int j = 2;"},
         {"int[] t = {1, 2};", "int t[2] = {1, 2};"},
         {"char k = 'x'; bool p = true; long q = 1; float r = 0.5;",
          "character k = 'x'; boolean p = true; int q = 1; double r = 0.5;"},
@@ -266,8 +269,12 @@ TEST(RepairTest, FillsListsUp) {
         {"int t[3] = {7};", "int t[3] = {7, 0, 0};"},
         {"boolean t[3] = {true, true};", "boolean t[3] = {true, true, false};"},
         {"string t[2] = {\"x\"};", "string t[2] = {\"x\", \"\"};"},
-        {"double t[2] = {0.5};", "double t[2] = {0.5};"},
-        {"int t[1000] = {0};", "int t[1000] = {0};"},
+        {"double t[2] = {0.5};", "double zero = (double) 0; | double t[2] = {0.5, zero};"},
+        {"int t[1000] = {0};",
+         "int t[1000] = {0}; for (int tIndex = 1; tIndex < 1000; tIndex++) { t[tIndex] = 0; }"},
+        {"int m = 40; int t[m] = {0};",
+         "int m = 40; int t[m] = {0}; for (int tIndex = 1; tIndex < 40; tIndex++)"
+         " { t[tIndex] = 0; }"},
         {"int t[3] = {7}; t[1] = 2;", "int t[3] = {7, 0, 0}; t[1] = 2;"},
         {"int t[3] = {7}; t[i] = 2;", "int t[3] = {7}; t[i] = 2;"},
         {"int t[2] = {7, 8};", "int t[2] = {7, 8};"},
@@ -286,7 +293,104 @@ TEST(RepairTest, WritesTexts) {
     });
 }
 
+TEST(RepairTest, ComputesBigLiterals) {
+    expectRepairs({
+        {"i = 3000000000;", "i = 3 * 1000000000;"},
+        {"i = n * 2147483648;", "i = n * (2 * 1000000000 + 147483648);"},
+        {"i = 9223372036854775807;", "i = (9 * 1000000000 + 223372036) * 1000000000 + 854775807;"},
+        {"i = 2147483647;", "i = 2147483647;"},
+    });
+}
+
+TEST(RepairTest, JoinsLiteralsThatAreCompared) {
+    expectRepairs({
+        {"string t = \"y\" + \"es\"; if (t == \"yes\") { }",
+         "string t = \"yes\"; if (t == \"yes\") { }"},
+        {"if (s == \"a\" + \"b\" + \"c\") { }", "if (s == \"abc\") { }"},
+        {"string t = \"y\" + \"es\"; print(t);", "string t = \"y\" + \"es\"; print(t);"},
+        {"string t = \"a -\" + \" b\"; if (t == s) { }",
+         "string t = \"a -\" + \" b\"; if (t == s) { }"},
+    });
+}
+
+TEST(RepairTest, WritesBitOperatorsAsArithmetic) {
+    expectRepairs({
+        {"i = n << 3;", "i = n * 8;"},
+        {"i = i + n << 1;", "i = (i + n) * 2;"},
+        {"i >>= 1;", "i = i / 2;"},
+        {"if ((n & 1) == 0) { }", "if (((n - n / 2 * 2)) == 0) { }"},
+        {"i = ~n;", "i = (-1 - n);"},
+        {"b = b & true;", "b = b && true;"},
+    });
+}
+
+/// What the helper functions print, for values of both signs.
+TEST(RepairTest, AddsFunctionsForOtherOperators) {
+    const std::string made = repaired(
+        "void main() { int a = 12; int b = -7; print(a & b, a | b, a ^ b, b >> a, a << a, a ** 2);"
+        " if (a & b) { } a |= b; }");
+    for (const char* const part :
+         {"print(bitsInBoth(a, b), bitsInAny(a, b), bitsInOne(a, b), shiftedRight(b, a),"
+          " shiftedLeft(a, a), power(a, 2));",
+          "int bits = bitsInBoth(a, b); if (bits) { }", "a = bitsInAny(a, b);",
+          "\nint bitsInBoth(int left, int right) {", "if (leftBit + rightBit == 2)",
+          "\nint power(int base, int exponent) {"}) {
+        EXPECT_NE(made.find(part), made.npos) << part << "\n" << made;
+    }
+    EXPECT_EQ(FrontEnd::compile(made, "p.krl")->outcome(), FrontEnd::Outcome::Complete) << made;
+}
+
+TEST(RepairTest, WritesSwitchAsIf) {
+    expectRepairs({
+        {"switch (n) { case 1: i = 1; break; case 2: case 3: i = 2; break; default: i = 3; }",
+         "if (n == 1) { i = 1;  } elseif (n == 2 || n == 3) { i = 2;  } else { i = 3; }"},
+        {"switch (f(1)) { case 1: i = 1; }", "int selected = f(1); if (selected == 1) { i = 1; }"},
+        {"switch (c) { case 'a': { i = 1; break; } case 'b': if (b) break; i = 2; break; }",
+         "while (true) { if (c == 'a') { { i = 1;  } } elseif (c == 'b') { if (b) { break; } i = 2;"
+         "  } break; }"},
+        {"switch (n) { default: i = 3; }", "{ i = 3; }"},
+        {"while (b) { switch (n) { case 1: continue; case 2: break; } }",
+         "while (b) { if (n == 1) { continue; } elseif (n == 2) {  } }"},
+    });
+}
+
+TEST(RepairTest, CountsThroughArrays) {
+    expectRepairs({
+        {"for (int x : a) { n += x; }",
+         "for (int xIndex = 0; xIndex < 3; xIndex++) { int x = a[xIndex]; n += x; }"},
+        {"for (auto x : a) n += x;",
+         "for (int xIndex = 0; xIndex < 3; xIndex++) { int x = a[xIndex]; n += x; }"},
+    });
+}
+
+TEST(RepairTest, PrintsInKrel) {
+    expectRepairs({
+        {"printf(\"i = %d, %5.2f%%\\n\", i, d);", "print(\"i = \", i, \", \", d, \"%\\n\");"},
+        {"printf(\"%d + %d\", i, n);", "print(i, \" +\", \" \", n);"},
+        {"printf(s);", "print(s);"},
+        {"System.out.println(\"n = \" + n);",
+         "string nText = (string) n; print(\"n = \" + nText, \"\\n\");"},
+        {"console.log(i, n);", "print(i, \" \", n, \"\\n\");"},
+        {"std::cout << \"i = \" << i << std::endl;", "print(\"i = \", i, \"\\n\");"},
+        {"cout << 'x' << \" - \" << f(1);", "print('x', \" -\", \" \", f(1));"},
+        {"println();", "print(\"\\n\");"},
+    });
+}
+
 TEST(RepairTest, WritesForeignWords) {
+    EXPECT_EQ(repaired("#define N 3\n#define HALF 0.5\nvoid main() {\n    int a[N];\n"
+                       "    double d = HALF * N;\n    print(a[0], d, N);\n}\n"),
+              "#define N 3\n#define HALF 0.5\nvoid main() {\n    double three = (double) 3;\n"
+              "    int a[3];\n    double d = 0.5 * three;\n    print(a[0], d, 3);\n}\n");
+    EXPECT_EQ(repaired("enum Light { RED, GREEN = 4, BLUE };\nvoid main() {\n"
+                       "    Light x = BLUE;\n    print(x == RED);\n}\n")
+                  .find("\nvoid main() {\n    int x = 5;"),
+              0U);
+    EXPECT_EQ(repaired("int f(int x);\nint f(int x) { return x; }\n"),
+              "\nint f(int x) { return x; }\n");
+    EXPECT_EQ(repaired("public class Main {\nstatic void g() { }\n}\n"), "\nvoid g() { }\n\n");
+    EXPECT_EQ(repaired("import a.b;\nvoid main() { try { } catch (E e) { } }\n"),
+              "\nvoid main() {  { }  }\n");
     EXPECT_EQ(repaired("// one\nint main(void) {\n    /* two */\n    return 0;\n}\n"),
               "# one\nvoid main() {\n    # two \n    return;\n}\n");
     EXPECT_EQ(repaired("void main() {\r\n}\r\n"), "void main() {\n}\n");

@@ -95,13 +95,13 @@ void CodeGenerator::addSource(std::size_t instruction) {
 
 void CodeGenerator::emitFunction(const IRFunction& function) {
     reader.read(function);
-    FunctionContext context{function, reader.words()};
-    planFrame(context);
-    const std::string& name = context.name;
+    FunctionContext context{function, reader.words(), symbolTable};
+    context.planFrame();
+    const std::string& name = context.functionName();
     out->write("\n\t.globl ", name, "\n\t.type ", name, ", @function\n", name, ":\n");
     out->write("\tpushq %rbp\n\tmovq %rsp, %rbp\n");
-    if (context.frameSize != 0) {
-        out->write("\tsubq $", ShortText::of(context.frameSize), ", %rsp\n");
+    if (context.size() != 0) {
+        out->write("\tsubq $", ShortText::of(context.size()), ", %rsp\n");
     }
     std::size_t line = 0;  // counts through all blocks
     for (const IRBasicBlock& block : function.getBlocks()) {

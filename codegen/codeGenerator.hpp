@@ -7,11 +7,10 @@
 #include <vector>
 
 #include "codegen/functionReader.hpp"
+#include "codegen/functionValues.hpp"
 #include "codegen/irForms.hpp"
 #include "codegen/literalTable.hpp"
 #include "codegen/shortText.hpp"
-#include "codegen/valueTable.hpp"
-#include "shared/ast/name.hpp"
 
 namespace krel {
 
@@ -49,24 +48,17 @@ public:
     void recordSources(std::vector<Source>* list) { sources = list; }
 
 private:
-    struct FunctionContext {
-        FunctionContext(const IRFunction& function, ValueTable& words);
+    struct FunctionContext : FunctionValues {
+        FunctionContext(const IRFunction& function, ValueTable& words, const SymbolTable& table)
+            : FunctionValues(function, words, table),
+              blockLabel(".L" + functionName() + "_B"),
+              returnLabel(".L" + functionName() + "_return") {}
 
-        /// The value that an operand names, or the array that it is an element of; null if there
-        /// is none.
-        NamedValue* valueOf(const Operand& operand) const {
-            return values.find(operand.valueNumber());
-        }
-
-        std::string name;
-        Name scope;              // the same as a name, for look-ups
         std::string blockLabel;  // of its blocks, without their numbers
         std::string returnLabel;
-        ValueTable& values;
         std::vector<Operand> pendingArguments;  // of the next call
         std::size_t parameterIndex = 0;         // integer-class parameters stored so far
         std::size_t doubleParameterIndex = 0;   // double parameters stored so far
-        long long frameSize = 0;                // bytes below the saved %rbp
     };
 
     using Emit = void (*)(CodeGenerator&, const Operand* groups, FunctionContext&);
@@ -85,8 +77,6 @@ private:
         }
     }
     void addSource(std::size_t instruction);
-    void planFrame(FunctionContext& context) const;
-    void readDeclarations(FunctionContext& context) const;
     void emitFunction(const IRFunction& function);
 
     // Lines: instructions.cpp. Each form has an emitter, whose parameters are the form's groups.
@@ -123,9 +113,6 @@ private:
     void emitCopy(const Operand& target, const Operand& value, FunctionContext& context);
 
     // Operands and calls: operands.cpp.
-    Name typeOf(const Operand& operand, const FunctionContext& context) const;
-    Name declaredTypeOf(std::string_view name, const FunctionContext& context) const;
-    static void recordType(const Operand& target, Name type, FunctionContext& context);
     void loadValue(const Operand& operand, const ShortText& reg, FunctionContext& context);
     void loadString(std::string_view literal, const ShortText& reg);
     void loadDouble(const Operand& operand, const ShortText& reg, FunctionContext& context);

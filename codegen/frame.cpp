@@ -1,4 +1,4 @@
-// The frame of a function. Every name that occurs in it has a slot, in the order of the names:
+// The values of a function: its frame, and the types of its operands. Every name that occurs in it has a slot, in the order of the names:
 //
 //      8(%rbp)   return address
 //       (%rbp)   the caller's %rbp
@@ -9,10 +9,14 @@
 //
 // A slot has 8 bytes whatever it holds, an array 8 for each element.
 
+#include <charconv>
 #include <limits>
 #include <stdexcept>
+#include <string_view>
 
-#include "codegen/codeGenerator.hpp"
+#include "codegen/functionValues.hpp"
+#include "codegen/irText.hpp"
+#include "shared/ast/nodeKinds.hpp"
 #include "shared/krelir-cfg/ir-program.hpp"
 #include "shared/symboltable/symbolTable.hpp"
 
@@ -40,38 +44,91 @@ long long alignTo(long long value, long long alignment) {
 
 }  // namespace
 
-CodeGenerator::FunctionContext::FunctionContext(const IRFunction& function, ValueTable& words)
-    : name(function.getName()),
+FunctionValues::FunctionValues(const IRFunction& function, ValueTable& itsWords,
+                               const SymbolTable& table)
+    : values(itsWords),
+      name(function.getName()),
       scope(Name::known(name)),
-      blockLabel(".L" + name + "_B"),
-      returnLabel(".L" + name + "_return"),
-      values(words) {}
+      symbolTable(table) {}
 
-void CodeGenerator::planFrame(FunctionContext& context) const {
-    readDeclarations(context);
+void FunctionValues::planFrame() {
+    readDeclarations();
     long long total = 0;  // bytes
-    for (NamedValue* value : context.values.inOrder()) {
+    for (NamedValue* value : values.inOrder()) {
         total += slotSize * slotLength(*value);
         value->address = ShortText::of(-total);
         value->address.append("(%rbp)");
     }
-    context.frameSize = alignTo(total, 16);
-    if (context.frameSize > std::numeric_limits<int>::max()) {
-        throw std::runtime_error("stack frame too large: " + context.name);
+    frameSize = alignTo(total, 16);
+    if (frameSize > std::numeric_limits<int>::max()) {
+        throw std::runtime_error("stack frame too large: " + name);
     }
 }
 
 /// Records what the symbols of the function say of its values.
-void CodeGenerator::readDeclarations(FunctionContext& context) const {
-    for (const auto& symbol : symbolTable.symbolsOf(context.scope)) {
-        if (NamedValue* value = context.values.find(symbol->symbolName().text());
-            value != nullptr) {
+void FunctionValues::readDeclarations() {
+    for (const auto& symbol : symbolTable.symbolsOf(scope)) {
+        if (NamedValue* value = values.find(symbol->symbolName().text()); value != nullptr) {
             value->declaredType = symbol->typeName();
             value->type = value->declaredType;
             value->isArray = symbol->isArraySymbol();
             value->length = symbol->getArraySize();
         }
     }
+}
+
+long long FunctionValues::offsetOf(const NamedValue& value) {
+    const std::string_view address = value.address;
+    long long offset = 0;
+    std::from_chars(address.data(), address.data() + address.size(), offset);
+    return offset;
+}
+
+Name FunctionValues::declaredTypeOf(std::string_view value) const {
+    const Symbol* symbol = symbolTable.lookup(scope, Name::known(value), 0);
+    return symbol == nullptr ? TypeName::Int : symbol->typeName();
+}
+
+Name FunctionValues::typeOf(const Operand& operand) const {
+    const NamedValue* const value = valueOf(operand);
+    switch (operand.kind()) {
+        case Operand::Kind::String:
+            return TypeName::String;
+        case Operand::Kind::Boolean:
+            return TypeName::Boolean;
+        case Operand::Kind::Character:
+            return TypeName::Character;
+        case Operand::Kind::Double:
+            return TypeName::Double;
+        case Operand::Kind::Element:
+            if (value != nullptr && !value->declaredType.empty()) {
+                return value->declaredType;
+            }
+            return declaredTypeOf(elementOf(operand).array);
+        case Operand::Kind::Named:
+            if (value != nullptr && !value->type.empty()) {
+                return value->type;
+            }
+            return declaredTypeOf(operand.text());
+        case Operand::Kind::Integer:
+        case Operand::Kind::Text:
+        case Operand::Kind::Unknown:
+            break;
+    }
+    return TypeName::Int;
+}
+
+/// Done whenever an element is loaded or stored, which is seldom: operands stay small.
+Element elementOf(const Operand& operand) {
+    Element element;
+    parseArrayAccess(operand.text(), element.array, element.index);
+    return element;
+}
+
+unsigned characterCode(std::string_view literal) {
+    const bool isEscape = literal[1] == '\\' && literal.size() > 3;
+    const char character = isEscape ? literal[2] : literal[1];
+    return isEscape && character == 'n' ? 10U : static_cast<unsigned char>(character);
 }
 
 }  // namespace krel

@@ -133,7 +133,7 @@ void CodeGenerator::emitIntegerParameter(const Operand& type, const Operand& tar
     if (context.parameterIndex == integerRegisters.size()) {
         throw std::runtime_error("more than six integer or pointer parameters are not implemented");
     }
-    recordType(target, Name::known(type.text()), context);
+    context.recordType(target, Name::known(type.text()));
     storeValue(target, integerRegisters[context.parameterIndex++], context);
 }
 
@@ -141,7 +141,7 @@ void CodeGenerator::emitDoubleParameter(const Operand& target, FunctionContext& 
     if (context.doubleParameterIndex == doubleRegisters.size()) {
         throw std::runtime_error("more than eight double parameters are not implemented");
     }
-    recordType(target, TypeName::Double, context);
+    context.recordType(target, TypeName::Double);
     storeDouble(target, doubleRegisters[context.doubleParameterIndex++], context);
 }
 
@@ -161,7 +161,7 @@ void CodeGenerator::emitCallWithResult(const Operand& target, const Operand& cal
         storeValue(target, Register::rax, context);
     }
     if (function != nullptr) {
-        recordType(target, function->typeName(), context);
+        context.recordType(target, function->typeName());
     }
 }
 
@@ -183,14 +183,14 @@ void CodeGenerator::emitJump(const Operand& block, FunctionContext& context) {
 
 // The program's exit status is what main returns.
 void CodeGenerator::emitReturn(FunctionContext& context) {
-    if (context.name == "main") {
+    if (context.functionName() == "main") {
         out->write("\txorl %eax, %eax\n");
     }
     out->write("\tjmp ", context.returnLabel, "\n");
 }
 
 void CodeGenerator::emitReturnValue(const Operand& value, FunctionContext& context) {
-    if (typeOf(value, context) == TypeName::Double) {
+    if (context.typeOf(value) == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
     } else {
         loadValue(value, Register::rax, context);
@@ -205,13 +205,13 @@ void CodeGenerator::emitConversion(const Operand& target, const Operand& convers
     loadValue(value, Register::rdi, context);
     if (word == Spelling::IntToChar || word == Spelling::CharToInt) {
         storeValue(target, Register::rdi, context);
-        recordType(target, word == Spelling::IntToChar ? TypeName::Character : TypeName::Int,
-                   context);
+        context.recordType(
+            target, word == Spelling::IntToChar ? TypeName::Character : TypeName::Int);
         return;
     }
     out->write("\tcall krel_", word, "@PLT\n");
     storeValue(target, Register::rax, context);
-    recordType(target, TypeName::String, context);
+    context.recordType(target, TypeName::String);
 }
 
 void CodeGenerator::emitIntToDouble(const Operand& target, const Operand& value,
@@ -219,7 +219,7 @@ void CodeGenerator::emitIntToDouble(const Operand& target, const Operand& value,
     loadValue(value, Register::rax, context);
     out->write("\tcvtsi2sdq %rax, %xmm0\n");
     storeDouble(target, Register::xmm0, context);
-    recordType(target, TypeName::Double, context);
+    context.recordType(target, TypeName::Double);
 }
 
 void CodeGenerator::emitDoubleToString(const Operand& target, const Operand& value,
@@ -227,14 +227,14 @@ void CodeGenerator::emitDoubleToString(const Operand& target, const Operand& val
     loadDouble(value, Register::xmm0, context);
     out->write("\tcall krel_doubletostring@PLT\n");
     storeValue(target, Register::rax, context);
-    recordType(target, TypeName::String, context);
+    context.recordType(target, TypeName::String);
 }
 
 void CodeGenerator::emitBinaryOperation(const Operand& target, const Operand& left,
                                         const Operand& op, const Operand& right,
                                         FunctionContext& context) {
-    const Name leftType = typeOf(left, context);
-    const Name rightType = typeOf(right, context);
+    const Name leftType = context.typeOf(left);
+    const Name rightType = context.typeOf(right);
     if (leftType == TypeName::Double || rightType == TypeName::Double) {
         emitDoubleOperation(target, left, op, right, context);
     } else if (op.text() == Spelling::Plus &&
@@ -254,7 +254,7 @@ void CodeGenerator::emitDoubleOperation(const Operand& target, const Operand& le
     if (!code.real.empty()) {
         out->write(code.real);
         storeDouble(target, Register::xmm0, context);
-        recordType(target, TypeName::Double, context);
+        context.recordType(target, TypeName::Double);
         return;
     }
     out->write("\tucomisd %xmm1, %xmm0\n");
@@ -263,7 +263,7 @@ void CodeGenerator::emitDoubleOperation(const Operand& target, const Operand& le
     }
     out->write(code.setReal, widenResult);
     storeValue(target, Register::rax, context);
-    recordType(target, TypeName::Boolean, context);
+    context.recordType(target, TypeName::Boolean);
 }
 
 // One string is enough; the other operand is passed as it is.
@@ -273,7 +273,7 @@ void CodeGenerator::emitConcatenation(const Operand& target, const Operand& left
     loadValue(right, Register::rsi, context);
     out->write("\tcall krel_concat@PLT\n");
     storeValue(target, Register::rax, context);
-    recordType(target, TypeName::String, context);
+    context.recordType(target, TypeName::String);
 }
 
 void CodeGenerator::emitIntegerOperation(const Operand& target, const Operand& left,
@@ -290,9 +290,9 @@ void CodeGenerator::emitIntegerOperation(const Operand& target, const Operand& l
     }
     storeValue(target, Register::rax, context);
     if (isComparison) {
-        recordType(target, TypeName::Boolean, context);
-    } else if (context.values[target.valueNumber()].type.empty()) {
-        recordType(target, typeOf(left, context), context);
+        context.recordType(target, TypeName::Boolean);
+    } else if (!context.hasType(target)) {
+        context.recordType(target, context.typeOf(left));
     }
 }
 
@@ -300,13 +300,13 @@ void CodeGenerator::emitIntegerOperation(const Operand& target, const Operand& l
 void CodeGenerator::emitUnaryOperation(const Operand& target, const Operand& op,
                                        const Operand& value, FunctionContext& context) {
     const std::string_view word = op.text();
-    if (typeOf(value, context) == TypeName::Double) {
+    if (context.typeOf(value) == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
         if (word == Spelling::Minus) {
             out->write("\txorpd %xmm1, %xmm1\n\tsubsd %xmm0, %xmm1\n\tmovapd %xmm1, %xmm0\n");
         }
         storeDouble(target, Register::xmm0, context);
-        recordType(target, TypeName::Double, context);
+        context.recordType(target, TypeName::Double);
         return;
     }
     loadValue(value, Register::rax, context);
@@ -317,13 +317,13 @@ void CodeGenerator::emitUnaryOperation(const Operand& target, const Operand& op,
     }
     storeValue(target, Register::rax, context);
     if (word == Spelling::Not) {
-        recordType(target, TypeName::Boolean, context);
+        context.recordType(target, TypeName::Boolean);
     }
 }
 
 void CodeGenerator::emitElementStore(const Operand& target, const Operand& value,
                                      FunctionContext& context) {
-    if (typeOf(target, context) == TypeName::Double || typeOf(value, context) == TypeName::Double) {
+    if (context.typeOf(target) == TypeName::Double || context.typeOf(value) == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
         storeDouble(target, Register::xmm0, context);
     } else {
@@ -334,15 +334,15 @@ void CodeGenerator::emitElementStore(const Operand& target, const Operand& value
 
 void CodeGenerator::emitCopy(const Operand& target, const Operand& value,
                              FunctionContext& context) {
-    const Name type = typeOf(value, context);
-    if (typeOf(target, context) == TypeName::Double || type == TypeName::Double) {
+    const Name type = context.typeOf(value);
+    if (context.typeOf(target) == TypeName::Double || type == TypeName::Double) {
         loadDouble(value, Register::xmm0, context);
         storeDouble(target, Register::xmm0, context);
-        recordType(target, TypeName::Double, context);
+        context.recordType(target, TypeName::Double);
     } else {
         loadValue(value, Register::rax, context);
         storeValue(target, Register::rax, context);
-        recordType(target, type, context);
+        context.recordType(target, type);
     }
 }
 

@@ -16,7 +16,6 @@
 #include "codegen/registers.hpp"
 #include "shared/ast/nodeKinds.hpp"
 #include "shared/krelir-cfg/vocabulary.hpp"
-#include "shared/symboltable/symbolTable.hpp"
 
 namespace krel {
 
@@ -24,27 +23,6 @@ namespace {
 
 [[noreturn]] void fail(std::string_view message, std::string_view text = {}) {
     throw std::runtime_error(std::string{message} + std::string{text});
-}
-
-/// The code of a character literal of more than two characters. Of the escapes only the line feed
-/// is decoded (kept): a tab is the code of 't'.
-unsigned characterCode(std::string_view literal) {
-    const bool isEscape = literal[1] == '\\' && literal.size() > 3;
-    const char character = isEscape ? literal[2] : literal[1];
-    return isEscape && character == 'n' ? 10U : static_cast<unsigned char>(character);
-}
-
-/// An element's text taken apart. Done whenever it is loaded or stored, which is seldom: operands
-/// stay small.
-struct Element {
-    std::string_view array;
-    std::string_view index;
-};
-
-Element elementOf(const Operand& operand) {
-    Element element;
-    parseArrayAccess(operand.text(), element.array, element.index);
-    return element;
 }
 
 /// The array of an element, which must have a length.
@@ -56,46 +34,6 @@ const NamedValue* knownArray(const NamedValue* array, std::string_view name) {
 }
 
 }  // namespace
-
-Name CodeGenerator::declaredTypeOf(std::string_view name, const FunctionContext& context) const {
-    const Symbol* symbol = symbolTable.lookup(context.scope, Name::known(name), 0);
-    return symbol == nullptr ? TypeName::Int : symbol->typeName();
-}
-
-Name CodeGenerator::typeOf(const Operand& operand, const FunctionContext& context) const {
-    const NamedValue* const value = context.valueOf(operand);
-    switch (operand.kind()) {
-        case Operand::Kind::String:
-            return TypeName::String;
-        case Operand::Kind::Boolean:
-            return TypeName::Boolean;
-        case Operand::Kind::Character:
-            return TypeName::Character;
-        case Operand::Kind::Double:
-            return TypeName::Double;
-        case Operand::Kind::Element:
-            if (value != nullptr && !value->declaredType.empty()) {
-                return value->declaredType;
-            }
-            return declaredTypeOf(elementOf(operand).array, context);
-        case Operand::Kind::Named:
-            if (value != nullptr && !value->type.empty()) {
-                return value->type;
-            }
-            return declaredTypeOf(operand.text(), context);
-        case Operand::Kind::Integer:
-        case Operand::Kind::Text:
-        case Operand::Kind::Unknown:
-            break;
-    }
-    return TypeName::Int;
-}
-
-void CodeGenerator::recordType(const Operand& target, Name type, FunctionContext& context) {
-    if (NamedValue* value = context.valueOf(target); value != nullptr) {
-        value->type = type;
-    }
-}
 
 void CodeGenerator::loadValue(const Operand& operand, const ShortText& reg,
                               FunctionContext& context) {
@@ -219,7 +157,7 @@ void CodeGenerator::passArguments(FunctionContext& context) {
     std::size_t integers = 0;
     std::size_t doubles = 0;
     for (const Operand& argument : context.pendingArguments) {
-        if (typeOf(argument, context) == TypeName::Double) {
+        if (context.typeOf(argument) == TypeName::Double) {
             if (doubles == doubleRegisters.size()) {
                 fail("more than eight double call arguments are not implemented");
             }

@@ -100,6 +100,16 @@ public:
     const Symbol* symbol(std::string_view function, std::string_view name) const;
     /// All symbols of a function, the function's first, in the order of their declaration.
     std::vector<const Symbol*> symbolsOf(std::string_view function) const;
+    /// All symbols; to look one up by its name, hold a NamesInUse.
+    const SymbolTable& symbolTable() const { return context.symbolTable; }
+    /// As long as this object lives, texts that are names of the compilation are found as names.
+    class NamesInUse {
+    public:
+        explicit NamesInUse(const Compilation& compilation) : memory(compilation.context) {}
+
+    private:
+        ParseContext::Use memory;
+    };
     /// The names of all functions in the order of their definition, without those that were
     /// refused.
     std::vector<std::string> functions() const;

@@ -3,9 +3,11 @@
 
 #include "tools/krel/report.hpp"
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 
 namespace {
@@ -34,6 +36,18 @@ void krel::print(std::string_view text) {
     if (!writeAll(STDOUT_FILENO, text)) {
         throw systemError("cannot write to standard output");
     }
+}
+
+int krel::endBySignal(int number) {
+    constexpr rlimit none = {0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+    std::signal(number, SIG_DFL);
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, number);
+    sigprocmask(SIG_UNBLOCK, &signals, nullptr);
+    raise(number);
+    return failed;
 }
 
 /// In one piece, so that lines of processes that run at the same time stay whole.

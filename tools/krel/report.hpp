@@ -28,6 +28,10 @@ std::runtime_error systemError(const std::string& what);
 /// Writes a text to standard output. Throws std::runtime_error when it cannot be written.
 void print(std::string_view text);
 
+/// Ends the process by a signal, of which no core is dumped. Returns a status only if the system
+/// does not let the signal through.
+int endBySignal(int number);
+
 /// Writes a line to standard error, after krel's name.
 void complain(std::string_view line);
 

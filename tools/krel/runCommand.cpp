@@ -2,43 +2,31 @@
 // the process becomes the program, so that terminal, signals, process number and exit status are
 // the program's own. By then the executable has no name any more: what is open is executed.
 
-#include <sys/resource.h>
 #include <sys/statvfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tools/files/sourceFiles.hpp"
+#include "tools/krel/checkedRun.hpp"
 #include "tools/krel/commands.hpp"
 #include "tools/krel/compilation.hpp"
 #include "tools/krel/options.hpp"
 #include "tools/krel/privateDirectory.hpp"
 #include "tools/krel/report.hpp"
+#include "tools/krel/standardInput.hpp"
 
 namespace krel {
 
 namespace {
 
-/// Ends as krelcc has: with its exit status, or by the signal that ended it, of which no second
-/// core is dumped.
+/// Ends as krelcc has: with its exit status, or by the signal that ended it.
 int endLike(int status) {
-    if (!WIFSIGNALED(status)) {
-        return WEXITSTATUS(status);
-    }
-    const int number = WTERMSIG(status);
-    constexpr rlimit none = {0, 0};
-    setrlimit(RLIMIT_CORE, &none);
-    std::signal(number, SIG_DFL);
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, number);
-    sigprocmask(SIG_UNBLOCK, &signals, nullptr);
-    raise(number);
-    return failed;
+    return WIFSIGNALED(status) ? endBySignal(WTERMSIG(status)) : WEXITSTATUS(status);
 }
 
 /// Why an executable could not be executed.
@@ -53,6 +41,45 @@ std::runtime_error explainFailedStart(const std::string& name, int executable) {
     return systemError("cannot run " + name);
 }
 
+/// The options that make krel execute the program itself.
+struct CheckedOptions {
+    bool checked = false;
+    std::vector<std::string> allowed;
+    std::uint64_t limit = Execution::Machine::noLimit;
+};
+
+void addOptions(CLI::App& app, CheckedOptions& options) {
+    app.add_flag("--checked", options.checked, "Stop at the first fault, and say what it is");
+    app.add_option("--allow", options.allowed, "Let the faults of a rule pass, or of all")
+        ->type_name("RULE,...")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    app.add_option("--limit", options.limit, "Stop after so many steps")->type_name("STEPS");
+}
+
+CheckedRun settingsOf(const CheckedOptions& options) {
+    CheckedRun settings;
+    settings.limit = options.limit;
+    for (const std::string& name : options.allowed) {
+        const auto rule = Execution::ruleNamed(name);
+        if (name == "all") {
+            settings.checks = false;
+        } else if (rule) {
+            settings.allowed.add(*rule);
+        } else {
+            throw WrongUse("run: there is no rule '" + name + "'", "krel help run");
+        }
+    }
+    return settings;
+}
+
+int runByMachine(const std::string& word, const CheckedRun& settings) {
+    if (word == "-") {
+        return runChecked(readStandardInput(), "stdin.krl", settings);
+    }
+    return runChecked(readSource(word), word, settings);
+}
+
 /// The first argument is the program's name. Returns only by an exception.
 [[noreturn]] void become(int executable, std::vector<std::string> arguments) {
     fexecve(executable, pointersTo(arguments).data(), environ);
@@ -63,6 +90,8 @@ int run(Words words) {
     CLI::App app;
     NativeCompiler native = NativeCompiler::own;
     addNativeOption(app, native);
+    CheckedOptions options;
+    addOptions(app, options);
     app.prefix_command();  // the options end where the program is named
     auto rest = readOptions(app, runCommand, words);
     if (!rest) {
@@ -70,6 +99,9 @@ int run(Words words) {
     }
     if (rest->empty()) {
         throw WrongUse("run: PROGRAM.krl is missing", "krel help run");
+    }
+    if (options.checked) {
+        return runByMachine(rest->front(), settingsOf(options));
     }
     const Program program = programNamed(rest->front());
     const Compiled compiled = compile(program, native);

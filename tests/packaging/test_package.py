@@ -4,6 +4,7 @@ it was unpacked. In systems of their own, script/package-test tries them."""
 
 import os
 import re
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -24,6 +25,8 @@ share/man/man7/krel.7.gz
 share/bash-completion/completions/krel share/bash-completion/completions/krelcc
 share/zsh/vendor-completions/_krel share/zsh/vendor-completions/_krelcc
 share/fish/vendor_completions.d/krel.fish share/fish/vendor_completions.d/krelcc.fish
+share/vim/vimfiles/syntax/krel.vim share/vim/vimfiles/ftdetect/krel.vim
+share/nvim/site/ftplugin/krel.lua share/nvim/site/lua/krel.lua
 share/doc/krelcc/README.md share/doc/krelcc/docs/language.md
 share/doc/krelcc/examples/primes.krl share/doc/krelcc/examples/expected/primes.out
 share/doc/krelcc/examples/build-rules/cmake/CMakeLists.txt
@@ -81,6 +84,35 @@ class Package(unittest.TestCase):
                                      text=True, check=False,
                                      env=os.environ | {"PATH": f"{prefix}/bin:/usr/bin:/bin"})
                 self.assertEqual((run.returncode, run.stdout, run.stderr), (0, "", ""))
+
+    @unittest.skipUnless(shutil.which("emacs"), "there is no emacs")
+    def test_emacs_finds_its_mode(self):
+        folder = self.from_package / "share/emacs/site-lisp/elpa"
+        shown = self.output_of(
+            "emacs", "-Q", "--batch", "--eval",
+            f"(progn (require 'package) (setq package-directory-list '(\"{folder}\"))"
+            "(package-initialize) (find-file \"some.krl\") (princ major-mode))")
+        self.assertEqual(shown, "krel-mode")
+
+    def test_vim_and_neovim_find_their_files(self):
+        for editor, folder in (("vim", "vim/vimfiles"), ("nvim", "nvim/site")):
+            if not shutil.which(editor):
+                continue
+            with self.subTest(editor=editor):
+                result = self.folder / editor
+                self.output_of(
+                    editor, "-u", "NONE", "-i", "NONE", "-es", "-n", "--not-a-term"
+                    if editor == "vim" else "--headless",
+                    "--cmd", f"set nocompatible rtp^={self.from_package}/share/{folder}",
+                    "-c", "filetype plugin indent on", "-c", "syntax on", "-c", "edit some.krl",
+                    "-c", f"call writefile([&filetype, b:current_syntax], '{result}')",
+                    "-c", "qa!")
+                self.assertEqual(result.read_text().split(), ["krel", "krel"])
+
+    def output_of(self, *command):
+        return subprocess.run(command, check=True, capture_output=True, text=True,
+                              cwd=self.folder, env=os.environ | {"HOME": str(self.folder)},
+                              stdin=subprocess.DEVNULL, timeout=60).stdout
 
     def test_lintian(self):
         run = subprocess.run(["lintian", "--allow-root", "--fail-on", "error,warning,info",

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "tools/lsp/features.hpp"
+#include "tools/lsp/meanings.hpp"
 
 namespace krel::Lsp {
 
@@ -52,14 +53,17 @@ public:
         : session(itsSession), document(itsDocument) {}
 
     /// Adds the repair of each finding that touches a range, as far as there is time to try them.
-    /// One that repairs several findings is added once.
+    /// One that repairs several findings is added once. Where a repair would be a guess, all that
+    /// may be meant is added instead.
     void addRepairs(SourceRange range) {
         const std::vector<Check::Finding>& findings = document.analysis().report().findings;
         std::size_t left =
             std::clamp<std::size_t>(bytesToTry / (document.text().size() + 1), 1, mostRepairs);
         for (std::size_t number = 0; number < findings.size() && left > 0; ++number) {
             if (touches(findings[number].range, range)) {
-                addRepair(findings[number], document.fixes().of(number));
+                if (!addMeanings(findings[number])) {
+                    addRepair(findings[number], document.fixes().of(number));
+                }
                 --left;
             }
         }
@@ -98,7 +102,20 @@ private:
             return;
         }
         const std::string& what = finding.help.empty() ? finding.message : finding.help;
-        list.push_back({{"title", "Repair: " + what},
+        addQuickFix("Repair: " + what, finding, edits);
+    }
+
+    bool addMeanings(const Check::Finding& finding) {
+        const std::vector<Meaning> meanings = meaningsOf(document.analysis(), finding);
+        for (const Meaning& meaning : meanings) {
+            addQuickFix(meaning.title, finding, meaning.edits);
+        }
+        return !meanings.empty();
+    }
+
+    void addQuickFix(const std::string& title, const Check::Finding& finding,
+                     const std::vector<Check::Edit>& edits) {
+        list.push_back({{"title", title},
                         {"kind", quickFixKind},
                         {"diagnostics", Json::array({toJson(document, finding)})},
                         {"edit", workspaceEdit(session, document, edits)}});

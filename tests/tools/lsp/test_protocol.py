@@ -295,6 +295,34 @@ class DocumentsTest(ProtocolTest):
         self.assertEqual(edited(PROGRAM, change["edits"], "utf-16"),
                          PROGRAM.replace("int x;", "int x = 0;"))
 
+    def repairs_of_all(self, text):
+        """The titles of what is offered when everything is selected."""
+        client = self.ready()
+        client.open(text)
+        everything = {"start": {"line": 0, "character": 0},
+                      "end": {"line": text.count("\n") + 1, "character": 0}}
+        actions = client.ask("codeAction", range=everything,
+                             context={"diagnostics": [], "only": ["quickfix"]})
+        self.assertEqual(client.end(), 0)
+        return [action["title"] for action in actions]
+
+    def test_repairs_of_many_findings_are_bounded(self):
+        """Each repair is tried, which takes a check; so only some of them are, and then all at
+        once is offered."""
+        def program(findings, comment=0):
+            lines = "".join(f"    int x{number};\n    print(x{number});\n"
+                            for number in range(findings))
+            return f"# {'c' * comment}\nvoid main() {{\n{lines}}}\n"
+
+        few = self.repairs_of_all(program(99))
+        self.assertEqual(few, [*(f"Repair: write `x{number} = 0`" for number in range(99)),
+                               "Repair everything"])
+        self.assertEqual(self.repairs_of_all(program(1000)),
+                         [*few[:99], "Repair: write `x99 = 0`", "Repair everything"])
+        # 20 MB are tried at most, one repair at least.
+        self.assertEqual(self.repairs_of_all(program(99, 6_000_000)), [*few[:3], few[-1]])
+        self.assertEqual(self.repairs_of_all(program(99, 21_000_000)), [few[0], few[-1]])
+
     def test_surprises_are_not_repaired_by_themselves(self):
         client = self.ready()
         text = "void main() {\n    double d = 1.5;\n    print(d > 0.5, \"\\n\");\n}\n"

@@ -13,6 +13,7 @@ Every program is played in UTF-16 and in UTF-8. marks.py describes the marks; he
     signature(place, label, number of the parameter), no_signature(place)
     fix(text, part of the title, line...)    the lines that stand in the place of this one then
     no_fix(text)
+    one_meaning(text)                    all that is offered is to compare
     symbol(text, kind, parent name)      of functions (all are to be marked) or in one
     fold(text, text), not_folded(text)   from the line of the one to the line of the other
     select(place, text...)               from the innermost to the line's own
@@ -208,6 +209,12 @@ class Session:
 
     def mark_no_fix(self, mark, text):
         self.test.assertEqual(self.actions(mark, text, only=["quickfix"]), [])
+
+    def mark_one_meaning(self, mark, text):
+        titles = [each["title"] for each in self.actions(mark, text, only=["quickfix"])
+                  if "diagnostics" in each
+                  and each["diagnostics"][0]["code"] == "assignment-value"]
+        self.test.assertEqual(titles, ["Compare: write `==`"])
 
     # Structure
 

@@ -49,7 +49,7 @@ def main():
     if len(sys.argv) != 3:
         sys.exit(__doc__)
     if not (MODULES / ".complete").exists():
-        sys.exit("extension.py: npm's packages are missing; script/bootstrap extension tells why")
+        sys.exit("extension.py: npm's packages are missing; script/bootstrap vscode tells why")
     output = pathlib.Path(sys.argv[2])
     pack(sys.argv[1], output)
     set_times(output, int(os.environ.get("SOURCE_DATE_EPOCH", time.time())))

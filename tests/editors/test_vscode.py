@@ -9,7 +9,6 @@ import json
 import os
 import pathlib
 import re
-import shutil
 import subprocess
 import tempfile
 import unittest
@@ -230,14 +229,9 @@ class Extension(unittest.TestCase):
 class Package(unittest.TestCase):
     def test_package(self):
         with tempfile.TemporaryDirectory() as name:
-            # The packager takes everything below a folder, npm's packages included.
-            folder = pathlib.Path(name) / "extension"
-            shutil.copytree(FOLDER, folder)
-            shutil.copy(ROOT / "LICENSE", folder)
-            shutil.copytree(MODULES, folder / "node_modules", symlinks=True)
             file = pathlib.Path(name) / "krel.vsix"
-            done = run([MODULES / ".bin" / "vsce", "package", "--allow-missing-repository",
-                        "--out", file], cwd=folder)
+            done = run([ROOT / "script" / "package-vscode", file],
+                       env={**os.environ, "KREL_NODE": str(NODE)})
             self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
             with zipfile.ZipFile(file) as package:
                 names = package.namelist()

@@ -290,6 +290,8 @@ def test_mutants(mutants, results, names):
 
 
 def main(patterns):
+    # npm's packages are installed beside the sources, and not in their copy.
+    os.environ.setdefault("KREL_NODE", str(ROOT / "build" / "editors" / "node"))
     OUTPUT.mkdir(parents=True, exist_ok=True)
     try:
         selected = select(read_mutants(), patterns or ["*"])

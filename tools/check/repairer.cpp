@@ -24,6 +24,14 @@ Repairer::Repairer(const Model& itsModel, const std::unordered_set<NodeId>& itsL
             usedNames.emplace(tree.textOf(token.range));
         }
     }
+    for (const Function& each : model.functions()) {
+        sharedByAll.emplace(each.name);
+    }
+    for (const Variable& variable : model.variables()) {
+        if (variable.function == noFunction) {
+            sharedByAll.emplace(variable.name);
+        }
+    }
 }
 
 /// Finds the variables that are changed, and those that are compared.
@@ -46,6 +54,9 @@ Pieces Repairer::repair() {
     findNames();
     findGlobals();
     findForeignWords();
+    findUnread();
+    planInlining();
+    placeGlobals();
     collectTokenEdits();
     Pieces out;
     program(out);
@@ -88,13 +99,16 @@ bool Repairer::isDoubtful(const Syntax::Gap& gap) const {
     return place != unread.end() && *place <= all[*around].range.end;
 }
 
-void Repairer::collectTokenEdits() {
+void Repairer::findUnread() {
     for (const Syntax::Gap& gap : tree.gaps) {
         if (gap.kind == Syntax::Gap::Kind::Unexpected || gap.kind == Syntax::Gap::Kind::TooDeep) {
             unread.push_back(gap.at);
         }
     }
     std::sort(unread.begin(), unread.end());
+}
+
+void Repairer::collectTokenEdits() {
     for (const Syntax::Gap& gap : tree.gaps) {
         for (const MissingWord& missing : missingWords) {
             if (missing.kind == gap.kind && !isDoubtful(gap)) {
@@ -161,29 +175,71 @@ std::string Repairer::quoted(std::string_view text) {
     return "`" + std::string{text} + "`";
 }
 
-bool Repairer::isFree(const std::string& name) const {
+/// The names in a function, its own and new ones.
+std::unordered_set<std::string>& Repairer::namesIn(FunctionId function) {
+    const auto [entry, isNew] = ownNames.try_emplace(function);
+    if (isNew) {
+        const SourceRange range = tree[model.functions()[function].node].range;
+        const auto& words = tree.tokens.words;
+        auto token = std::lower_bound(words.begin(), words.end(), range.begin,
+                                      [](const Syntax::Token& candidate, std::uint32_t place) {
+                                          return candidate.range.begin < place;
+                                      });
+        for (; token != words.end() && token->range.begin < range.end; ++token) {
+            if (token->word == Word::Name) {
+                entry->second.emplace(tree.textOf(token->range));
+            }
+        }
+    }
+    return entry->second;
+}
+
+/// Whether nothing in the function at hand has the name, or nothing in the whole program.
+bool Repairer::isFree(const std::string& name, bool inProgram) {
     constexpr std::array<std::string_view, 29> reserved = {
         "arg",          "boolean",      "break",       "call",        "character",      "chartoint",
         "chartostring", "booltostring", "continue",    "double",      "doubletostring", "else",
         "elseif",       "exit",         "false",       "for",         "goto",           "if",
         "int",          "inttochar",    "inttodouble", "inttostring", "param",          "print",
         "return",       "string",       "true",        "void",        "while"};
-    return usedNames.count(name) == 0 &&
-           std::find(reserved.begin(), reserved.end(), name) == reserved.end();
+    const bool isUsed =
+        inProgram || currentFunction == noFunction
+            ? usedNames.count(name) != 0
+            : sharedByAll.count(name) != 0 || namesIn(currentFunction).count(name) != 0;
+    return !isUsed && std::find(reserved.begin(), reserved.end(), name) == reserved.end();
 }
 
-/// A name that nothing in the program has, and no word of the intermediate code is.
-std::string Repairer::fresh(std::string base) {
-    if (base.size() > 60) {
-        base.resize(60);
+/// The name, or one with a number behind it, that is free and no word of the intermediate code.
+std::string Repairer::freeName(std::string base, bool inProgram) {
+    constexpr std::size_t longest = 60;
+    if (base.size() > longest) {
+        base.resize(longest);
     }
     std::string name = base;
-    for (int number = 2; !isFree(name); ++number) {
+    int& number = lastNumbers[{inProgram ? noFunction : currentFunction, base}];
+    while (!isFree(name, inProgram)) {
+        number = std::max(number + 1, 2);
         name = base + (std::isdigit(static_cast<unsigned char>(base.back())) != 0 ? "_" : "") +
                std::to_string(number);
     }
     usedNames.insert(name);
-    newNames.push_back(name);
+    return name;
+}
+
+/// A name for a variable of the function at hand.
+std::string Repairer::fresh(std::string base) {
+    std::string name = freeName(base, false);
+    if (currentFunction != noFunction) {
+        namesIn(currentFunction).insert(name);
+    }
+    newNames.push_back({name, std::move(base)});
+    return name;
+}
+
+/// A name for a function that is added to the program.
+std::string Repairer::freshFunction(const std::string& base) {
+    std::string name = freeName(base, true);
+    sharedByAll.insert(name);
     return name;
 }
 
@@ -242,11 +298,12 @@ void Repairer::withPrelude(NodeId id, const Write& write, Pieces& out) {
         postlude.clear();
         for (; newNames.size() > namesBefore; newNames.pop_back()) {
             // Constants of the function stay.
-            const bool isConstant =
-                std::any_of(constants.begin(), constants.end(),
-                            [&](const auto& entry) { return entry.second == newNames.back(); });
-            if (!isConstant) {
-                usedNames.erase(newNames.back());
+            const bool isConstant = std::any_of(
+                constants.begin(), constants.end(),
+                [&](const auto& entry) { return entry.second == newNames.back().name; });
+            if (!isConstant && currentFunction != noFunction) {
+                namesIn(currentFunction).erase(newNames.back().name);
+                lastNumbers.erase({currentFunction, newNames.back().base});
             }
         }
         for (; doneEdits.size() > editsBefore; doneEdits.pop_back()) {
@@ -259,7 +316,13 @@ void Repairer::withPrelude(NodeId id, const Write& write, Pieces& out) {
     hoistCallsBefore = outerLimit;
     lastHoistWithCall = outerLast;
     firstCallInPlace = outerFirst;
+    Pieces last;
+    if (text.empty() && !outer.empty()) {
+        last = std::move(outer.back());
+        outer.pop_back();
+    }
     flush(outer, id, out);
+    out.append(std::move(last));
     out.append(std::move(text));
     if (!postlude.empty()) {
         finishAt(tree[id].range.end, out);

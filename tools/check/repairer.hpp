@@ -70,8 +70,14 @@ private:
         bool done = false;
     };
 
+    struct NewName {
+        std::string name;
+        std::string base;
+    };
+
     // Tokens (repairer.cpp)
     void collectUses();
+    void findUnread();
     void collectTokenEdits();
     bool isDoubtful(const Syntax::Gap& gap) const;
     void editToken(SourceRange range, std::string text);
@@ -84,7 +90,10 @@ private:
     void say(std::string_view rule, Severity severity, SourceRange range, std::string message,
              std::string help);
     std::string fresh(std::string base);
-    bool isFree(const std::string& name) const;
+    std::string freshFunction(const std::string& base);
+    std::string freeName(std::string base, bool inProgram);
+    bool isFree(const std::string& name, bool inProgram);
+    std::unordered_set<std::string>& namesIn(FunctionId function);
     std::string textOf(const Pieces& pieces) const { return pieces.textOver(tree.text); }
     std::string indentOf(NodeId statement) const;
     std::string separatorOf(NodeId statement) const;
@@ -101,6 +110,7 @@ private:
     void program(Pieces& out);
     void copyTopLevel(NodeId parent, std::uint32_t begin, std::uint32_t end, Pieces& out);
     void function(NodeId id, Pieces& out);
+    void removeFunction(NodeId id);
     void statement(NodeId id, Pieces& out);
     void statements(NodeId block, std::uint32_t& at, Pieces& out);
     void expressionStatement(NodeId id, Pieces& out);
@@ -144,7 +154,29 @@ private:
         bool needsLoop = false;  // for a `break` in the middle
     };
 
+    /// A copy of a function's body in place of a call.
+    struct Copy {
+        FunctionId function = noFunction;
+        std::string result;      // the variable for what it returns; empty for nothing
+        std::string flag;        // the variable that tells of a `return` in a loop; empty without
+        bool needsLoop = false;  // for a `return` before the end
+    };
+
     // rules/
+    void planInlining();
+    void placeGlobals();
+    bool canInline();
+    std::size_t bytesOfCopy(FunctionId number, int depth);
+    FunctionId calleeOf(NodeId id) const;
+    bool isCopyable(FunctionId number) const;
+    bool isInlined(NodeId call) const;
+    void nameInCopy(VariableId number, const std::string& name);
+    void bindArguments(NodeId call, const Function& function);
+    std::string inlineCall(NodeId call);
+    Copy copyOf(FunctionId number);
+    NodeId loopAround(NodeId id, NodeId block) const;
+    void returnFromCopy(NodeId id, Pieces& out);
+    void leaveAfter(NodeId loop, Pieces& out);
     void stay(NodeId id, Pieces& out);
     void foreignConstruct(NodeId id, Pieces& out);
     void wrapper(NodeId id, Pieces& out);
@@ -249,7 +281,9 @@ private:
     bool isChanged(NodeId use) const;
     void declareGlobals(Pieces& out);
     void reportGlobal(VariableId number);
+    void clearElements(VariableId number);
     void functionHeader(NodeId id, Pieces& out, Pieces& declarations);
+    bool mainParameters(NodeId id, Pieces& out);
     void arrayParameter(NodeId id, Pieces& out, Pieces& declarations);
     bool isMovedGlobal(NodeId declaration);
     std::string wholeFunction() const;
@@ -270,8 +304,11 @@ private:
     std::vector<Finding> findings;
     std::set<std::pair<std::string_view, std::uint32_t>> said;  // rules and where
 
-    std::unordered_set<std::string> usedNames;  // of the whole program, and of new ones
-    std::vector<std::string> newNames;          // in the order in which they were made
+    std::unordered_set<std::string> usedNames;    // in the whole program, and new ones
+    std::unordered_set<std::string> sharedByAll;  // of functions, and of variables outside of them
+    std::map<FunctionId, std::unordered_set<std::string>> ownNames;
+    std::map<std::pair<FunctionId, std::string>, int> lastNumbers;  // behind a name
+    std::vector<NewName> newNames;  // in the order in which they were made
     std::map<VariableId, std::string> renamed;
     std::unordered_set<VariableId> assignedOnly;  // declared before: their type is left out
 
@@ -285,9 +322,13 @@ private:
     std::unordered_set<VariableId> comparedVariables;  // themselves, or their elements
     std::set<VariableId> stayingGlobals;               // several functions use and change them
     std::map<Word, std::string> helperNames;           // of functions that stand for operators
-    std::unordered_set<NodeId> needlessBreaks;         // at the end of cases
-    std::map<std::string, std::string> constants;      // of the function at hand: by type and value
-    Pieces constantDeclarations;                       // of the same
+    std::vector<bool> inlined;                     // by function: it is written where it is called
+    std::vector<std::size_t> copiedBytes;          // by function
+    std::vector<Copy> copies;                      // that are being written, the innermost last
+    std::map<VariableId, VariableId> sharedNames;  // to the variable declared before
+    std::unordered_set<NodeId> needlessBreaks;     // at the end of cases
+    std::map<std::string, std::string> constants;  // of the function at hand: by type and value
+    Pieces constantDeclarations;                   // of the same
     std::string constantSeparator;
 
     Prelude prelude;               // of the statement at hand

@@ -215,7 +215,7 @@ Pieces Repairer::bitOperation(NodeId id, Word op, const Context& context, Pieces
     if (instead.empty()) {
         std::string& name = helperNames[op];
         for (const Helper& helper : helpers) {
-            name = helper.op == op && name.empty() ? fresh(std::string{helper.name}) : name;
+            name = helper.op == op && name.empty() ? freshFunction(std::string{helper.name}) : name;
         }
         Pieces right;
         Context inside;

@@ -39,7 +39,8 @@
 ///
 /// ## Why
 ///
-/// Functions take and return single values.
+/// Functions take and return single values. The repair writes what the function does where it is
+/// called, unless it calls itself.
 ///
 /// ## Example
 ///
@@ -73,6 +74,7 @@
 /// ```
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <string>
 
@@ -110,15 +112,39 @@ void Repairer::findGlobals() {
         const bool onlyMain = users.size() == 1 && *users.begin() == start;
         if (changes && !onlyMain) {
             stayingGlobals.insert(number);
-            stayed = true;
-            if (purpose == Purpose::Write) {
-                continue;
-            }
+            continue;
         }
         movableGlobals.insert(number);
         for (const FunctionId user : users) {
             movedGlobals[user].push_back(number);
         }
+    }
+}
+
+/// What several functions use and change goes to `main` if these functions do. If they cannot, it
+/// stays; only for the compiler each of them gets its own.
+void Repairer::placeGlobals() {
+    const FunctionId start = model.functionNamed("main");
+    const bool isShared = std::find(inlined.begin(), inlined.end(), true) != inlined.end();
+    for (const VariableId number : stayingGlobals) {
+        stayed = stayed || !isShared;
+        if (isShared) {
+            movableGlobals.insert(number);
+            movedGlobals[start].push_back(number);
+        } else if (purpose == Purpose::Ask) {
+            movableGlobals.insert(number);
+            std::set<FunctionId> users;
+            for (const NodeId use : model.variables()[number].uses) {
+                users.insert(model.functionAround(use));
+            }
+            users.erase(noFunction);
+            for (const FunctionId user : users) {
+                movedGlobals[user].push_back(number);
+            }
+        }
+    }
+    for (auto& [function, numbers] : movedGlobals) {
+        std::sort(numbers.begin(), numbers.end());
     }
 }
 
@@ -165,18 +191,35 @@ bool Repairer::isMovedGlobal(NodeId id) {
             isShared = true;
         }
     }
-    if (isShared) {
-        return purpose == Purpose::Ask;
-    }
     for (NodeId child = tree[id].first; child != noNode; child = tree[child].next) {
         if (tree[child].kind == Kind::Declarator &&
             movableGlobals.count(model.declared(child)) == 0) {
             return false;
         }
     }
-    say("global-variable", Severity::Error, tree[id].range, "there are no global variables",
-        "declare it in each function that uses it");
+    if (!isShared) {
+        say("global-variable", Severity::Error, tree[id].range, "there are no global variables",
+            "declare it in each function that uses it");
+    }
     return true;
+}
+
+/// Outside of functions the elements of an array are 0 in other languages.
+void Repairer::clearElements(VariableId number) {
+    const Variable& variable = model.variables()[number];
+    const auto length = lengthOf(variable);
+    if (!variable.isArray || variable.initial != noNode || !length) {
+        return;
+    }
+    const std::string name = nameNow(number);
+    const std::string index = fresh(name + "Index");
+    const std::string value = variable.type == Word::Double ? doubleConstant(variable.node, 0.0)
+                                                            : defaultOf(variable.type);
+    postlude.emplace_back();
+    postlude.back().insert("for (int " + index + " = 0; " + index + " < " +
+                               std::to_string(*length) + "; " + index + "++) { " + name + "[" +
+                               index + "] = " + value + "; }",
+                           tree[variable.node].range);
 }
 
 /// Declares what the function at hand uses of them.
@@ -194,6 +237,9 @@ void Repairer::declareGlobals(Pieces& out) {
         Prelude before = capture([&](Pieces&) { declarator(id, true, text); });
         before.push_back(std::move(text));
         before.back().insert(";", tree[id].range);
+        clearElements(number);
+        std::move(postlude.begin(), postlude.end(), std::back_inserter(before));
+        postlude.clear();
         for (Pieces& each : before) {
             each.markAsMoved();
             out.insert(constantSeparator, tree[id].range);
@@ -206,6 +252,9 @@ void Repairer::declareGlobals(Pieces& out) {
 /// compiler is asked.
 void Repairer::functionHeader(NodeId id, Pieces& out, Pieces& declarations) {
     std::uint32_t at = tree[id].range.begin;
+    if (mainParameters(id, out)) {
+        return;
+    }
     for (NodeId child = tree[id].first; child != noNode; child = tree[child].next) {
         if (tree[child].kind == Kind::Parameter && isArray(child)) {
             copy(at, tree[child].range.begin, out);
@@ -216,20 +265,37 @@ void Repairer::functionHeader(NodeId id, Pieces& out, Pieces& declarations) {
     copy(at, tree[tree.lastChild(id)].range.begin, out);
 }
 
+/// What other languages hand over to `main`. Returns false if it is something else.
+bool Repairer::mainParameters(NodeId id, Pieces& out) {
+    const Function& function = model.functions()[model.functionAround(id)];
+    const bool hasArray =
+        std::any_of(function.parameters.begin(), function.parameters.end(),
+                    [&](VariableId each) { return model.variables()[each].isArray; });
+    if (function.name != "main" || !hasArray) {
+        return false;
+    }
+    const SourceRange first = tree[model.variables()[function.parameters.front()].node].range;
+    const SourceRange last = tree[model.variables()[function.parameters.back()].node].range;
+    say("array-parameter", Severity::Error, {first.begin, last.end}, "`main` has no parameters",
+        "leave them out: `void main()`");
+    copy(tree[id].range.begin, first.begin, out);
+    copy(last.end, tree[tree.lastChild(id)].range.begin, out);
+    return true;
+}
+
 void Repairer::arrayParameter(NodeId id, Pieces& out, Pieces& declarations) {
     const Variable& variable = model.variables()[model.declared(id)];
     const std::string name{variable.name};
     const Function& function = model.functions()[model.functionAround(id)];
-    if (function.name == "main") {
-        say("array-parameter", Severity::Error, tree[id].range, "`main` has no parameters",
-            "leave them out: `void main()`");
-        return;
-    }
+    const bool isCopied = inlined[model.functionAround(id)];
     say("array-parameter", Severity::Error, tree[id].range, "a function cannot take an array",
         "write what `" + std::string{function.name} +
             "` does where the array is declared, or hand "
             "over elements: `" +
             std::string{nameOf(variable.type)} + " " + name + "`");
+    if (isCopied) {
+        return;
+    }
     stayed = true;
     if (purpose == Purpose::Write || nameOf(variable.type).empty()) {
         return copy(id, out);

@@ -124,6 +124,7 @@ struct Slot {
     bool isArray;
     NodeId scope;  // of the declaration that used it last
     std::string name;
+    VariableId first;
 };
 
 }  // namespace
@@ -146,7 +147,7 @@ void Repairer::findLinkedName(const Function& function) {
     const bool isLinked =
         std::find(linkedNames.begin(), linkedNames.end(), function.name) != linkedNames.end();
     if (isLinked || function.name.substr(0, 5) == "krel_") {
-        const std::string name = fresh("my" + std::string{function.name});
+        const std::string name = freshFunction("my" + std::string{function.name});
         say("linked-name", Severity::Error, tree.wordRange(function.node),
             "the name `" + std::string{function.name} +
                 "` belongs to the run-time library or the system",
@@ -176,6 +177,7 @@ std::string Repairer::freeNameFor(const Variable& variable, const Function& func
 
 void Repairer::findNames() {
     for (const Function& function : model.functions()) {
+        currentFunction = model.functionAround(function.node);
         findLinkedName(function);
         std::unordered_map<std::string_view, std::vector<Slot>> slots;
         for (const VariableId number : function.variables) {
@@ -185,7 +187,7 @@ void Repairer::findNames() {
             const std::string name{variable.name};
             if (known.empty()) {
                 Slot slot = {variable.type, variable.isArray, variable.scope,
-                             freeNameFor(variable, function)};
+                             freeNameFor(variable, function), number};
                 if (slot.name != name) {
                     rename(number, slot.name);
                 }
@@ -203,19 +205,21 @@ void Repairer::findNames() {
                 say("redeclaration", Severity::Error, word, where,
                     "leave the type out: `" + free->name + " = ...`");
                 assignedOnly.insert(number);
+                sharedNames.emplace(number, free->first);
                 free->scope = variable.scope;
                 if (free->name != name) {
                     rename(number, free->name);
                 }
                 continue;
             }
-            Slot slot = {variable.type, variable.isArray, variable.scope, fresh(name)};
+            Slot slot = {variable.type, variable.isArray, variable.scope, fresh(name), number};
             say("redeclaration", Severity::Error, word, where,
                 "use another name: " + quoted(slot.name));
             rename(number, slot.name);
             known.push_back(std::move(slot));
         }
     }
+    currentFunction = noFunction;
 }
 
 }  // namespace krel::Check

@@ -238,8 +238,7 @@ void Repairer::bigLiteral(NodeId id, std::uint64_t value, Pieces& out) {
     constexpr std::uint64_t largest = 9223372036854775807U;
     const SourceRange range = tree[id].range;
     const Kind parent = tree[tree[id].parent].kind;
-    const bool hasRoom = value <= largest && parent != Kind::Index && parent != Kind::Cast &&
-                         parent != Kind::ArrayBound;
+    const bool hasRoom = value <= largest && parent != Kind::Index && parent != Kind::ArrayBound;
     if (!hasRoom) {
         say("big-literal", Severity::Warning, range, "an integer literal is cut to 32 bits",
             "2147483647 is the largest; compute larger values from smaller literals");

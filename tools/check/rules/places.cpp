@@ -255,7 +255,7 @@ void Repairer::wholeValue(NodeId id, NodeId operand, const Context& context, Pie
         value.insert(std::to_string(static_cast<std::int64_t>(number.real)), range);
     } else {
         if (wholeName.empty()) {
-            wholeName = fresh("whole");
+            wholeName = freshFunction("whole");
         }
         Context inside;
         inside.want = Word::Double;
@@ -321,6 +321,10 @@ void Repairer::cast(NodeId id, const Context& context, Pieces& out) {
 }
 
 void Repairer::call(NodeId id, const Context& context, Pieces& out) {
+    if (isInlined(id)) {
+        out.insert(inlineCall(id), tree[id].range);
+        return;
+    }
     const FunctionId callee = model.functionNamed(tree.wordOf(id));
     const bool mustMove = !context.calls || id < hoistCallsBefore;
     if (!mustMove || callee == noFunction || model.functions()[callee].type == Word::Void ||

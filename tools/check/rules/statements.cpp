@@ -221,6 +221,12 @@ void Repairer::function(NodeId id, Pieces& out) {
     currentFunction = outer;
 }
 
+/// A function that is written where it is called.
+void Repairer::removeFunction(NodeId id) {
+    Pieces ignored;
+    functionHeader(id, ignored, ignored);
+}
+
 void Repairer::statements(NodeId block, std::uint32_t& at, Pieces& out) {
     for (NodeId id = tree[block].first; id != noNode; id = tree[id].next) {
         copy(at, tree[id].range.begin, out);
@@ -251,7 +257,7 @@ void Repairer::statement(NodeId id, Pieces& out) {
     }
     switch (tree[id].kind) {
         case Kind::Function:
-            return function(id, out);
+            return inlined[model.functionAround(id)] ? removeFunction(id) : function(id, out);
         case Kind::Block:
             return blockWith(id, {}, {}, out);
         case Kind::Declaration:
@@ -260,11 +266,14 @@ void Repairer::statement(NodeId id, Pieces& out) {
         case Kind::If:
             return ifStatement(id, out);
         case Kind::While:
-            return whileStatement(id, out);
+            whileStatement(id, out);
+            return leaveAfter(id, out);
         case Kind::DoWhile:
-            return doStatement(id, out);
+            doStatement(id, out);
+            return leaveAfter(id, out);
         case Kind::For:
-            return forStatement(id, out);
+            forStatement(id, out);
+            return leaveAfter(id, out);
         case Kind::Return:
             return withPrelude(
                 id, [&](Pieces& text) { returnStatement(id, text); }, out);
@@ -278,10 +287,12 @@ void Repairer::statement(NodeId id, Pieces& out) {
         case Kind::Foreign:
             return foreignConstruct(id, out);
         case Kind::Switch:
-            return withPrelude(
+            withPrelude(
                 id, [&](Pieces& text) { switchStatement(id, text); }, out);
+            return leaveAfter(id, out);
         case Kind::ForEach:
-            return forEachStatement(id, out);
+            forEachStatement(id, out);
+            return leaveAfter(id, out);
         case Kind::Break:
             if (needlessBreaks.count(id) == 0) {
                 copy(id, out);
@@ -319,6 +330,10 @@ void Repairer::leaveOut(NodeId id, Pieces& out) {
 
 void Repairer::expressionStatement(NodeId id, Pieces& out) {
     const NodeId child = tree[id].first;
+    if (isInlined(child)) {
+        inlineCall(child);
+        return;
+    }
     copy(tree[id].range.begin, tree[child].range.begin, out);
     if (foreignPrint(child, out)) {
         return copy(tree[child].range.end, tree[id].range.end, out);
@@ -368,6 +383,9 @@ void Repairer::simple(NodeId id, Pieces& out) {
 }
 
 void Repairer::returnStatement(NodeId id, Pieces& out) {
+    if (!copies.empty()) {
+        return returnFromCopy(id, out);
+    }
     const NodeId value = tree[id].first;
     const Type type =
         currentFunction == noFunction ? Word::End : model.functions()[currentFunction].type;

@@ -354,6 +354,60 @@ TEST(RepairTest, WritesSwitchAsIf) {
     });
 }
 
+TEST(RepairTest, NumbersNamesInEachFunction) {
+    EXPECT_EQ(repaired("int f(int n) { return n % 3; }\nint g(int n) { return (n + 1) % 3 + (n + 2)"
+                       " % 3; }\nint h(int n) { return (n + 1) % 3; }\n"),
+              "int f(int n) { return (n - n / 3 * 3); }\n"
+              "int g(int n) { int dividend = (n + 1); int dividend2 = (n + 2);"
+              " return (dividend - dividend / 3 * 3) + (dividend2 - dividend2 / 3 * 3); }\n"
+              "int h(int n) { int dividend = (n + 1); return (dividend - dividend / 3 * 3); }\n");
+}
+
+TEST(RepairTest, WritesFunctionsThatTakeArraysWhereTheyAreCalled) {
+    const std::string body =
+        "int first(int t[], int n) { for (int k = 0; k < n; k++) { if (t[k] > 1) { return k; } }"
+        " return -1; }\n";
+    EXPECT_EQ(repaired(body + "void main() { int a[2] = {1, 2}; print(first(a, 1 + 1)); }\n"),
+              "\nvoid main() { int a[2] = {1, 2}; int n = 1 + 1; int firstResult = 0;"
+              " boolean firstDone = false; while (true) { for (int k = 0; k < n; k++)"
+              " { if (a[k] > 1) { firstResult = k; firstDone = true; break; } }"
+              " if (firstDone) { break; } firstResult = -1; break; } print(firstResult); }\n");
+    EXPECT_EQ(repaired("void fill(int* t) { t[0] = 1; }\nvoid main() { int a[2]; int b[2];"
+                       " fill(a); fill(b); print(a[0], b[0]); }\n"),
+              "\nvoid main() { int a[2]; int b[2]; { a[0] = 1; } { b[0] = 1; }"
+              " print(a[0], b[0]); }\n");
+    EXPECT_EQ(repaired("int last(int t[], int n) { n--; return t[n]; }\nint sum(int t[], int n)"
+                       " { return last(t, n) + n; }\nvoid main() { int a[2] = {1, 2}; int n = 2;"
+                       " while (sum(a, n) > 2) { n--; } }\n"),
+              "\n\nvoid main() { int a[2] = {1, 2}; int n = 2; while (true) { int sumResult = 0;"
+              " { int n2 = n; int lastResult = 0; { n2--; lastResult = a[n2]; }"
+              " sumResult = lastResult + n; } if (!(sumResult > 2)) { break; } n--; } }\n");
+}
+
+TEST(RepairTest, WritesFunctionsThatShareVariablesWhereTheyAreCalled) {
+    EXPECT_EQ(repaired("int count = 0;\nint t[2];\nint next() { count++; return count; }\n"
+                       "void main() { t[0] = next(); int x = next() + t[0]; print(x, count); }\n"),
+              "\n\n\nvoid main() { int count = 0; int t[2]; for (int tIndex = 0; tIndex < 2;"
+              " tIndex++) { t[tIndex] = 0; } int nextResult = 0; { count++; nextResult = count; }"
+              " t[0] = nextResult; int nextResult2 = 0; { count++; nextResult2 = count; }"
+              " int x = nextResult2 + t[0]; print(x, count); }\n");
+}
+
+TEST(RepairTest, LeavesFunctionsThatCannotBeCopied) {
+    for (const char* const text :
+         {"int f(int t[], int n) { if (n == 0) { return t[0]; } return f(t, n - 1); }\n"
+          "void main() { int a[2] = {1, 2}; print(f(a, 1)); }\n",
+          "int n = 0;\nvoid f() { n++; }\nvoid main() { int n = 1; f(); print(n); }\n",
+          "int f(int t[]) { return t[0]; }\nvoid main() { print(f(1)); }\n"}) {
+        const Tree tree = Syntax::read(text);
+        const Model model{tree};
+        const std::unordered_set<NodeId> nothing;
+        Repairer repairer{model, nothing, Repairer::Purpose::Write};
+        EXPECT_EQ(repairer.repair().textOver(text), text);
+        EXPECT_TRUE(repairer.hasStayed());
+    }
+}
+
 TEST(RepairTest, CountsThroughArrays) {
     expectRepairs({
         {"for (int x : a) { n += x; }",
@@ -389,6 +443,8 @@ TEST(RepairTest, WritesForeignWords) {
     EXPECT_EQ(repaired("int f(int x);\nint f(int x) { return x; }\n"),
               "\nint f(int x) { return x; }\n");
     EXPECT_EQ(repaired("public class Main {\nstatic void g() { }\n}\n"), "\nvoid g() { }\n\n");
+    EXPECT_EQ(repaired("int main(int argc, char* argv[]) { return 0; }\n"),
+              "void main() { return; }\n");
     EXPECT_EQ(repaired("import a.b;\nvoid main() { try { } catch (E e) { } }\n"),
               "\nvoid main() {  { }  }\n");
     EXPECT_EQ(repaired("// one\nint main(void) {\n    /* two */\n    return 0;\n}\n"),

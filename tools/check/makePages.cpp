@@ -1,6 +1,6 @@
-// Makes the table of rule pages from the comments of the rules. Comes in: the name of the file to
-// write, or --markdown for the pages as docs/check.md has them, on standard output; and the source
-// files. Goes out: that file. A page is a run of lines "/// ..." that begins with "/// # NAME".
+// Makes a table of rule pages from the comments of rules. Comes in: the name of the file to write,
+// the header that declares the function with the table, and the function's name; or --markdown for
+// the pages as documents have them, on standard output. Then the source files. Goes out: that file. A page is a run of lines "/// ..." that begins with "/// # NAME".
 
 #include <algorithm>
 #include <cstdlib>
@@ -10,6 +10,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -61,27 +62,29 @@ void writeMarkdown(const Pages& pages) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    const std::vector<std::string> words{argv + 1, argv + argc};
+    const bool asMarkdown = words.at(0) == "--markdown";
     Pages pages;
     try {
-        for (int index = 2; index < argc; ++index) {
-            readPages(argv[index], pages);
+        for (std::size_t index = asMarkdown ? 1 : 3; index < words.size(); ++index) {
+            readPages(words[index], pages);
         }
     } catch (const std::exception& exception) {
         std::cerr << exception.what() << "\n";
         return EXIT_FAILURE;
     }
-    if (std::string{argv[1]} == "--markdown") {
+    if (asMarkdown) {
         writeMarkdown(pages);
         return EXIT_SUCCESS;
     }
-    std::ofstream out{argv[1]};
-    out << "#include \"tools/check/ruleBook.hpp\"\n\nnamespace krel::Check {\n\n"
-        << "std::span<const RulePage> allRules() {\n    static constexpr RulePage pages[] = {\n";
+    std::ofstream out{words[0]};
+    out << "#include \"" << words.at(1) << "\"\n\nstd::span<const krel::Check::RulePage> "
+        << words.at(2) << "() {\n    static constexpr krel::Check::RulePage pages[] = {\n";
     for (const auto& [name, text] : pages) {
         const std::string title = "# " + name + "\n";
         out << "{" << literal(name) << ", " << literal(summaryOf(text)) << ",\n"
             << literal(title) << " " << literal(text) << "},\n";
     }
-    out << "    };\n    return pages;\n}\n\n}  // namespace krel::Check\n";
+    out << "    };\n    return pages;\n}\n";
     return out.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -2,6 +2,7 @@
 // or the list of all rules.
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -9,18 +10,38 @@
 #include "tools/krel/commands.hpp"
 #include "tools/krel/options.hpp"
 #include "tools/krel/report.hpp"
+#include "tools/machine/rules.hpp"
 
 namespace krel {
 
 namespace {
 
+/// The rules of krel check and those of checked runs, in the order of their names.
+std::vector<Check::RulePage> everyRule() {
+    std::vector<Check::RulePage> rules;
+    std::ranges::merge(Check::allRules(), Execution::rulePages(), std::back_inserter(rules), {},
+                       &Check::RulePage::name, &Check::RulePage::name);
+    return rules;
+}
+
+const Check::RulePage* findPage(const std::string& topic) {
+    const auto ofRuns = Execution::rulePages();
+    const auto found = std::ranges::find(ofRuns, topic, &Check::RulePage::name);
+    if (found != ofRuns.end()) {
+        return &*found;
+    }
+    const Check::RulePage* const page = Check::findRule(topic);
+    return page != nullptr ? page : Check::findRuleOfMessage(topic);
+}
+
 std::string listOfRules() {
+    const std::vector<Check::RulePage> rules = everyRule();
     std::size_t width = 0;
-    for (const Check::RulePage& page : Check::allRules()) {
+    for (const Check::RulePage& page : rules) {
         width = std::max(width, page.name.size());
     }
     std::string list;
-    for (const Check::RulePage& page : Check::allRules()) {
+    for (const Check::RulePage& page : rules) {
         list += std::string{page.name} + std::string(width + 2 - page.name.size(), ' ') +
                 std::string{page.summary} + "\n";
     }
@@ -42,8 +63,7 @@ int explain(Words words) {
     for (const std::string& word : topics) {
         topic += (topic.empty() ? "" : " ") + word;
     }
-    const Check::RulePage* page = Check::findRule(topic);
-    page = page == nullptr ? Check::findRuleOfMessage(topic) : page;
+    const Check::RulePage* const page = findPage(topic);
     if (page == nullptr) {
         throw WrongUse("explain: there is no rule or message '" + topic + "'", "krel explain");
     }
@@ -55,8 +75,8 @@ int explain(Words words) {
 
 constexpr Command explainCommand = {
     "explain",
-    "Tells more about a finding of krel check or a message of krelcc",
-    "Tells more about a finding of krel check or a message of krelcc.\n"
+    "Tells more about a finding, a fault of a checked run or a message",
+    "Tells more about a finding of krel check, a fault of a checked run, or a message of krelcc.\n"
     "\n"
     "Examples:\n"
     "  krel explain                       lists all rules\n"

@@ -14,10 +14,6 @@ namespace krel::Execution {
 
 namespace {
 
-constexpr std::array<std::string_view, ruleCount> ruleNames = {
-    "index-outside",    "unset-value", "missing-result",    "overflow",     "division-by-zero",
-    "division-overflow", "wrong-type",  "endless-recursion", "out-of-memory"};
-
 /// What an operation expects of its operands.
 struct Expectation {
     Tag left;
@@ -190,7 +186,8 @@ private:
         if (tag == Tags::notPassed) {
             found.message = "nothing was passed for the parameter " + subject(slot);
             found.help = function.name == "main" ? "main is called without arguments"
-                                                 : "pass a value of its type";
+                                                 : "pass a value of its type: a literal like `2.0` "
+                                                   "counts as an int";
         } else if (variable != nullptr && !variable->isDeclared && !variable->isTemporary) {
             found.message = subject(slot) + " is declared nowhere, and nothing has set it";
             found.help = "the compiler does not check names here: declare it, or correct its name";
@@ -304,18 +301,6 @@ const std::array<Describer::Wording, ruleCount> Describer::wordings = {
     &Describer::describeMemory};
 
 }  // namespace
-
-std::string_view nameOf(Rule rule) {
-    return ruleNames[static_cast<std::size_t>(rule)];
-}
-
-std::optional<Rule> ruleNamed(std::string_view name) {
-    const auto* const found = std::ranges::find(ruleNames, name);
-    if (found == ruleNames.end()) {
-        return std::nullopt;
-    }
-    return static_cast<Rule>(found - ruleNames.begin());
-}
 
 /// Memory that is exhausted, a full stack and a division by zero end the program in any case.
 bool Machine::isTolerated(Rule rule) {

@@ -16,7 +16,7 @@ enum class Rule : std::uint8_t {
     DivisionByZero,
     DivisionOverflow,
     WrongType,
-    EndlessRecursion,
+    DeepRecursion,
     OutOfMemory
 };
 inline constexpr std::size_t ruleCount = 9;

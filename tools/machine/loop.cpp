@@ -386,7 +386,7 @@ TakeReal:
 Call: {
     const Entry& callee = entries[static_cast<std::size_t>(ip->left)];
     if (frame - stack.begin() < ip->to + callee.slots) [[unlikely]] {
-        KREL_CHECK(false, isTolerated(Rule::EndlessRecursion));
+        KREL_CHECK(false, isTolerated(Rule::DeepRecursion));
         KREL_STOP(trapped(Trap::StackOverflow));
     }
     calls.push_back({ip + 1, frame});

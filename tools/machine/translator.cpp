@@ -119,13 +119,9 @@ std::vector<LossyToken> lossyTokensOf(const FrontEnd::Compilation& compilation) 
         if (token.code != T_INT_LITERAL || text.size() <= mostSafeDigits) {
             continue;
         }
-        std::uint64_t value = 0;  // the low bits
-        bool isLarge = false;
-        for (const char digit : text) {
-            value = value * 10 + static_cast<std::uint64_t>(digit - '0');
-            isLarge = isLarge || value > std::numeric_limits<std::int32_t>::max();
-        }
-        if (isLarge) {
+        std::int64_t value = std::numeric_limits<std::int64_t>::max();  // for a larger one, too
+        std::from_chars(text.data(), text.data() + text.size(), value);
+        if (value > std::numeric_limits<std::int32_t>::max()) {
             found.push_back({token.range, static_cast<std::int32_t>(value)});
         }
     }
@@ -642,7 +638,8 @@ private:
         jumps.emplace_back(instruction, static_cast<int>(integerOf(block.text())));
     }
 
-    /// The line uses an integer literal that was cut, and covers one that was.
+    /// The line uses an integer literal that was cut, and covers one that was. A negative one reads
+    /// as the operator "-" and its magnitude.
     void addLostDigits(const krel::Instruction& read) {
         const SourceRange range = compilation.irLines()[line].source;
         auto token = std::ranges::lower_bound(lossyTokens, range.begin, {}, [](const auto& each) {
@@ -655,7 +652,7 @@ private:
                     operand = reader.operandOf(elementOf(operand).index);
                 }
                 if (operand.kind() == Operand::Kind::Integer &&
-                    integerOf(operand.text()) == token->taken) {
+                    std::abs(integerOf(operand.text())) == std::abs(token->taken)) {
                     emit(LostDigits, static_cast<std::int32_t>(code.lost.size()));
                     code.lost.push_back({static_cast<std::uint32_t>(line),
                                          std::string{compilation.textOf(token->range)},

@@ -233,7 +233,7 @@ TEST(MachineTest, AFaultHasPlaceWordsAndCalls) {
 TEST(MachineTest, AFullStackIsToldWithTheCallsAtItsEnds) {
     Session run{"void down() {\n    down();\n}\nvoid main() {\n    down();\n}\n"};
     EXPECT_EQ(run.machine.run().reason, Stop::Reason::Faulted);
-    EXPECT_EQ(run.machine.fault().rule, Rule::EndlessRecursion);
+    EXPECT_EQ(run.machine.fault().rule, Rule::DeepRecursion);
     const std::string report = reportOf(*run.compilation, "p.krl", run.machine, false);
     EXPECT_NE(report.find(" more calls ..."), report.npos);
     EXPECT_LT(std::ranges::count(report, '\n'), 30);

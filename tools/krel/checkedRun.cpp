@@ -9,13 +9,17 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <utility>
 
 #include "codegen/runtime/output.hpp"
 #include "codegen/runtime/report.hpp"
 #include "tools/krel/report.hpp"
+#include "tools/machine/profile.hpp"
 #include "tools/machine/report.hpp"
+#include "tools/machine/trace.hpp"
 #include "tools/machine/translator.hpp"
 
 namespace krel {
@@ -94,8 +98,7 @@ int refuse(const FrontEnd::Compilation& compilation) {
 
 /// Ends as the program has.
 int finish(const Stop& stop, const FrontEnd::Compilation& compilation, const std::string& path,
-           const Execution::Machine& machine, std::uint64_t limit) {
-    standardOutput.flush();
+           const Execution::Machine& machine) {
     switch (stop.reason) {
         case Stop::Reason::Trapped:
             return endBy(stop.trap);
@@ -106,13 +109,44 @@ int finish(const Stop& stop, const FrontEnd::Compilation& compilation, const std
             throw std::runtime_error("run: the function '" + std::string{stop.name} +
                                      "' is not in the program; only a compiled one can call it");
         case Stop::Reason::Steps:
-            complain("run: stopped after " + std::to_string(limit) + " steps");
+            writeError(reportOfLimit(compilation, path, machine, wantsColours()));
             return faulted;
         case Stop::Reason::Watched:
         case Stop::Reason::Ended:
             break;
     }
     return standardOutput.hasFailed() ? failed : stop.status;
+}
+
+Stop execute(const FrontEnd::Compilation& compilation, const std::string& path,
+             Execution::Machine& machine, const CheckedRun& run) {
+    if (!run.traces) {
+        return machine.run(run.limit);
+    }
+    Execution::Trace trace{compilation, path, machine, [](const std::string& line) {
+                               standardOutput.flush();
+                               writeError(line);
+                           }};
+    return trace.run(run.limit);
+}
+
+/// Writes what was counted to where it is wanted.
+void tellCounts(const FrontEnd::Compilation& compilation, const std::string& path,
+                const Execution::Machine& machine, const CheckedRun& run) {
+    if (!run.profiles && run.coverage.empty()) {
+        return;
+    }
+    const Execution::Profile profile{compilation, machine};
+    if (run.profiles) {
+        writeError(profile.asText());
+    }
+    if (!run.coverage.empty()) {
+        std::ofstream file{run.coverage, std::ios::binary};
+        file << profile.asLcov(std::filesystem::absolute(path).native());
+        if (!file.flush()) {
+            throw systemError("run: cannot write " + run.coverage);
+        }
+    }
 }
 
 }  // namespace
@@ -126,12 +160,15 @@ int runChecked(std::string text, const std::string& path, const CheckedRun& run)
         return refuse(*compilation);
     }
     Execution::Wanted wanted;
-    wanted.stops = run.limit != Execution::Machine::noLimit;
+    wanted.stops = run.traces || run.limit != Execution::Machine::noLimit;
+    wanted.counts = run.profiles || !run.coverage.empty();
     const Execution::Code code = translate(*compilation, wanted);
     StandardOutput output;
     Execution::Machine machine{code, {run.checks, run.allowed, stackSize()}, output};
-    const Stop stop = machine.run(run.limit);
-    return finish(stop, *compilation, path, machine, run.limit);
+    const Stop stop = execute(*compilation, path, machine, run);
+    standardOutput.flush();
+    tellCounts(*compilation, path, machine, run);
+    return finish(stop, *compilation, path, machine);
 }
 
 }  // namespace krel

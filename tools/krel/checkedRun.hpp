@@ -12,6 +12,9 @@ struct CheckedRun {
     Execution::RuleSet allowed;
     bool checks = true;
     std::uint64_t limit = Execution::Machine::noLimit;  // steps
+    bool traces = false;                                // each line, on standard error
+    bool profiles = false;                              // at the end, on standard error
+    std::string coverage;                               // the file for lcov; empty for none
 };
 
 /// The exit status after a fault: that of a program that was aborted.

@@ -45,7 +45,13 @@ std::runtime_error explainFailedStart(const std::string& name, int executable) {
 struct CheckedOptions {
     bool checked = false;
     std::vector<std::string> allowed;
-    std::uint64_t limit = Execution::Machine::noLimit;
+    CheckedRun run;
+
+    /// Whether krel executes the program: any of the options is for that.
+    bool wantsMachine() const {
+        return checked || !allowed.empty() || run.traces || run.profiles ||
+               !run.coverage.empty() || run.limit != Execution::Machine::noLimit;
+    }
 };
 
 void addOptions(CLI::App& app, CheckedOptions& options) {
@@ -54,12 +60,14 @@ void addOptions(CLI::App& app, CheckedOptions& options) {
         ->type_name("RULE,...")
         ->delimiter(',')
         ->allow_extra_args(false);
-    app.add_option("--limit", options.limit, "Stop after so many steps")->type_name("STEPS");
+    app.add_option("--limit", options.run.limit, "Stop after so many steps")->type_name("STEPS");
+    app.add_flag("--trace", options.run.traces, "Show each line that runs, and what it changes");
+    app.add_flag("--profile", options.run.profiles, "Show at the end how often each line has run");
+    app.add_option("--coverage", options.run.coverage, "Write the same for lcov")->type_name("FILE");
 }
 
 CheckedRun settingsOf(const CheckedOptions& options) {
-    CheckedRun settings;
-    settings.limit = options.limit;
+    CheckedRun settings = options.run;
     for (const std::string& name : options.allowed) {
         const auto rule = Execution::ruleNamed(name);
         if (name == "all") {
@@ -100,7 +108,7 @@ int run(Words words) {
     if (rest->empty()) {
         throw WrongUse("run: PROGRAM.krl is missing", "krel help run");
     }
-    if (options.checked) {
+    if (options.wantsMachine()) {
         return runByMachine(rest->front(), settingsOf(options));
     }
     const Program program = programNamed(rest->front());
@@ -124,11 +132,15 @@ constexpr Command runCommand = {
     "  krel run hello.krl                     runs the program in hello.krl\n"
     "  krel run - < hello.krl                 runs the program on standard input\n"
     "  krel run --native=system hello.krl     lets gcc or clang assemble and link\n"
+    "  krel run --checked hello.krl           executes it, and stops at the first fault\n"
+    "  krel run --allow=overflow hello.krl    the same, but lets numbers wrap around\n"
     "\n"
     "Usage: krel run [OPTIONS] PROGRAM.krl [ARGUMENT...]\n"
     "\n"
     "All that follows PROGRAM.krl are arguments of the program. The exit status is the program's,\n"
-    "or that of the compiler, krelcc, for a program with faults: 1.\n",
+    "or that of the compiler, krelcc, for a program with faults: 1. With --checked, or one of the\n"
+    "options that are listed behind it, the program is executed without being compiled; at a fault\n"
+    "the exit status is 134. `krel explain RULE` tells more about a fault.\n",
     run,
 };
 

@@ -45,6 +45,7 @@ inline constexpr Tag notPassed = 32;    // a parameter for which there was no ar
 #define KREL_OPERATIONS(OP)                                                                      \
     /* Before a line of the intermediate code; to: its number. */                               \
     OP(Line, 0, 0)                                                                               \
+    /* The same, or at the beginning of a function; to: the number of the counter. */           \
     OP(Count, 0, 0)                                                                              \
     /* An integer literal has lost digits; to: the number of the place. */                      \
     OP(LostDigits, 0, 0)                                                                         \
@@ -188,7 +189,7 @@ struct LostLiteral {
 /// Which instructions are wanted besides those that do the program's work.
 struct Wanted {
     bool stops = false;   // Line before each line of the intermediate code; lines are not joined
-    bool counts = false;  // the same with Count
+    bool counts = false;  // the same with Count; also before each function
 };
 
 /// A translated program. It owns the bytes of all constant texts, whose addresses programs compare.

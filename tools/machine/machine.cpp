@@ -56,7 +56,7 @@ Machine::Machine(const Code& itsCode, const Settings& settings, Sink& itsSink)
       stack(settings.stackSize, settings.checked),
       state{code.entryOfMain, stack.end()},
       watched(code.lineCount),
-      lineCounts(code.lineCount),
+      lineCounts(code.lineCount + code.functions.size()),
       roots(std::make_unique<Roots>(*this)) {
     std::fill(std::begin(state.wholeTags), std::end(state.wholeTags), Tags::notPassed);
     std::fill(std::begin(state.realTags), std::end(state.realTags), Tags::notPassed);

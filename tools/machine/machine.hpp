@@ -112,6 +112,10 @@ public:
     bool isWatched(std::size_t line) const { return watched[line] != 0; }
     /// How often each line was run, if the code was translated with Wanted::counts.
     const std::vector<std::uint64_t>& counts() const { return lineCounts; }
+    /// How often a function was called, in the same case.
+    std::uint64_t callsOf(std::size_t function) const {
+        return lineCounts[code.lineCount + function];
+    }
 
     /// The line of the intermediate code that is next, or at which the machine was stopped by a
     /// fault or a trap; Code::noLine before main and behind it.
@@ -209,7 +213,7 @@ private:
     std::vector<Entry> entries;  // of all functions
     std::vector<Caller> calls;
     std::vector<std::uint8_t> watched;
-    std::vector<std::uint64_t> lineCounts;
+    std::vector<std::uint64_t> lineCounts;  // behind them those of the functions
     Fault found;
     std::unique_ptr<Roots> roots;
 };

@@ -47,17 +47,32 @@ std::string callsOf(const FrontEnd::Compilation& compilation, const std::string&
     return text;
 }
 
+std::string report(const FrontEnd::Compilation& compilation, const std::string& path,
+                   const Machine& machine, std::string_view rule, const Fault& fault,
+                   bool colours) {
+    const std::string& function = machine.program().functions[machine.call(0).function].name;
+    Check::CheckedFile file{path, compilation.text(), {}};
+    file.report.findings.push_back({rule, Check::Severity::Error,
+                                    sourceOf(compilation, function, fault.line), fault.message,
+                                    fault.help});
+    return Check::textOf(file, colours) + callsOf(compilation, path, machine);
+}
+
 }  // namespace
 
 std::string reportOf(const FrontEnd::Compilation& compilation, const std::string& path,
                      const Machine& machine, bool colours) {
     const Fault& fault = machine.fault();
-    const std::string& function = machine.program().functions[machine.call(0).function].name;
-    Check::CheckedFile file{path, compilation.text(), {}};
-    file.report.findings.push_back({nameOf(fault.rule), Check::Severity::Error,
-                                    sourceOf(compilation, function, fault.line), fault.message,
-                                    fault.help});
-    return Check::textOf(file, colours) + callsOf(compilation, path, machine);
+    return report(compilation, path, machine, nameOf(fault.rule), fault, colours);
+}
+
+std::string reportOfLimit(const FrontEnd::Compilation& compilation, const std::string& path,
+                          const Machine& machine, bool colours) {
+    const Fault fault{{}, machine.line(),
+                      std::to_string(machine.stepsDone()) + " steps are done, and the program is "
+                                                            "still running",
+                      "give it a larger --limit, or let its loops end"};
+    return report(compilation, path, machine, "step-limit", fault, colours);
 }
 
 }  // namespace krel::Execution

@@ -12,4 +12,8 @@ namespace krel::Execution {
 std::string reportOf(const FrontEnd::Compilation& compilation, const std::string& path,
                      const Machine& machine, bool colours);
 
+/// The same about a program that was stopped after so many steps.
+std::string reportOfLimit(const FrontEnd::Compilation& compilation, const std::string& path,
+                          const Machine& machine, bool colours);
+
 }  // namespace krel::Execution

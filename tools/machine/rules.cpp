@@ -210,6 +210,35 @@
 /// n = 65536 * 65536;
 /// ```
 
+/// # step-limit
+///
+/// ## What it finds
+///
+/// A program that is still running after as many steps as `--limit` allows.
+///
+/// ## Why
+///
+/// A loop may never end. A step is a line of the intermediate code: a statement has one for each
+/// operator, and a few more.
+///
+/// ## Example
+///
+/// With `--limit=1000`:
+///
+/// ```krel example fragment
+/// while (i > 0) {
+///     i++;
+/// }
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// while (i < 100) {
+///     i++;
+/// }
+/// ```
+
 /// # unset-value
 ///
 /// ## What it finds

@@ -172,6 +172,10 @@ private:
         blocks.clear();
         jumps.clear();
         std::size_t inFunction = 0;
+        if (wanted.counts) {
+            emit(Count, static_cast<std::int32_t>(compilation.irLines().size() +
+                                                  functionNumbers.at(made.name)));
+        }
         for (const IRBasicBlock& block : function.getBlocks()) {
             blocks[block.getNumber()] = next();
             barrier = next();

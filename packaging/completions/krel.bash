@@ -4,7 +4,7 @@
 # The options of a command.
 _krel_options() {
     case $1 in
-        run) echo "--native --help" ;;
+        run) echo "--native --checked --allow --limit --trace --profile --coverage --help" ;;
         build) echo "-o --native --help" ;;
         check) echo "--fix --fix=all --diff --hints --format --color --help" ;;
         fmt) echo "--check --help" ;;
@@ -47,7 +47,7 @@ _krel() {
         COMPREPLY=($(compgen -W "safe all" -- "$cur"))
     elif [[ -n $values ]]; then
         COMPREPLY=($(compgen -W "$values" -- "$cur"))
-    elif [[ $prev == -o ]] || { [[ $command == run ]] && _krel_has_program; }; then
+    elif [[ $prev == -o || $prev == --coverage ]] || { [[ $command == run ]] && _krel_has_program; }; then
         _filedir
     elif [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$(_krel_options "$command")" -- "$cur"))

@@ -16,6 +16,13 @@ complete -c krel -n $programs -k -a '(__fish_complete_suffix .krl)'
 
 set -l native '__fish_seen_subcommand_from run build'
 complete -c krel -n $native -l native -x -a 'own system' -d 'Who assembles and links'
+set -l run '__fish_seen_subcommand_from run'
+complete -c krel -n $run -l checked -d 'Stop at the first fault'
+complete -c krel -n $run -l allow -x -d 'Let the faults of a rule pass'
+complete -c krel -n $run -l limit -x -d 'Stop after so many steps'
+complete -c krel -n $run -l trace -d 'Show each line that runs'
+complete -c krel -n $run -l profile -d 'Show how often each line has run'
+complete -c krel -n $run -l coverage -r -F -d 'Write the same for lcov'
 complete -c krel -n '__fish_seen_subcommand_from build' -s o -r -F -d 'Name the executable'
 
 set -l check '__fish_seen_subcommand_from check'

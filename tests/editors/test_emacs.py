@@ -133,7 +133,7 @@ class Emacs(unittest.TestCase):
                                timeout=TIMEOUT_SECONDS).stdout for command in ("run", "check"))
         answer = self.ask("", output=output)
         # The compiler's messages have no columns, those of krel check do.
-        self.assertEqual(answer["problems"], [[2, None], [3, None], [2, 9], [3, 14]])
+        self.assertEqual(answer["problems"], [[2, None], [3, None], [2, 13], [3, 14]])
 
 
 if __name__ == "__main__":

@@ -25,11 +25,20 @@ bool isUnnecessary(std::string_view rule) {
     return rule == "unused-variable" || rule == "unused-function" || rule == "unreachable-code";
 }
 
+/// What an editor underlines. Where something is missing, that is the place and not all up to the
+/// next word, which may lie lines below.
+SourceRange underlined(const Check::Finding& finding) {
+    if (finding.rule == "missing-token") {
+        return {finding.range.begin, finding.range.begin};
+    }
+    return finding.range;
+}
+
 }  // namespace
 
 Json toJson(const Document& document, const Check::Finding& finding) {
     Json diagnostic = {
-        {"range", toJson(document, finding.range)},
+        {"range", toJson(document, underlined(finding))},
         {"severity", levelOf(finding.severity)},
         {"code", finding.rule},
         {"source", "krel"},

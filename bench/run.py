@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Measures krelcc against the native build, other compilers and itself, and prints tables.
 
-Usage: script/bench [--quick] [--only PART]... [--save]
+Usage: script/bench [--quick] [--only PART]... [--edits N] [--save]
 
 Parts: sizes (programs of 20 lines to a million, with all the targets on them), growth (time at 2N
 over time at N for each input that is large in one way), native (our native build against gcc's),
-json, diagnostics, phases.
+json, diagnostics, phases, lsp (from an edit to the diagnostics, in milliseconds of wall time).
 
 Compared commands are run in turn, A B A B ..., and a ratio is the median of the ratios of the
 rounds: what slows the machine down for a while meets both. `own` is krelcc with a `gcc` that does
@@ -24,6 +24,7 @@ import sys
 import tempfile
 
 import inputs
+import lsp
 import program
 from measuring import Workshop, in_turn, median, ratio, require
 
@@ -315,6 +316,34 @@ def phase_rows(workshop, build):
             for phase, milliseconds in medians.items()]
 
 
+# Edits of a program of 1,000 lines, and of one of 5 MB.
+EDITS = 4_000
+QUICK_EDITS = 400
+LARGE_LINES = 185_000
+LARGE_EDITS = 12
+
+
+def lsp_rows(workshop, quick, edits):
+    edits = edits or (QUICK_EDITS if quick else EDITS)
+    session = lsp.session(workshop.krel, 1_000, edits)
+    usual, slow = lsp.median_and_p95(session.times)
+    print(f"\nkrel lsp, 1k lines: opened in {session.opening:.1f} ms; {len(session.times)} edits,"
+          f" {session.cpu:.1f} ms of CPU time each, the slowest {max(session.times):.1f} ms;"
+          f" {session.early} KB of memory after a tenth of them, {session.late} KB at the end",
+          flush=True)
+    rows = [Row("ms from edit to diagnostics, 1k lines, median", 10, usual),
+            Row("ms from edit to diagnostics, 1k lines, 95 of 100", 10, slow),
+            Row("CPU ms of an edit, 1k lines", None, session.cpu),
+            Row("memory at the end / after a tenth of the edits", 1.1,
+                session.late / session.early)]
+    if not quick:
+        large = lsp.session(workshop.krel, LARGE_LINES, LARGE_EDITS)
+        print(f"krel lsp, {short(LARGE_LINES)} lines (5 MB): opened in {large.opening:.0f} ms;"
+              f" {large.late / 1024:.0f} MB of memory", flush=True)
+        rows.append(Row("CPU ms of an edit, 5 MB", None, large.cpu))
+    return rows
+
+
 def print_table(rows, baseline):
     print(f"\n{'what':<58} {'target':>7} {'measured':>9}  {'verdict':<7} {'moved':>7}")
     for row in rows:
@@ -327,12 +356,14 @@ def print_table(rows, baseline):
 
 def main():
     parser = argparse.ArgumentParser(prog="script/bench", description=__doc__.splitlines()[0])
-    parts = ["sizes", "growth", "native", "json", "diagnostics", "phases"]
+    parts = ["sizes", "growth", "native", "json", "diagnostics", "phases", "lsp"]
     parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--quick", action="store_true",
                         help="up to 10k lines, large inputs a tenth as large, fewer rounds")
     parser.add_argument("--only", action="append", choices=parts, metavar="PART",
                         help=f"one of: {', '.join(parts)}; may be repeated")
+    parser.add_argument("--edits", type=int, metavar="N",
+                        help=f"edits of a program of 1,000 lines by lsp ({EDITS} by default)")
     parser.add_argument("--save", action="store_true",
                         help="make the ratios measured now the new baseline")
     options = parser.parse_args()
@@ -349,6 +380,7 @@ def main():
             "json": lambda: json_rows(workshop, options.quick),
             "diagnostics": lambda: diagnostic_rows(workshop, options.quick),
             "phases": lambda: phase_rows(workshop, options.build.resolve()),
+            "lsp": lambda: lsp_rows(workshop, options.quick, options.edits),
         }
         for part in parts:
             if part in wanted:

@@ -98,6 +98,18 @@ class Emacs(unittest.TestCase):
         self.assertEqual(dict(zip(FACES, answer["faces"])), FACES)
         self.assertEqual(answer["functions"], ["*Rescan*", "twice"])
 
+    def test_block_that_nothing_closes(self):
+        """It is a comment of its own line, as to the scanner."""
+        faces = self.ask("#{ int\nint x;\n}}# int\n", places=[(1, 4), (2, 1), (3, 5)])["faces"]
+        self.assertEqual(faces, [COMMENT, "font-lock-type-face", COMMENT])
+
+    def test_long_block(self):
+        """Emacs looks at a text in pieces; this block lies in several, and braces between them."""
+        lines = "int }}\n" * 2000
+        program = f"#{{\n{lines}}}# int x;\n"
+        faces = self.ask(program, places=[(2, 1), (1000, 1), (2001, 1), (2002, 1), (2002, 4)])
+        self.assertEqual(faces["faces"], [*[COMMENT] * 4, "font-lock-type-face"])
+
     def test_words(self):
         texts = [(group, text) for group, texts in WORDS.items() for text in texts]
         # Every text on two lines: alone, and as a part of a name if it is a word.

@@ -23,6 +23,15 @@ bool Repairer::isAtom(NodeId id) const {
     return tree[id].kind == Kind::Name || tree[id].kind == Kind::Literal;
 }
 
+/// Whether it is an operand of an operator that binds as strongly as a difference.
+bool Repairer::isOperand(NodeId id) const {
+    const NodeId parent = tree[id].parent;
+    const Word op = tree[parent].op;
+    const bool isWeak = isComparison(op) || op == Word::And || op == Word::Or;
+    return (tree[parent].kind == Kind::Binary && !isWeak) || tree[parent].kind == Kind::Unary ||
+           tree[parent].kind == Kind::Cast;
+}
+
 /// Whether the compiler takes it as an index.
 bool Repairer::isIndexAtom(NodeId id) const {
     return tree[id].kind == Kind::Name ||
@@ -127,6 +136,12 @@ void Repairer::unary(NodeId id, const Context& context, Pieces& out) {
         return complement(id, out);
     }
     copy(tree[id].range.begin, tree[operand].range.begin, out);
+    if (isInlined(operand)) {
+        say("unary-call", Severity::Error, tree[id].range,
+            "`" + std::string{tree.wordOf(id)} + "` cannot stand before a call",
+            "store the result first");
+        return expression(operand, inside, out);
+    }
     if (tree[operand].kind == Kind::Call) {
         const Type type = model.meant(operand);
         Pieces value;

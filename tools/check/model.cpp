@@ -290,7 +290,10 @@ void Model::declare(NodeId id) {
     }
     variable.isArray = !variable.bounds.empty();
     if (variable.type == Word::Name) {  // `var x = 1`
-        variable.type = variable.initial == noNode ? Word::End : meantTypes[variable.initial];
+        const bool isList =
+            variable.initial != noNode && source[variable.initial].kind == Kind::List;
+        const NodeId value = isList ? source[variable.initial].first : variable.initial;
+        variable.type = value == noNode ? Word::End : meantTypes[value];
     }
     NodeId scope = source[id].parent;
     while (scope != noNode && !isScope(source[scope].kind)) {

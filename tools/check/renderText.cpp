@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <utility>
 
 #include "tools/check/render.hpp"
@@ -83,6 +84,7 @@ std::string textOf(const CheckedFile& file, bool colours) {
     const Style& style = colours ? coloured : plain;
     const LineIndex lines{file.text};
     std::string all;
+    std::set<std::pair<std::string_view, std::string_view>> shownHelps;  // once for each rule
     for (const Finding& finding : file.report.findings) {
         const LineAndColumn place = lines.positionOf(finding.range.begin);
         const std::string_view colour =
@@ -92,7 +94,7 @@ std::string textOf(const CheckedFile& file, bool colours) {
                std::string{nameOf(finding.severity)} + std::string{style.none} + ": " +
                shown(finding.message) + " [" + std::string{finding.rule} + "]\n";
         all += excerptOf(file.text, lines, finding.range, style, colour);
-        if (!finding.help.empty()) {
+        if (!finding.help.empty() && shownHelps.emplace(finding.rule, finding.help).second) {
             all += "   help: " + shown(finding.help) + "\n";
         }
     }

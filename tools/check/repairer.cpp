@@ -171,6 +171,13 @@ void Repairer::say(std::string_view rule, Severity severity, SourceRange range, 
     }
 }
 
+/// Whether a text is one name or one number.
+bool Repairer::isWord(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char letter) {
+        return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '_';
+    });
+}
+
 std::string Repairer::quoted(std::string_view text) {
     return "`" + std::string{text} + "`";
 }
@@ -285,6 +292,8 @@ void Repairer::flush(Prelude& statements, NodeId id, Pieces& out) {
 void Repairer::withPrelude(NodeId id, const Write& write, Pieces& out) {
     Prelude outer;
     std::swap(outer, prelude);
+    Prelude outerPostlude;
+    std::swap(outerPostlude, postlude);
     const NodeId outerLimit = std::exchange(hoistCallsBefore, 0);
     const NodeId outerLast = std::exchange(lastHoistWithCall, 0);
     const NodeId outerFirst = std::exchange(firstCallInPlace, noNode);
@@ -331,7 +340,7 @@ void Repairer::withPrelude(NodeId id, const Write& write, Pieces& out) {
         out.insert(separatorOf(id), tree[id].range);
         out.append(std::move(each));
     }
-    postlude.clear();
+    postlude = std::move(outerPostlude);
 }
 
 /// Declares a variable in the prelude and returns its name.

@@ -98,6 +98,7 @@ private:
     std::string indentOf(NodeId statement) const;
     std::string separatorOf(NodeId statement) const;
     static std::string quoted(std::string_view text);
+    static bool isWord(std::string_view text);
 
     // Preludes (repairer.cpp)
     Prelude capture(const Write& write);
@@ -110,7 +111,6 @@ private:
     void program(Pieces& out);
     void copyTopLevel(NodeId parent, std::uint32_t begin, std::uint32_t end, Pieces& out);
     void function(NodeId id, Pieces& out);
-    void removeFunction(NodeId id);
     void statement(NodeId id, Pieces& out);
     void statements(NodeId block, std::uint32_t& at, Pieces& out);
     void expressionStatement(NodeId id, Pieces& out);
@@ -125,6 +125,7 @@ private:
     void forStatement(NodeId id, Pieces& out);
     void condition(NodeId id, Pieces& out);
     Pieces leaveUnless(NodeId condition, Pieces&& text) const;
+    bool isOperand(NodeId id) const;
     bool continues(NodeId body) const;
     Prelude forInit(NodeId part, Pieces& out);
     Prelude forUpdate(NodeId part);
@@ -164,6 +165,7 @@ private:
 
     // rules/
     void planInlining();
+    void judgeInlined();
     void placeGlobals();
     bool canInline();
     std::size_t bytesOfCopy(FunctionId number, int depth);
@@ -203,7 +205,7 @@ private:
     static Word bitOperatorOf(Word assignment);
     static bool isBitOperator(Word op);
     std::string addedFunctions() const;
-    std::string asArithmetic(Word op, NodeId left, NodeId right, Pieces& text);
+    std::string asArithmetic(NodeId id, Word op, Pieces& text);
     Pieces bitOperation(NodeId id, Word op, const Context& context, Pieces&& left);
     std::optional<std::int64_t> folded(NodeId id, int depth) const;
     static std::optional<std::int64_t> foldedNumber(Word word, std::string_view text);
@@ -238,6 +240,13 @@ private:
     bool coerceLiteral(NodeId id, Type want, Pieces& out);
     std::string atomFor(NodeId id, const std::string& base, Pieces&& text);
     void choose(NodeId id, const Context& context, Pieces& out);
+    bool isDecided(NodeId id, Type type) const;
+    Pieces decision(NodeId id, Type type, const std::string& begin, bool isComplete);
+    Pieces branch(NodeId id, Type type, const std::string& begin);
+    void sayDecided(NodeId id, const std::string& text);
+    bool decidedStatement(NodeId statement, NodeId value, Type type, const std::string& begin,
+                          Pieces& out);
+    bool decidedDeclarator(NodeId id, Pieces& out);
     void nestedAssignment(NodeId id, const Context& context, Pieces& out);
     void nestedUpdate(NodeId id, Pieces& out);
     Pieces remainder(NodeId id, Pieces&& left);
@@ -325,6 +334,7 @@ private:
     std::vector<bool> inlined;                     // by function: it is written where it is called
     std::vector<std::size_t> copiedBytes;          // by function
     std::vector<Copy> copies;                      // that are being written, the innermost last
+    bool isJudging = false;                        // functions are written for their findings only
     std::map<VariableId, VariableId> sharedNames;  // to the variable declared before
     std::unordered_set<NodeId> needlessBreaks;     // at the end of cases
     std::map<std::string, std::string> constants;  // of the function at hand: by type and value

@@ -991,7 +991,7 @@ private:
             } else if ((at(Word::Increment) || at(Word::Decrement)) && !token().beginsLine) {
                 const std::uint32_t op = next++;
                 reduce(Kind::Update, mark, words[op].word, op).foreign = true;
-            } else if (at(Word::Dot) && at(Word::Name, 1)) {
+            } else if (at(Word::Dot) && (at(Word::Name, 1) || at(Word::Print, 1))) {
                 const std::uint32_t name = next + 1;
                 next += 2;
                 const bool isCall = at(Word::LeftParenthesis);

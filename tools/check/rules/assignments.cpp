@@ -278,6 +278,11 @@ std::string Repairer::atomFor(NodeId id, const std::string& base, Pieces&& text)
         (isAtom(core) || tree[core].kind == Kind::Index)) {
         return written;
     }
+    if (tree[id].kind == Kind::Parentheses && written.front() == '(' && written.back() == ')') {
+        Pieces bare;  // the declaration needs none
+        bare.insert(written.substr(1, written.size() - 2), tree[id].range);
+        return hoist(Word::Int, base, std::move(bare), id);
+    }
     return hoist(Word::Int, base, std::move(text), id);
 }
 
@@ -297,7 +302,7 @@ Pieces Repairer::remainder(NodeId id, Pieces&& left) {
     say("remainder", Severity::Error, tree.wordRange(id), "there is no operator `%`",
         "write " + quoted(text));
     Pieces result;
-    result.insert("(" + text + ")", range);
+    result.insert(isOperand(id) ? "(" + text + ")" : text, range);
     return result;
 }
 
@@ -355,9 +360,10 @@ void Repairer::nestedUpdate(NodeId id, Pieces& out) {
         name = hoist(type, "before", std::move(value), operand);
     }
     const std::string sign = tree[id].op == Word::Increment ? " + " : " - ";
-    const std::string one = type == Word::Double ? doubleConstant(id, 1.0) : "1";
     Pieces step;
-    step.insert(text + " = " + text + sign + one + ";", tree[id].range);
+    step.insert(type == Word::Double ? text + " = " + text + sign + doubleConstant(id, 1.0) + ";"
+                                     : text + std::string{tree.wordOf(id)} + ";",
+                tree[id].range);
     prelude.push_back(std::move(step));
     say("step-value", Severity::Error, tree[id].range,
         "`" + std::string{tree.wordOf(id)} + "` is a statement and has no value",

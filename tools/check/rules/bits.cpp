@@ -154,7 +154,9 @@ std::string Repairer::addedFunctions() const {
 }
 
 /// The operation as arithmetic: by a literal on its right side. Empty when it needs a function.
-std::string Repairer::asArithmetic(Word op, NodeId left, NodeId right, Pieces& text) {
+std::string Repairer::asArithmetic(NodeId id, Word op, Pieces& text) {
+    const NodeId left = tree[id].first;
+    const NodeId right = tree.child(id, 1);
     const NodeId literal = inner(right);
     const Number number = numberOf(tree.textOf(literal));
     constexpr std::uint64_t mostShifts = 30;
@@ -165,7 +167,8 @@ std::string Repairer::asArithmetic(Word op, NodeId left, NodeId right, Pieces& t
     if (op == Word::BitAnd && isPowerOfTwo(value + 1) && value > 0 && value < 2147483647U) {
         const std::string atom = atomFor(left, "dividend", std::move(text));
         const std::string divisor = std::to_string(value + 1);
-        return "(" + atom + " - " + atom + " / " + divisor + " * " + divisor + ")";
+        const std::string rest = atom + " - " + atom + " / " + divisor + " * " + divisor;
+        return isOperand(id) ? "(" + rest + ")" : rest;
     }
     const bool isShift = op == Word::ShiftLeft || op == Word::ShiftRight;
     if (!isShift || value > mostShifts) {
@@ -194,7 +197,8 @@ void Repairer::complement(NodeId id, Pieces& out) {
     Context context;
     context.want = Word::Int;
     expression(operand, context, value);
-    const std::string instead = "(-1 - " + atomFor(operand, "bits", std::move(value)) + ")";
+    const std::string rest = "-1 - " + atomFor(operand, "bits", std::move(value));
+    const std::string instead = isOperand(id) ? "(" + rest + ")" : rest;
     say("bit-operator", Severity::Error, tree.wordRange(id), "there is no operator `~`",
         "write " + quoted(instead));
     out.insert(instead, tree[id].range);
@@ -211,7 +215,7 @@ Pieces Repairer::bitOperation(NodeId id, Word op, const Context& context, Pieces
     }
     const NodeId firstCall = firstCallInPlace;
     Pieces result;
-    std::string instead = asArithmetic(op, first, second, left);
+    std::string instead = asArithmetic(id, op, left);
     if (instead.empty()) {
         std::string& name = helperNames[op];
         for (const Helper& helper : helpers) {

@@ -35,7 +35,7 @@ namespace krel::Check {
 namespace {
 
 /// A truth as a number, or a number as a truth.
-std::string decision(const std::string& name, const std::string& atom, bool asNumber) {
+std::string truthText(const std::string& name, const std::string& atom, bool asNumber) {
     return asNumber
                ? "int " + name + " = 0; if (" + atom + ") { " + name + " = 1; }"
                : "boolean " + name + " = false; if (" + atom + " != 0) { " + name + " = true; }";
@@ -89,7 +89,7 @@ bool Repairer::coerce(NodeId id, const Context& context, Pieces& out) {
     if (truth || number) {
         name = fresh(base + (truth ? "Number" : "Holds"));
         Pieces decided;
-        decided.insert(decision(name, atom, truth), range);
+        decided.insert(truthText(name, atom, truth), range);
         prelude.push_back(std::move(decided));
     } else {
         Pieces converted;

@@ -248,6 +248,9 @@ void Repairer::declarator(NodeId id, bool withType, Pieces& out) {
         copy(name.end, range.end, out);
         return;
     }
+    if (decidedDeclarator(id, out)) {
+        return;
+    }
     copy(name.end, tree[variable.initial].range.begin, out);
     if (assignedOnly.count(number) != 0) {
         Context context;
@@ -257,6 +260,27 @@ void Repairer::declarator(NodeId id, bool withType, Pieces& out) {
         initialValue(variable.initial, variable.type, out);
     }
     copy(tree[variable.initial].range.end, range.end, out);
+}
+
+/// The last variable of a declaration, if its value is decided by statements behind that. The name
+/// is written already.
+bool Repairer::decidedDeclarator(NodeId id, Pieces& out) {
+    const VariableId number = model.declared(id);
+    const Variable& variable = model.variables()[number];
+    if (tree[id].next != noNode || tree[tree[id].parent].kind != Kind::Declaration ||
+        assignedOnly.count(number) != 0 || nameOf(variable.type).empty() ||
+        !isDecided(variable.initial, variable.type)) {
+        return false;
+    }
+    const std::string name = nameNow(number);
+    const std::string value = defaultOf(variable.type);
+    const bool isComplete = tree[inner(variable.initial)].kind == Kind::Conditional;
+    Pieces statements = decision(variable.initial, variable.type, name + " = ", isComplete);
+    sayDecided(variable.initial, std::string{nameOf(variable.type)} + " " + name + " = " + value +
+                                     "; " + textOf(statements));
+    postlude.push_back(std::move(statements));
+    out.insert(" = " + value, {tree.wordRange(id).end, tree[id].range.end});
+    return true;
 }
 
 /// The whole initial value of a variable, which may be a cast.
@@ -535,9 +559,11 @@ void Repairer::arrayDeclarator(NodeId id, Pieces& out) {
         return copy(at, range.end, out);
     }
     if (tree[list].first == noNode) {
+        clearElements(model.declared(id));
         say("array-size", Severity::Error, tree[list].range, "an initialiser list has elements",
-            "leave the list out");
-        return;
+            postlude.empty() ? "leave the list out"
+                             : "set them in a loop: " + quoted(textOf(postlude.back())));
+        return copy(at, std::max(at, tree[variable.bounds.back()].range.end), out);
     }
     copy(at, tree[list].range.begin, out);
     if (variable.bounds.size() == 2) {

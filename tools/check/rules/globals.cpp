@@ -204,11 +204,11 @@ bool Repairer::isMovedGlobal(NodeId id) {
     return true;
 }
 
-/// Outside of functions the elements of an array are 0 in other languages.
+/// Sets all elements of an array to 0, as other languages do by themselves outside of functions.
 void Repairer::clearElements(VariableId number) {
     const Variable& variable = model.variables()[number];
     const auto length = lengthOf(variable);
-    if (!variable.isArray || variable.initial != noNode || !length) {
+    if (!variable.isArray || !length) {
         return;
     }
     const std::string name = nameNow(number);
@@ -237,7 +237,9 @@ void Repairer::declareGlobals(Pieces& out) {
         Prelude before = capture([&](Pieces&) { declarator(id, true, text); });
         before.push_back(std::move(text));
         before.back().insert(";", tree[id].range);
-        clearElements(number);
+        if (model.variables()[number].initial == noNode) {
+            clearElements(number);
+        }
         std::move(postlude.begin(), postlude.end(), std::back_inserter(before));
         postlude.clear();
         for (Pieces& each : before) {
@@ -293,10 +295,7 @@ void Repairer::arrayParameter(NodeId id, Pieces& out, Pieces& declarations) {
             "` does where the array is declared, or hand "
             "over elements: `" +
             std::string{nameOf(variable.type)} + " " + name + "`");
-    if (isCopied) {
-        return;
-    }
-    stayed = true;
+    stayed = stayed || !isCopied;
     if (purpose == Purpose::Write || nameOf(variable.type).empty()) {
         return copy(id, out);
     }

@@ -150,8 +150,20 @@ bool Repairer::isCopyable(FunctionId number) const {
     });
 }
 
+/// Writes these functions as they are, so that what is said of them has their own names.
+void Repairer::judgeInlined() {
+    isJudging = true;
+    for (FunctionId number = 0; number < inlined.size(); ++number) {
+        if (inlined[number]) {
+            Pieces ignored;
+            function(model.functions()[number].node, ignored);
+        }
+    }
+    isJudging = false;
+}
+
 bool Repairer::isInlined(NodeId call) const {
-    const FunctionId callee = calleeOf(call);
+    const FunctionId callee = isJudging ? noFunction : calleeOf(call);
     return callee != noFunction && inlined[callee];
 }
 
@@ -293,11 +305,13 @@ void Repairer::returnFromCopy(NodeId id, Pieces& out) {
     const NodeId block = tree.lastChild(function.node);
     const SourceRange range = tree[id].range;
     if (tree[id].first != noNode && !copy.result.empty()) {
-        Context context;
-        context.want = function.type;
-        out.insert(copy.result + " = ", range);
-        expression(tree[id].first, context, out);
-        out.insert(";", range);
+        if (!decidedStatement(id, tree[id].first, function.type, copy.result + " = ", out)) {
+            Context context;
+            context.want = function.type;
+            out.insert(copy.result + " = ", range);
+            expression(tree[id].first, context, out);
+            out.insert(";", range);
+        }
     }
     if (loopAround(id, block) != noNode) {
         out.insert(" " + copy.flag + " = true; break;", range);

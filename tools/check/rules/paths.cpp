@@ -249,6 +249,16 @@ private:
             case Kind::For:
                 checkLoop(id, tree.child(id, 1), tree.child(id, 3), tree.child(id, 2));
                 return tree[tree.child(id, 1)].first == noNode && !breaks[id];
+            case Kind::Case:
+                return checkBlock(id);
+            case Kind::Switch: {
+                const NodeId last = tree.lastChild(id);
+                bool hasOthers = false;
+                for (NodeId each = tree.child(id, 1); each != noNode; each = tree[each].next) {
+                    hasOthers = hasOthers || tree[each].op == Word::Else;
+                }
+                return hasOthers && leaves[last] && !breaks[id];
+            }
             case Kind::Condition:
                 checkCondition(id);
                 return false;
@@ -260,7 +270,8 @@ private:
     void noteBreak(NodeId id) {
         NodeId loop = tree[id].parent;
         while (loop != noNode && tree[loop].kind != Kind::While &&
-               tree[loop].kind != Kind::DoWhile && tree[loop].kind != Kind::For) {
+               tree[loop].kind != Kind::DoWhile && tree[loop].kind != Kind::For &&
+               tree[loop].kind != Kind::ForEach && tree[loop].kind != Kind::Switch) {
             loop = tree[loop].parent;
         }
         if (loop != noNode) {
@@ -318,7 +329,7 @@ private:
             }
             if (kind == Kind::Name) {
                 const VariableId variable = model.meaning(id);
-                if (variable == noVariable) {
+                if (variable == noVariable || model.variables()[variable].function == noFunction) {
                     return;
                 }
                 tested.insert(variable);

@@ -196,11 +196,14 @@ void Repairer::element(NodeId id, Pieces& out) {
     firstCallInPlace = firstCall;
     hoistCallsBefore = limit;
     const std::string written = textOf(value);
-    const std::string index = hoist(Word::Int, name + "Index", std::move(value), id);
+    const bool isName = isWord(written);
+    const std::string index =
+        isName ? written : hoist(Word::Int, name + "Index", std::move(value), id);
+    const std::string instead = "`" + name + "[" + index + "]`";
     say("index-expression", Severity::Error, isSecond ? range : tree[at].range,
         isSecond ? "arrays have one dimension" : "an index is one name or one integer literal",
-        "store it first: `int " + index + " = " + written + ";`, and write `" + name + "[" + index +
-            "]`");
+        isName ? "write " + instead
+               : "store it first: `int " + index + " = " + written + ";`, and write " + instead);
     copy(tree[array].range.begin, tree[array].range.end, out);
     out.insert("[" + index + "]", {tree[array].range.end, range.end});
 }

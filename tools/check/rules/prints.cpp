@@ -145,7 +145,7 @@ void Repairer::printed(NodeId argument, Pieces& out) {
     const Type type = model.meant(argument);
     context.want =
         tree[inner(argument)].kind == Kind::Binary && type == Word::String ? type : Word::End;
-    expression(argument, context, out);
+    expression(inner(argument), context, out);
 }
 
 /// `"x = %d\n", x` as `"x = ", x, "\n"`.

@@ -171,6 +171,7 @@ namespace krel::Check {
 
 void Repairer::program(Pieces& out) {
     const auto size = static_cast<std::uint32_t>(tree.text.size());
+    judgeInlined();
     copyTopLevel(tree.root(), 0, size, out);
     finishAt(size, out);
     out.insert(addedFunctions(), {size, size});
@@ -221,12 +222,6 @@ void Repairer::function(NodeId id, Pieces& out) {
     currentFunction = outer;
 }
 
-/// A function that is written where it is called.
-void Repairer::removeFunction(NodeId id) {
-    Pieces ignored;
-    functionHeader(id, ignored, ignored);
-}
-
 void Repairer::statements(NodeId block, std::uint32_t& at, Pieces& out) {
     for (NodeId id = tree[block].first; id != noNode; id = tree[id].next) {
         copy(at, tree[id].range.begin, out);
@@ -257,7 +252,7 @@ void Repairer::statement(NodeId id, Pieces& out) {
     }
     switch (tree[id].kind) {
         case Kind::Function:
-            return inlined[model.functionAround(id)] ? removeFunction(id) : function(id, out);
+            return inlined[model.functionAround(id)] ? void() : function(id, out);
         case Kind::Block:
             return blockWith(id, {}, {}, out);
         case Kind::Declaration:
@@ -335,6 +330,17 @@ void Repairer::expressionStatement(NodeId id, Pieces& out) {
         return;
     }
     copy(tree[id].range.begin, tree[child].range.begin, out);
+    if (tree[child].kind == Kind::Assign && tree[child].op == Word::Assign) {
+        const NodeId target = tree[child].first;
+        Pieces name;
+        if (tree[target].kind == Kind::Name) {
+            copy(target, name);
+            if (decidedStatement(id, tree.child(child, 1), model.meant(target),
+                                 textOf(name) + " = ", out)) {
+                return;
+            }
+        }
+    }
     if (foreignPrint(child, out)) {
         return copy(tree[child].range.end, tree[id].range.end, out);
     }
@@ -400,6 +406,10 @@ void Repairer::returnStatement(NodeId id, Pieces& out) {
             "write `return;`");
         copy(range.begin, tree.wordRange(id).end, out);
         copy(tree[value].range.end, range.end, out);
+        return;
+    }
+    if (tree[inner(value)].kind == Kind::Conditional &&
+        decidedStatement(id, value, type, "return ", out)) {
         return;
     }
     Context context;
@@ -593,9 +603,20 @@ void Repairer::ifStatement(NodeId id, Pieces& out) {
     }
 }
 
-/// Leaves the loop unless the condition holds.
+/// Leaves the loop unless the condition holds. The text has parentheses around it.
 Pieces Repairer::leaveUnless(NodeId id, Pieces&& text) const {
     Pieces all;
+    const std::string written = textOf(text);
+    const std::string_view inside = std::string_view{written}.substr(1, written.size() - 2);
+    const NodeId core = inner(Syntax::isExpression(tree[id].kind) ? id : tree[id].first);
+    const bool isNot =
+        tree[core].kind == Kind::Unary && tree[core].op == Word::Not && inside.substr(0, 1) == "!";
+    if (isNot || isWord(inside)) {
+        all.insert("if (" + (isNot ? std::string{inside.substr(1)} : "!" + std::string{inside}) +
+                       ") { break; }",
+                   tree[id].range);
+        return all;
+    }
     all.insert("if (!", tree[id].range);
     text.markAsMoved();
     all.append(std::move(text));
@@ -686,13 +707,15 @@ Repairer::Prelude Repairer::forInit(NodeId part, Pieces& out) {
         const bool isAssignment = tree.children(declared).size() == 2 &&
                                   tree[tree.child(declared, 1)].token != Syntax::noToken &&
                                   !isArray(tree.child(declared, 1));
-        if (isPlainDeclaration(declared) || isAssignment) {
+        if ((isPlainDeclaration(declared) || isAssignment) && postlude.empty()) {
             out.append(std::move(text));
         } else {
             text.markAsMoved();
             text.insert(";", tree[declared].range);
             before.push_back(std::move(text));
         }
+        std::move(postlude.begin(), postlude.end(), std::back_inserter(before));
+        postlude.clear();
         return before;
     }
     for (const NodeId child : children) {

@@ -206,47 +206,131 @@ Pieces Repairer::shortCircuit(NodeId id, Pieces&& left, Prelude&& before, Pieces
     return result;
 }
 
-void Repairer::choose(NodeId id, const Context& context, Pieces& out) {
-    const SourceRange range = tree[id].range;
-    const Type wanted = context.want == Word::End ? model.meant(id) : context.want;
-    const Type type = nameOf(wanted).empty() ? Word::Int : wanted;
+/// Whether a value is better decided by statements than computed: a choice, or a comparison where
+/// a truth is needed.
+bool Repairer::isDecided(NodeId id, Type type) const {
+    Context context;
+    context.want = type;
+    const NodeId core = inner(id);
+    return tree[core].kind == Kind::Conditional ||
+           (type == Word::Boolean && isTruth(core) && !isAsItShouldBe(core, context));
+}
+
+/// Statements that decide a value, and use it with `begin` before it and a semicolon behind. A
+/// comparison that does not hold uses nothing unless it is complete.
+Pieces Repairer::decision(NodeId id, Type type, const std::string& begin, bool isComplete) {
+    const NodeId core = inner(id);
+    const SourceRange range = tree[core].range;
+    const bool isChoice = tree[core].kind == Kind::Conditional;
     Context decided;
     decided.calls = decided.typed = false;
     decided.condition = true;
     Pieces test;
-    expression(tree[id].first, decided, test);
-    const std::string name = fresh("chosen");
-    Pieces all;
-    all.insert(std::string{nameOf(type)} + " " + name + " = " + defaultOf(type) + "; if (", range);
+    expression(isChoice ? tree[core].first : core, decided, test);
     test.markAsMoved();
+    Pieces all;
+    all.insert("if (", range);
     all.append(std::move(test));
-    all.insert(") { ", range);
-    Context value;
-    value.want = type;
-    // Calls stay in order within the branches.
-    const NodeId firstCall = firstCallInPlace;
+    if (!isChoice) {
+        all.insert(") { " + begin + "true; }" +
+                       (isComplete ? " else { " + begin + "false; }" : std::string{}),
+                   range);
+        return all;
+    }
+    const NodeId firstCall = firstCallInPlace;  // calls stay in order within the branches
     const NodeId limit = std::exchange(hoistCallsBefore, 0);
-    for (std::size_t number = 1; number <= 2; ++number) {
-        const NodeId branch = tree.child(id, number);
-        Pieces text;
-        Prelude before = capture([&](Pieces&) { expression(branch, value, text); });
+    all.insert(") { ", range);
+    all.append(branch(tree.child(core, 1), type, begin));
+    all.insert(" }", range);
+    const NodeId other = tree.child(core, 2);
+    Pieces last;
+    const bool isChain = tree[inner(other)].kind == Kind::Conditional;
+    Prelude before =
+        isChain ? capture([&](Pieces&) { last = decision(other, type, begin, true); }) : Prelude{};
+    if (isChain && before.empty()) {
+        all.insert(" else", range);
+        all.append(std::move(last));
+    } else {
+        all.insert(" else { ", range);
         for (Pieces& each : before) {
             all.append(std::move(each));
             all.insert(" ", range);
         }
-        all.insert(name + " = ", range);
-        text.markAsMoved();
-        all.append(std::move(text));
-        all.insert(number == 1 ? "; } else { " : "; }", range);
+        all.append(isChain ? std::move(last) : branch(other, type, begin));
+        all.insert(" }", range);
     }
     firstCallInPlace = firstCall;
     hoistCallsBefore = limit;
+    return all;
+}
+
+/// One of the values of a choice, with what has to run before.
+Pieces Repairer::branch(NodeId id, Type type, const std::string& begin) {
+    const SourceRange range = tree[id].range;
+    Pieces text;
+    Prelude before = capture([&](Pieces&) {
+        if (isDecided(id, type)) {
+            text = decision(id, type, begin, true);
+            return;
+        }
+        Context context;
+        context.want = type;
+        text.insert(begin, range);
+        expression(id, context, text);
+        text.insert(";", range);
+    });
+    text.markAsMoved();
+    Pieces all;
+    for (Pieces& each : before) {
+        all.append(std::move(each));
+        all.insert(" ", range);
+    }
+    all.append(std::move(text));
+    return all;
+}
+
+/// Says why a value is decided by statements.
+void Repairer::sayDecided(NodeId id, const std::string& text) {
+    const NodeId core = inner(id);
+    if (tree[core].kind == Kind::Conditional) {
+        say("conditional-expression", Severity::Error, tree[core].range,
+            "there is no operator `? :`", "decide by `if`: " + quoted(text));
+        return;
+    }
+    const std::string krel{nameOf(model.krel(core))};
+    say("comparison-value", Severity::Error, tree[core].range,
+        krel.empty() ? "a comparison has the type of its operands, and is no `boolean` value"
+                     : "the type of this comparison is that of its operands, `" + krel + "`",
+        "decide by `if`: " + quoted(text));
+}
+
+/// A statement that assigns or returns a decided value. Returns false if it is none.
+bool Repairer::decidedStatement(NodeId statement, NodeId value, Type type, const std::string& begin,
+                                Pieces& out) {
+    const std::string_view text = tree.textOf(statement);
+    if (nameOf(type).empty() || !isDecided(value, type) || text.empty() || text.back() != ';') {
+        return false;
+    }
+    Pieces written = decision(value, type, begin, true);
+    sayDecided(value, textOf(written));
+    out.append(std::move(written));
+    return true;
+}
+
+/// A choice in the middle of an expression.
+void Repairer::choose(NodeId id, const Context& context, Pieces& out) {
+    const SourceRange range = tree[id].range;
+    const Type wanted = context.want == Word::End ? model.meant(id) : context.want;
+    const Type type = nameOf(wanted).empty() ? Word::Int : wanted;
+    const std::string name = fresh("chosen");
+    Pieces all;
+    all.insert(std::string{nameOf(type)} + " " + name + " = " + defaultOf(type) + "; ", range);
+    all.append(decision(id, type, name + " = ", true));
     prelude.push_back(std::move(all));
     if (model.hasCall(id)) {
         lastHoistWithCall = std::max(lastHoistWithCall, id);
     }
-    say("conditional-expression", Severity::Error, range, "there is no operator `? :`",
-        "decide by `if`: " + quoted(textOf(prelude.back())));
+    sayDecided(id, textOf(prelude.back()));
     out.insert(name, range);
 }
 

@@ -117,7 +117,8 @@ void checkArray(const Model& model, const Variable& variable, std::vector<Findin
             element = tree[element].parent;
         }
         const NodeId parent = tree[element].parent;
-        if (tree[parent].kind == Kind::Assign && tree[parent].first == element) {
+        const bool isGiven = element == use && tree[parent].kind == Kind::Call;
+        if (isGiven || (tree[parent].kind == Kind::Assign && tree[parent].first == element)) {
             return;
         }
         read = read == noNode ? element : read;
@@ -137,7 +138,7 @@ void findUnknownValues(const Model& model, std::vector<Finding>& findings) {
         const VariableId meaning = model.meaning(id);
         const std::string name{tree.wordOf(id)};
         if (meaning == noVariable) {
-            if (isUntyped(tree, id)) {
+            if (isUntyped(tree, id) && model.constantNamed(name) == nullptr) {
                 const std::string similar = similarName(model, model.functionAround(id), name);
                 findings.push_back({"untyped-name", Severity::Warning, tree[id].range,
                                     "`" + name +

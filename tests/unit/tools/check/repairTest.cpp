@@ -144,10 +144,17 @@ TEST(RepairTest, ConvertsValues) {
 
 TEST(RepairTest, DecidesByIf) {
     expectRepairs({
-        {"b = n > 1;", "boolean holds = false; if (n > 1) { holds = true; } b = holds;"},
-        {"b = b && n > 1;", "boolean holds = false; if (b && n > 1) { holds = true; } b = holds;"},
-        {"i = n > 1 ? n : 1;",
-         "int chosen = 0; if (n > 1) { chosen = n; } else { chosen = 1; } i = chosen;"},
+        {"b = n > 1;", "if (n > 1) { b = true; } else { b = false; }"},
+        {"b = b && n > 1;", "if (b && n > 1) { b = true; } else { b = false; }"},
+        {"i = n > 1 ? n : 1;", "if (n > 1) { i = n; } else { i = 1; }"},
+        {"print(n > 1 ? n : 1);",
+         "int chosen = 0; if (n > 1) { chosen = n; } else { chosen = 1; } print(chosen);"},
+        {"i = n > 2 ? 3 : n > 1 ? 2 : 1;",
+         "if (n > 2) { i = 3; } elseif (n > 1) { i = 2; } else { i = 1; }"},
+        {"boolean p = n > 1;", "boolean p = false; if (n > 1) { p = true; }"},
+        {"print(h(i) && n > 1);",
+         "boolean hResult = h(i); boolean holds = false;"
+         " if (hResult && n > 1) { holds = true; } print(holds);"},
         {"if (n != 0 && 10 / n > 2) { }",
          "boolean both = false; if (n != 0) { if (10 / n > 2) { both = true; } } if (both) { }"},
         {"if (d) { }", "double zero = (double) 0; | if (d != zero) { }"},
@@ -159,10 +166,10 @@ TEST(RepairTest, WritesOperatorsThatThereAre) {
         {"i *= 2;", "i = i * 2;"},
         {"i /= n + 1;", "i = i / (n + 1);"},
         {"i %= 3;", "i = i - i / 3 * 3;"},
-        {"i = n % 2;", "i = (n - n / 2 * 2);"},
-        {"i = (n + 1) % a[0];", "int dividend = (n + 1); i = (dividend - dividend / a[0] * a[0]);"},
-        {"i = n++;", "int before = n; n = n + 1; i = before;"},
-        {"i = ++n;", "n = n + 1; i = n;"},
+        {"i = n % 2;", "i = n - n / 2 * 2;"},
+        {"i = (n + 1) % a[0];", "int dividend = n + 1; i = dividend - dividend / a[0] * a[0];"},
+        {"i = n++;", "int before = n; n++; i = before;"},
+        {"i = ++n;", "n++; i = n;"},
         {"i = n = 1;", "n = 1; i = n;"},
         {"if (i = 1) { }", "if (i == 1) { }"},
         {"(i)++;", "i++;"},
@@ -173,6 +180,7 @@ TEST(RepairTest, WritesStatementsThatThereAre) {
     expectRepairs({
         {"if (b) i = 1; else i = 2;", "if (b) { i = 1; } else { i = 2; }"},
         {"if (b) { } else if (i == 1) { }", "if (b) { } elseif (i == 1) { }"},
+        {"do { i++; } while (!b);", "while (true) { i++; if (b) { break; } }"},
         {"do { i++; } while (i < n);", "while (true) { i++; if (!(i < n)) { break; } }"},
         {"do { continue; } while (i < n);",
          "boolean again = false; while (true) { if (again) { if (!(i < n)) { break; } }"
@@ -215,52 +223,43 @@ TEST(RepairTest, Declares) {
 TEST(RepairTest, SplitsDeclarationsThatReadThemselves) {
     expectRepairs({
         {"int lo = 1, hi = 9, mid = (lo + hi) % 4;",
-         "int lo = 1, hi = 9; int dividend = (lo + hi);"
-         " int mid = (dividend - dividend / 4 * 4);"},
-        {"int m = 0, k = m++, o = m;",
-         "int m = 0; int before = m; m = m + 1; int k = before, o = m;"},
+         "int lo = 1, hi = 9; int dividend = lo + hi;"
+         " int mid = dividend - dividend / 4 * 4;"},
+        {"int m = 0, k = m++, o = m;", "int m = 0; int before = m; m++; int k = before, o = m;"},
         {"int x = f(2), y = x > 1 ? f(1) : f(0);",
-         "int x = f(2); int chosen = 0; if (x > 1) { chosen = f(1); } else { chosen = f(0); }"
-         " int y = chosen;"},
-        {"int x = 1, t[3], y = x++;",
-         "int x = 1; int t[3]; int before = x; x = x + 1; int y = before;"},
+         "int x = f(2), y = 0; if (x > 1) { y = f(1); } else { y = f(0); }"},
+        {"int x = 1, t[3], y = x++;", "int x = 1; int t[3]; int before = x; x++; int y = before;"},
         {"char k = 'x', l = k, m = n > 1 ? k : l;",
-         "character k = 'x', l = k; character chosen = ' '; if (n > 1) { chosen = k; } else"
-         " { chosen = l; } character m = chosen;"},
+         "character k = 'x', l = k, m = ' '; if (n > 1) { m = k; } else { m = l; }"},
         {"int x = f(1) + -f(2), y = -f(3);",
          "int fResult = f(1); int fResult2 = f(2); int x = fResult + -fResult2;"
          " int fResult3 = f(3); int y = -fResult3;"},
         {"for (int k = 1, l = (k + 1) % 2; k < 3; k++) { }",
-         "int k = 1; int dividend = (k + 1); for (int l = (dividend - dividend / 2 * 2); k < 3;"
+         "int k = 1; int dividend = k + 1; for (int l = dividend - dividend / 2 * 2; k < 3;"
          " k++) { }"},
     });
 }
 
 TEST(RepairTest, KeepsWhatIsReadBeforeItChanges) {
     expectRepairs({
-        {"n = i + i++ + i;",
-         "int before = i; int before2 = i; i = i + 1; n = before + before2 + i;"},
+        {"n = i + i++ + i;", "int before = i; int before2 = i; i++; n = before + before2 + i;"},
         {"n = i * 10 + (i = 5);", "int before = i; i = 5; n = before * 10 + (i);"},
-        {"i += i++;", "int before = i; int before2 = i; i = i + 1; i = before + before2;"},
-        {"a[i] = i++;", "int before = i; int before2 = i; i = i + 1; a[before] = before2;"},
+        {"i += i++;", "int before = i; int before2 = i; i++; i = before + before2;"},
+        {"a[i] = i++;", "int before = i; int before2 = i; i++; a[before] = before2;"},
         {"n = (a[i] = i++);",
-         "int before = i; int before2 = i; i = i + 1; a[before] = before2; n = (a[before]);"},
+         "int before = i; int before2 = i; i++; a[before] = before2; n = (a[before]);"},
         {"n = a[0] + a[0]++;",
-         "int before = a[0]; int before2 = a[0]; a[0] = a[0] + 1; n = before + before2;"},
-        {"print(i, n++, i);", "int before = n; n = n + 1; print(i, before, i);"},
-        {"print(n, n++, n);",
-         "int before = n; int before2 = n; n = n + 1; print(before, before2, n);"},
-        {"n = ++i + i++;",
-         "i = i + 1; int before = i; int before2 = i; i = i + 1; n = before + before2;"},
-        {"n = (i = 5) + ++i;", "i = 5; int before = i; i = i + 1; n = (before) + i;"},
-        {"n = f(i) + i++;", "int before = i; int before2 = i; i = i + 1; n = f(before) + before2;"},
+         "int before = a[0]; int before2 = a[0]; a[0]++; n = before + before2;"},
+        {"print(i, n++, i);", "int before = n; n++; print(i, before, i);"},
+        {"print(n, n++, n);", "int before = n; int before2 = n; n++; print(before, before2, n);"},
+        {"n = ++i + i++;", "i++; int before = i; int before2 = i; i++; n = before + before2;"},
+        {"n = (i = 5) + ++i;", "i = 5; int before = i; i++; n = (before) + i;"},
+        {"n = f(i) + i++;", "int before = i; int before2 = i; i++; n = f(before) + before2;"},
         {"i = (i = i + 1);", "i = i + 1; i = (i);"},
         {"while (i < n && i++ < 5) { }",
-         "while (true) { boolean both = false; if (i < n) { int before = i; i = i + 1;"
-         " if (before < 5) { both = true; } } if (!(both)) { break; } }"},
-        {"n = i > 1 ? i++ : i;",
-         "int chosen = 0; if (i > 1) { int before = i; i = i + 1; chosen = before; } else"
-         " { chosen = i; } n = chosen;"},
+         "while (true) { boolean both = false; if (i < n) { int before = i; i++;"
+         " if (before < 5) { both = true; } } if (!both) { break; } }"},
+        {"n = i > 1 ? i++ : i;", "if (i > 1) { int before = i; i++; n = before; } else { n = i; }"},
     });
 }
 
@@ -278,6 +277,9 @@ TEST(RepairTest, FillsListsUp) {
         {"int t[3] = {7}; t[1] = 2;", "int t[3] = {7, 0, 0}; t[1] = 2;"},
         {"int t[3] = {7}; t[i] = 2;", "int t[3] = {7}; t[i] = 2;"},
         {"int t[2] = {7, 8};", "int t[2] = {7, 8};"},
+        {"int t[2] = {}; n = t[1];",
+         "int t[2]; for (int tIndex = 0; tIndex < 2; tIndex++) { t[tIndex] = 0; } n = t[1];"},
+        {"var t[] = {0.5, 1.5};", "double t[2] = {0.5, 1.5};"},
     });
 }
 
@@ -318,8 +320,8 @@ TEST(RepairTest, WritesBitOperatorsAsArithmetic) {
         {"i = n << 3;", "i = n * 8;"},
         {"i = i + n << 1;", "i = (i + n) * 2;"},
         {"i >>= 1;", "i = i / 2;"},
-        {"if ((n & 1) == 0) { }", "if (((n - n / 2 * 2)) == 0) { }"},
-        {"i = ~n;", "i = (-1 - n);"},
+        {"if ((n & 1) == 0) { }", "if ((n - n / 2 * 2) == 0) { }"},
+        {"i = ~n;", "i = -1 - n;"},
         {"b = b & true;", "b = b && true;"},
     });
 }
@@ -357,10 +359,10 @@ TEST(RepairTest, WritesSwitchAsIf) {
 TEST(RepairTest, NumbersNamesInEachFunction) {
     EXPECT_EQ(repaired("int f(int n) { return n % 3; }\nint g(int n) { return (n + 1) % 3 + (n + 2)"
                        " % 3; }\nint h(int n) { return (n + 1) % 3; }\n"),
-              "int f(int n) { return (n - n / 3 * 3); }\n"
-              "int g(int n) { int dividend = (n + 1); int dividend2 = (n + 2);"
+              "int f(int n) { return n - n / 3 * 3; }\n"
+              "int g(int n) { int dividend = n + 1; int dividend2 = n + 2;"
               " return (dividend - dividend / 3 * 3) + (dividend2 - dividend2 / 3 * 3); }\n"
-              "int h(int n) { int dividend = (n + 1); return (dividend - dividend / 3 * 3); }\n");
+              "int h(int n) { int dividend = n + 1; return dividend - dividend / 3 * 3; }\n");
 }
 
 TEST(RepairTest, WritesFunctionsThatTakeArraysWhereTheyAreCalled) {
@@ -424,6 +426,7 @@ TEST(RepairTest, PrintsInKrel) {
         {"printf(s);", "print(s);"},
         {"System.out.println(\"n = \" + n);",
          "string nText = (string) n; print(\"n = \" + nText, \"\\n\");"},
+        {"System.out.print(i);", "print(i);"},
         {"console.log(i, n);", "print(i, \" \", n, \"\\n\");"},
         {"std::cout << \"i = \" << i << std::endl;", "print(\"i = \", i, \"\\n\");"},
         {"cout << 'x' << \" - \" << f(1);", "print('x', \" -\", \" \", f(1));"},

@@ -5,7 +5,8 @@ Usage: script/bench [--quick] [--only PART]... [--edits N] [--save]
 
 Parts: sizes (programs of 20 lines to a million, with all the targets on them), growth (time at 2N
 over time at N for each input that is large in one way), native (our native build against gcc's),
-json, diagnostics, phases, lsp (from an edit to the diagnostics, in milliseconds of wall time).
+machine (programs that krel executes itself), json, diagnostics, phases, lsp (from an edit to the
+diagnostics, in milliseconds of wall time).
 
 Compared commands are run in turn, A B A B ..., and a ratio is the median of the ratios of the
 rounds: what slows the machine down for a while meets both. `own` is krelcc with a `gcc` that does
@@ -25,6 +26,7 @@ import tempfile
 
 import inputs
 import lsp
+import machine
 import program
 from measuring import Workshop, in_turn, median, ratio, require
 
@@ -356,7 +358,7 @@ def print_table(rows, baseline):
 
 def main():
     parser = argparse.ArgumentParser(prog="script/bench", description=__doc__.splitlines()[0])
-    parts = ["sizes", "growth", "native", "json", "diagnostics", "phases", "lsp"]
+    parts = ["sizes", "growth", "native", "machine", "json", "diagnostics", "phases", "lsp"]
     parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--quick", action="store_true",
                         help="up to 10k lines, large inputs a tenth as large, fewer rounds")
@@ -377,6 +379,7 @@ def main():
             "sizes": lambda: size_rows(workshop, options.quick),
             "growth": lambda: growth_rows(workshop, options.quick),
             "native": lambda: native_rows(workshop, options.quick),
+            "machine": lambda: [Row(*row) for row in machine.measure(workshop, options.quick)],
             "json": lambda: json_rows(workshop, options.quick),
             "diagnostics": lambda: diagnostic_rows(workshop, options.quick),
             "phases": lambda: phase_rows(workshop, options.build.resolve()),

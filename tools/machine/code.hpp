@@ -116,9 +116,10 @@ inline constexpr Tag notPassed = 32;    // a parameter for which there was no ar
     /* left: the number of the argument register. */                                            \
     OP(Take, 0, 0)                                                                               \
     OP(TakeReal, 0, 0)                                                                           \
-    /* to: by how many slots the frame pointer goes down; left: the function; right: how many */ \
-    /* arguments are in registers, of doubles times 256. */                                     \
+    /* to: by how many slots the frame pointer goes down; right: the function. CallPassing takes  */ \
+    /* the slot `left` along, as the first argument. */                                          \
     OP(Call, 0, 0)                                                                               \
+    OP(CallPassing, Tags::any, 0)                                                                \
     OP(CallForeign, 0, 0) /* right: the number of its name */                                    \
     OP(Result, 0, 0)                                                                             \
     OP(RealResult, 0, 0)                                                                         \

@@ -148,8 +148,8 @@ private:
 
     std::string calleeBefore(const Instruction& result) const {
         const Instruction& call = *(&result - 1);
-        return call.operation == Operation::Call
-                   ? code.functions[static_cast<std::size_t>(call.left)].name
+        return call.operation == Operation::Call || call.operation == CallPassing
+                   ? code.functions[static_cast<std::size_t>(call.right)].name
                    : std::string{"the function"};
     }
 

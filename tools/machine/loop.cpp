@@ -3,7 +3,6 @@
 // that does not. Every operation ends by a jump to the next one.
 
 #include <bit>
-#include <cstring>
 #include <limits>
 
 #include "tools/machine/machine.hpp"
@@ -159,6 +158,22 @@ std::int64_t wrapped(std::uint64_t bits) {
             return trapped(Trap::OutOfMemory);                                \
         }                                                                     \
         KREL_SET_WHOLE(text, Tags::text);                                     \
+    } while (false)
+
+// Goes into a function, if the stack has room for its frame.
+#define KREL_ENTER(callee)                                                        \
+    do {                                                                          \
+        if (frame - stack.begin() < ip->to + (callee).slots) [[unlikely]] {       \
+            KREL_CHECK(false, isTolerated(Rule::DeepRecursion));                  \
+            KREL_STOP(trapped(Trap::StackOverflow));                              \
+        }                                                                         \
+        calls.push_back({ip + 1, frame});                                         \
+        frame -= ip->to;                                                          \
+        if constexpr (checked) {                                                  \
+            tags = stack.tagOf(frame);                                            \
+            Stack::clearTags(tags + 2, (callee).slots + 2);                       \
+        }                                                                         \
+        ip = (callee).entry;                                                      \
     } while (false)
 
 template <bool checked>
@@ -383,29 +398,33 @@ TakeReal:
     }
     KREL_NEXT;
 
-Call: {
-    const Entry& callee = entries[static_cast<std::size_t>(ip->left)];
-    if (frame - stack.begin() < ip->to + callee.slots) [[unlikely]] {
-        KREL_CHECK(false, isTolerated(Rule::DeepRecursion));
-        KREL_STOP(trapped(Trap::StackOverflow));
+CallPassing: {
+    KREL_CHECK_TAGS(tags[ip->left] & Tags::any);
+    const Entry& callee = entries[static_cast<std::size_t>(ip->right)];
+    const std::uint64_t value = KREL_LEFT;
+    [[maybe_unused]] const Tag tag = checked ? tags[ip->left] : Tags::any;
+    KREL_ENTER(callee);
+    if (ip->operation == Operation::Take) {
+        // Just what has been passed.
+        frame[ip->to] = value;
+        KREL_SET_TAG(tag);
+        KREL_NEXT;
     }
-    calls.push_back({ip + 1, frame});
-    frame -= ip->to;
+    state.wholes[0] = value;
     if constexpr (checked) {
-        tags = stack.tagOf(frame);
-        std::memset(tags - callee.slots, Tags::unset, static_cast<std::size_t>(callee.slots) + 2);
+        state.wholeTags[0] = tag;
     }
-    ip = callee.entry;
+    goto* labels[static_cast<std::size_t>(ip->operation)];
+}
+Call: {
+    const Entry& callee = entries[static_cast<std::size_t>(ip->right)];
+    KREL_ENTER(callee);
     goto* labels[static_cast<std::size_t>(ip->operation)];
 }
 CallForeign:
     KREL_SAVE;
     return {Stop::Reason::Foreign, Trap::None, 0,
             code.foreign[static_cast<std::size_t>(ip->right)]};
-Result:
-    frame[ip->to] = whole;
-    KREL_SET_TAG(state.wholeTag);
-    KREL_NEXT;
 RealResult:
     frame[ip->to] = std::bit_cast<std::uint64_t>(real);
     KREL_SET_TAG(state.realTag);
@@ -460,7 +479,13 @@ leave:
     if constexpr (checked) {
         tags = stack.tagOf(frame);
     }
-    goto* labels[static_cast<std::size_t>(ip->operation)];
+    if (ip->operation != Operation::Result) {
+        goto* labels[static_cast<std::size_t>(ip->operation)];
+    }
+Result:
+    frame[ip->to] = whole;
+    KREL_SET_TAG(state.wholeTag);
+    KREL_NEXT;
 
 End:
     KREL_STOP((Stop{Stop::Reason::Ended, Trap::None, static_cast<int>(whole & 0xFF), {}}));

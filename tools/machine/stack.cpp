@@ -26,14 +26,14 @@ Stack::Stack(std::size_t size, bool withTags)
     : count(size / sizeof(std::uint64_t)),
       slots(static_cast<std::uint64_t*>(reserve(count * sizeof(std::uint64_t)))) {
     if (withTags) {
-        tags = static_cast<Tag*>(reserve(count));
+        tags = static_cast<Tag*>(reserve(count + clearedAtOnce)) + clearedAtOnce;
     }
 }
 
 Stack::~Stack() {
     munmap(slots, count * sizeof(std::uint64_t));
     if (tags != nullptr) {
-        munmap(tags, count);
+        munmap(tags - clearedAtOnce, count + clearedAtOnce);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "tools/machine/code.hpp"
 
@@ -29,7 +30,17 @@ public:
     Tag* tagOf(const std::uint64_t* slot) const { return tags + (slot - slots); }
     bool hasTags() const { return tags != nullptr; }
 
+    /// Takes the tags of `slots` slots below `end` away, and of some more below these, which nobody
+    /// uses. Mostly that is one store.
+    static void clearTags(Tag* end, std::ptrdiff_t slots) {
+        for (std::ptrdiff_t done = 0; done < slots; done += clearedAtOnce) {
+            std::memset(end - done - clearedAtOnce, Tags::unset, clearedAtOnce);
+        }
+    }
+
 private:
+    static constexpr std::ptrdiff_t clearedAtOnce = 32;
+
     std::size_t count;  // slots
     std::uint64_t* slots;
     Tag* tags = nullptr;

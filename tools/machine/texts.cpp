@@ -20,14 +20,17 @@ namespace {
 /// The string memory of the process, and who holds strings in it.
 struct Memory {
     std::vector<const TextHolder*> holders;
-    std::uint64_t begin = 0;       // of the first string
-    std::size_t size = 0;          // of the memory in which there are strings
-    std::ptrdiff_t allowance = 0;  // bytes that may be handed out before the next collection
+    std::uint64_t begin = 0;  // of the first string
+    std::size_t size = 0;     // of the memory in which there are strings
+    /// Bytes that may be handed out before the next collection.
+    std::ptrdiff_t allowance = StringHeap::bytesBeforeFirstCollection;
 
     void open() {
-        stringHeap.open(0);
-        begin = reinterpret_cast<std::uintptr_t>(stringHeap.allocate(0));
-        size = begin == 0 ? 0 : stringHeap.footprint();
+        if (begin == 0) {
+            stringHeap.open(0);
+            begin = reinterpret_cast<std::uintptr_t>(stringHeap.allocate(0));
+            size = begin == 0 ? 0 : stringHeap.footprint();
+        }
     }
 
     /// Takes back what no holder has. The allowance is that of the runtime: collections stay a small
@@ -51,15 +54,7 @@ struct Memory {
     }
 };
 
-Memory& memory() {
-    static Memory ofTheProcess = [] {
-        Memory made;
-        made.open();
-        made.allowance = StringHeap::bytesBeforeFirstCollection;
-        return made;
-    }();
-    return ofTheProcess;
-}
+constinit Memory memory;
 
 const char* at(std::uint64_t address) {
     return reinterpret_cast<const char*>(address);
@@ -72,19 +67,20 @@ std::uint64_t addressOf(const char* text) {
 }  // namespace
 
 TextHolder::TextHolder() {
-    memory().holders.push_back(this);
+    memory.open();
+    memory.holders.push_back(this);
 }
 
 TextHolder::~TextHolder() {
-    std::erase(memory().holders, this);
+    std::erase(memory.holders, this);
 }
 
 Texts::Texts(const Code& itsCode) : code(itsCode) {
-    memory();
+    memory.open();
 }
 
 bool Texts::isMade(std::uint64_t address) {
-    return address - memory().begin < memory().size;
+    return address - memory.begin < memory.size;
 }
 
 /// An operand of a concatenation.
@@ -114,18 +110,17 @@ struct Texts::Part {
 
 /// Room for a text; the strings at `left` and `right` stay. Null when memory is exhausted.
 char* Texts::roomFor(std::size_t length, const char* left, const char* right) {
-    Memory& all = memory();
     constexpr std::ptrdiff_t overhead = 24;
-    all.allowance -= static_cast<std::ptrdiff_t>(length) + overhead;
-    if (all.allowance < 0) {
-        all.collect();
+    memory.allowance -= static_cast<std::ptrdiff_t>(length) + overhead;
+    if (memory.allowance < 0) {
+        memory.collect();
     }
     char* text = stringHeap.allocate(length, left, right);
     if (text == nullptr) {
-        all.collect();
+        memory.collect();
         text = stringHeap.allocate(length, left, right);
     }
-    all.size = stringHeap.footprint();
+    memory.size = stringHeap.footprint();
     return text;
 }
 

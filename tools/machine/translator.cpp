@@ -198,7 +198,7 @@ private:
         if (main == functionNumbers.end()) {
             throw std::runtime_error("there is no main");
         }
-        emit(Call, framePart, static_cast<std::int32_t>(main->second));
+        emit(Operation::Call, framePart, 0, static_cast<std::int32_t>(main->second));
         emit(End);
     }
 
@@ -366,6 +366,13 @@ private:
 
     void translateReturn(const Operand& value) {
         const bool isReal = values->typeOf(value) == TypeName::Double;
+        if (isHandedOn(value) && next() > barrier) {
+            krel::Execution::Instruction& last = code.instructions.back();
+            if (last.to == slotOf(value) && (last.operation == Copy || last.operation == RealCopy)) {
+                last.operation = isReal ? ReturnReal : ReturnValue;
+                return;
+            }
+        }
         emit(isReal ? ReturnReal : ReturnValue, 0, inSlot(sourceOf(value, 0), 0));
     }
 
@@ -479,13 +486,24 @@ private:
             emit(Exit);
         } else if (const auto known = functionNumbers.find(std::string{callee});
                    known != functionNumbers.end()) {
-            const std::int32_t passed = passArguments();
-            emit(Operation::Call, function.slots + framePart,
-                 static_cast<std::int32_t>(known->second), passed);
+            callOwn(static_cast<std::int32_t>(known->second), function);
         } else {
             passArguments();
             emit(CallForeign, 0, 0, static_cast<std::int32_t>(code.foreign.size()));
             code.foreign.emplace_back(callee);
+        }
+    }
+
+    /// Many functions have one argument.
+    void callOwn(std::int32_t callee, const Function& function) {
+        if (pendingArguments.size() == 1 &&
+            values->typeOf(pendingArguments.front()) != TypeName::Double) {
+            const std::int32_t slot = inSlot(sourceOf(pendingArguments.front(), 0), 0);
+            emit(CallPassing, function.slots + framePart, slot, callee);
+            pendingArguments.clear();
+        } else {
+            passArguments();
+            emit(Operation::Call, function.slots + framePart, 0, callee);
         }
     }
 
@@ -502,8 +520,7 @@ private:
         }
     }
 
-    /// Returns how many there are, those of doubles times 256.
-    std::int32_t passArguments() {
+    void passArguments() {
         std::int32_t wholes = 0;
         std::int32_t reals = 0;
         for (const Operand& argument : pendingArguments) {
@@ -517,7 +534,6 @@ private:
             }
         }
         pendingArguments.clear();
-        return wholes + 256 * reals;
     }
 
     void takeResult(const Operand& target, std::string_view callee) {

@@ -1,4 +1,5 @@
-// The values of a function: its frame, and the types of its operands. Every name that occurs in it has a slot, in the order of the names:
+// The values of a function: its frame, and the types of its operands. Every name that occurs in it
+// has a slot, in the order of the names:
 //
 //      8(%rbp)   return address
 //       (%rbp)   the caller's %rbp
@@ -46,10 +47,7 @@ long long alignTo(long long value, long long alignment) {
 
 FunctionValues::FunctionValues(const IRFunction& function, ValueTable& itsWords,
                                const SymbolTable& table)
-    : values(itsWords),
-      name(function.getName()),
-      scope(Name::known(name)),
-      symbolTable(table) {}
+    : values(itsWords), name(function.getName()), scope(Name::known(name)), symbolTable(table) {}
 
 void FunctionValues::planFrame() {
     readDeclarations();

@@ -205,8 +205,8 @@ void CodeGenerator::emitConversion(const Operand& target, const Operand& convers
     loadValue(value, Register::rdi, context);
     if (word == Spelling::IntToChar || word == Spelling::CharToInt) {
         storeValue(target, Register::rdi, context);
-        context.recordType(
-            target, word == Spelling::IntToChar ? TypeName::Character : TypeName::Int);
+        context.recordType(target,
+                           word == Spelling::IntToChar ? TypeName::Character : TypeName::Int);
         return;
     }
     out->write("\tcall krel_", word, "@PLT\n");

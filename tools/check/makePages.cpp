@@ -1,6 +1,7 @@
 // Makes a table of rule pages from the comments of rules. Comes in: the name of the file to write,
 // the header that declares the function with the table, and the function's name; or --markdown for
-// the pages as documents have them, on standard output. Then the source files. Goes out: that file. A page is a run of lines "/// ..." that begins with "/// # NAME".
+// the pages as documents have them, on standard output. Then the source files. Goes out: that file.
+// A page is a run of lines "/// ..." that begins with "/// # NAME".
 
 #include <algorithm>
 #include <cstdlib>

@@ -49,8 +49,8 @@ struct CheckedOptions {
 
     /// Whether krel executes the program: any of the options is for that.
     bool wantsMachine() const {
-        return checked || !allowed.empty() || run.traces || run.profiles ||
-               !run.coverage.empty() || run.limit != Execution::Machine::noLimit;
+        return checked || !allowed.empty() || run.traces || run.profiles || !run.coverage.empty() ||
+               run.limit != Execution::Machine::noLimit;
     }
 };
 
@@ -63,7 +63,8 @@ void addOptions(CLI::App& app, CheckedOptions& options) {
     app.add_option("--limit", options.run.limit, "Stop after so many steps")->type_name("STEPS");
     app.add_flag("--trace", options.run.traces, "Show each line that runs, and what it changes");
     app.add_flag("--profile", options.run.profiles, "Show at the end how often each line has run");
-    app.add_option("--coverage", options.run.coverage, "Write the same for lcov")->type_name("FILE");
+    app.add_option("--coverage", options.run.coverage, "Write the same for lcov")
+        ->type_name("FILE");
 }
 
 CheckedRun settingsOf(const CheckedOptions& options) {
@@ -139,7 +140,8 @@ constexpr Command runCommand = {
     "\n"
     "All that follows PROGRAM.krl are arguments of the program. The exit status is the program's,\n"
     "or that of the compiler, krelcc, for a program with faults: 1. With --checked, or one of the\n"
-    "options that are listed behind it, the program is executed without being compiled; at a fault\n"
+    "options that are listed behind it, the program is executed without being compiled; at a "
+    "fault\n"
     "the exit status is 134. `krel explain RULE` tells more about a fault.\n",
     run,
 };

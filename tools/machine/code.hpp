@@ -1,13 +1,13 @@
 // The internal code that the machine runs. An instruction takes its operands from slots of the
-// frame, which are given by their distance from the frame pointer, in slots; the names of operations
-// end in Slots or Constant where the right operand may be one or the other.
+// frame, which are given by their distance from the frame pointer, in slots; the names of
+// operations end in Slots or Constant where the right operand may be one or the other.
 //
 //     slot      -3      -2      -1       0          1
 //     holds      c       b       a    scratch    scratch
 //
 // The slots of a function are those that the code generator gives it. Compiled programs have the
-// caller's frame pointer and the return address in the two above; here calls are kept elsewhere, and
-// elements on their way into an operation use them.
+// caller's frame pointer and the return address in the two above; here calls are kept elsewhere,
+// and elements on their way into an operation use them.
 #pragma once
 
 #include <cstddef>
@@ -38,18 +38,18 @@ inline constexpr Tag notPassed = 32;    // a parameter for which there was no ar
 
 // The operations, with what they expect of their left and right operands: tags, or 0 where there is
 // no slot. The fields of an instruction are `to`, `left` and `right`.
-#define KREL_BINARY(OP, name, tags)  \
-    OP(name##Slots, tags, tags)      \
+#define KREL_BINARY(OP, name, tags) \
+    OP(name##Slots, tags, tags)     \
     OP(name##Constant, tags, 0)
 
 #define KREL_OPERATIONS(OP)                                                                      \
-    /* Before a line of the intermediate code; to: its number. */                               \
+    /* Before a line of the intermediate code; to: its number. */                                \
     OP(Line, 0, 0)                                                                               \
-    /* The same, or at the beginning of a function; to: the number of the counter. */           \
+    /* The same, or at the beginning of a function; to: the number of the counter. */            \
     OP(Count, 0, 0)                                                                              \
-    /* An integer literal has lost digits; to: the number of the place. */                      \
+    /* An integer literal has lost digits; to: the number of the place. */                       \
     OP(LostDigits, 0, 0)                                                                         \
-    /* Jumps by so many instructions as `to` says. */                                           \
+    /* Jumps by so many instructions as `to` says. */                                            \
     OP(Jump, 0, 0)                                                                               \
     OP(JumpIf, Tags::whole, 0)                                                                   \
     OP(JumpUnless, Tags::whole, 0)                                                               \
@@ -65,7 +65,7 @@ inline constexpr Tag notPassed = 32;    // a parameter for which there was no ar
     KREL_BINARY(OP, JumpRealGreater, Tags::real)                                                 \
     KREL_BINARY(OP, JumpRealLessEqual, Tags::real)                                               \
     KREL_BINARY(OP, JumpRealGreaterEqual, Tags::real)                                            \
-    /* Into `to`. Comparisons are in the order of the jumps above. */                           \
+    /* Into `to`. Comparisons are in the order of the jumps above. */                            \
     KREL_BINARY(OP, Equal, Tags::whole | Tags::text)                                             \
     KREL_BINARY(OP, NotEqual, Tags::whole | Tags::text)                                          \
     KREL_BINARY(OP, Less, Tags::whole | Tags::text)                                              \
@@ -105,18 +105,19 @@ inline constexpr Tag notPassed = 32;    // a parameter for which there was no ar
     OP(RealToText, Tags::real, 0)                                                                \
     OP(BooleanToText, Tags::whole, 0)                                                            \
     OP(CharacterToText, Tags::whole, 0)                                                          \
-    /* left: the slot of the index; right: the number of the array. Stores the slot `to`. */    \
+    /* left: the slot of the index; right: the number of the array. Stores the slot `to`. */     \
     OP(LoadElement, Tags::whole, 0)                                                              \
     OP(StoreElement, Tags::whole, 0)                                                             \
-    /* to: the number of the argument register. */                                              \
+    /* to: the number of the argument register. */                                               \
     OP(Pass, Tags::any, 0)                                                                       \
     OP(PassReal, Tags::any, 0)                                                                   \
     OP(PassConstant, 0, 0) /* left: its tag */                                                   \
     OP(PassRealConstant, 0, 0)                                                                   \
-    /* left: the number of the argument register. */                                            \
+    /* left: the number of the argument register. */                                             \
     OP(Take, 0, 0)                                                                               \
     OP(TakeReal, 0, 0)                                                                           \
-    /* to: by how many slots the frame pointer goes down; right: the function. CallPassing takes  */ \
+    /* to: by how many slots the frame pointer goes down; right: the function. CallPassing takes \
+     */                                                                                          \
     /* the slot `left` along, as the first argument. */                                          \
     OP(Call, 0, 0)                                                                               \
     OP(CallPassing, Tags::any, 0)                                                                \
@@ -171,18 +172,18 @@ struct Variable {
 /// A function: its frame and its code.
 struct Function {
     std::string name;
-    std::int32_t slots = 0;      // of the frame, without the two above it
-    std::uint32_t entry = 0;     // of the code
+    std::int32_t slots = 0;   // of the frame, without the two above it
+    std::uint32_t entry = 0;  // of the code
     std::uint32_t end = 0;
-    std::size_t firstLine = 0;   // of the intermediate code, counted through the program
+    std::size_t firstLine = 0;  // of the intermediate code, counted through the program
     std::size_t lineEnd = 0;
-    bool returnsNothing = true;  // it is declared void
+    bool returnsNothing = true;       // it is declared void
     std::vector<Variable> variables;  // in the order of their names
 };
 
 /// The text of a literal, when it is written with more digits than a literal keeps.
 struct LostLiteral {
-    std::uint32_t line;   // of the intermediate code
+    std::uint32_t line;  // of the intermediate code
     std::string written;
     std::int64_t taken;
 };

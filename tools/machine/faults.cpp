@@ -53,9 +53,7 @@ std::string quoted(std::string_view name) {
 }
 
 std::string_view wordFor(Tag tag) {
-    return (tag & Tags::text) != 0   ? "a string"
-           : (tag & Tags::real) != 0 ? "a double"
-                                     : "an int";
+    return (tag & Tags::text) != 0 ? "a string" : (tag & Tags::real) != 0 ? "a double" : "an int";
 }
 
 std::string signedText(std::uint64_t bits) {
@@ -202,12 +200,14 @@ private:
     void describeMissingResult(Fault& found, std::int32_t slot, Tag tag) const {
         const Variable* const variable = variableAt(slot);
         const bool isResult = variable == nullptr || variable->isTemporary;
-        const std::string what = isResult ? subject(slot) : "a result, now in " + subject(slot) + ",";
+        const std::string what =
+            isResult ? subject(slot) : "a result, now in " + subject(slot) + ",";
         if (tag == Tags::otherResult) {
             found.rule = Rule::WrongType;
             found.message = what + " is used, but a value of another type was returned";
-            found.help = "return a double from a function that is declared so: a literal like `2.0` "
-                         "counts as an int";
+            found.help =
+                "return a double from a function that is declared so: a literal like `2.0` "
+                "counts as an int";
         } else {
             found.rule = Rule::MissingResult;
             found.message = what + " is used, but the function returned nothing";
@@ -236,18 +236,19 @@ private:
             found.help = "make the array larger, or the list shorter";
             return;
         }
-        found.message = "index " + signedText(index) + " is outside of " + quoted(array.name) +
-                        ", whose " +
-                        (array.length == 1 ? std::string{"only index is 0"}
-                                           : "indexes are 0 to " + std::to_string(array.length - 1));
+        found.message =
+            "index " + signedText(index) + " is outside of " + quoted(array.name) + ", whose " +
+            (array.length == 1 ? std::string{"only index is 0"}
+                               : "indexes are 0 to " + std::to_string(array.length - 1));
         found.help = "compare the index with the size of the array first";
     }
 
     void describeOverflow(Fault& found) const {
         if (instruction.operation == LostDigits) {
             const LostLiteral& literal = code.lost[static_cast<std::size_t>(instruction.to)];
-            found.message = "the literal " + literal.written + " does not fit into 32 bits: " +
-                            std::to_string(literal.taken) + " is taken";
+            found.message = "the literal " + literal.written +
+                            " does not fit into 32 bits: " + std::to_string(literal.taken) +
+                            " is taken";
             found.help = "2147483647 is the largest; multiply smaller ones";
             return;
         }
@@ -271,8 +272,8 @@ private:
     }
 
     void describeRecursion(Fault& found) const {
-        found.message = "the stack is full: " + std::to_string(machine.depth()) +
-                        " calls have not returned";
+        found.message =
+            "the stack is full: " + std::to_string(machine.depth()) + " calls have not returned";
         found.help = "end the recursion, or make arrays smaller";
     }
 
@@ -294,10 +295,10 @@ private:
 };
 
 const std::array<Describer::Wording, ruleCount> Describer::wordings = {
-    &Describer::describeIndex,     &Describer::describeType,
-    &Describer::describeType,      &Describer::describeOverflow,
-    &Describer::describeDivision,  &Describer::describeDivisionOverflow,
-    &Describer::describeType,      &Describer::describeRecursion,
+    &Describer::describeIndex,    &Describer::describeType,
+    &Describer::describeType,     &Describer::describeOverflow,
+    &Describer::describeDivision, &Describer::describeDivisionOverflow,
+    &Describer::describeType,     &Describer::describeRecursion,
     &Describer::describeMemory};
 
 }  // namespace
@@ -336,8 +337,10 @@ bool Machine::areOperandsTolerated() {
     if (expected.right != 0) {
         return isTolerable(next.right, tag(here, next.right), both);
     }
-    const bool hasConstant = next.operation >= JumpEqualSlots && next.operation <= ConcatenateConstant;
-    const Tag constant = hasConstant ? code.constantTags[static_cast<std::size_t>(next.right)] : both;
+    const bool hasConstant =
+        next.operation >= JumpEqualSlots && next.operation <= ConcatenateConstant;
+    const Tag constant =
+        hasConstant ? code.constantTags[static_cast<std::size_t>(next.right)] : both;
     return isTolerable(next.left, (constant & both) != 0 ? both : left, constant);
 }
 

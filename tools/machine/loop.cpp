@@ -33,11 +33,12 @@ std::int64_t wrapped(std::uint64_t bits) {
 
 }  // namespace
 
-// NOLINTBEGIN(cppcoreguidelines-macro-usage): what they stand for needs the labels and variables.
+// NOLINTBEGIN(cppcoreguidelines-macro-usage, bugprone-macro-parentheses): what they stand for needs
+// the labels and variables.
 
-#define KREL_NEXT                                           \
-    do {                                                    \
-        ++ip;                                               \
+#define KREL_NEXT                                              \
+    do {                                                       \
+        ++ip;                                                  \
         goto* labels[static_cast<std::size_t>(ip->operation)]; \
     } while (false)
 #define KREL_SAVE            \
@@ -53,7 +54,10 @@ std::int64_t wrapped(std::uint64_t bits) {
         KREL_SAVE;      \
         return stop;    \
     } while (false)
-#define KREL_FAULT Stop{Stop::Reason::Faulted}
+#define KREL_FAULT            \
+    Stop {                    \
+        Stop::Reason::Faulted \
+    }
 // Goes on only if the condition holds, or the program may go on without it.
 #define KREL_CHECK(condition, tolerated)            \
     do {                                            \
@@ -74,52 +78,52 @@ std::int64_t wrapped(std::uint64_t bits) {
 
 #define KREL_LEFT frame[ip->left]
 // An operation with a slot and one with a constant on the right, whose bits are `right`.
-#define KREL_EACH_RIGHT(name, mask, body)                                          \
-    name##Slots : {                                                                \
-        KREL_CHECK_TAGS(tags[ip->left] & tags[ip->right] & (mask));                \
-        const std::uint64_t right = frame[ip->right];                              \
-        body;                                                                      \
-    }                                                                              \
-    name##Constant : {                                                             \
-        KREL_CHECK_TAGS(tags[ip->left] & constantTags[ip->right] & (mask));        \
-        const std::uint64_t right = constants[ip->right];                          \
-        body;                                                                      \
+#define KREL_EACH_RIGHT(name, mask, body)                                   \
+    name##Slots : {                                                         \
+        KREL_CHECK_TAGS(tags[ip->left] & tags[ip->right] & (mask));         \
+        const std::uint64_t right = frame[ip->right];                       \
+        body;                                                               \
+    }                                                                       \
+    name##Constant : {                                                      \
+        KREL_CHECK_TAGS(tags[ip->left] & constantTags[ip->right] & (mask)); \
+        const std::uint64_t right = constants[ip->right];                   \
+        body;                                                               \
     }
-#define KREL_WHOLE_OPERANDS                               \
-    const auto l = static_cast<std::int64_t>(KREL_LEFT);  \
+#define KREL_WHOLE_OPERANDS                              \
+    const auto l = static_cast<std::int64_t>(KREL_LEFT); \
     const auto r = static_cast<std::int64_t>(right)
-#define KREL_REAL_OPERANDS                              \
-    const auto l = std::bit_cast<double>(KREL_LEFT);    \
+#define KREL_REAL_OPERANDS                           \
+    const auto l = std::bit_cast<double>(KREL_LEFT); \
     const auto r = std::bit_cast<double>(right)
-#define KREL_JUMP_WHEN(condition)              \
-    do {                                       \
-        whole = (condition) ? 1 : 0;           \
-        ip += whole != 0 ? ip->to : 1;         \
+#define KREL_JUMP_WHEN(condition)                              \
+    do {                                                       \
+        whole = (condition) ? 1 : 0;                           \
+        ip += whole != 0 ? ip->to : 1;                         \
         goto* labels[static_cast<std::size_t>(ip->operation)]; \
     } while (false)
-#define KREL_SET_WHOLE(bits, tag)                       \
-    do {                                                \
-        whole = static_cast<std::uint64_t>(bits);       \
-        frame[ip->to] = whole;                          \
-        KREL_SET_TAG(tag);                              \
-        KREL_NEXT;                                      \
+#define KREL_SET_WHOLE(bits, tag)                 \
+    do {                                          \
+        whole = static_cast<std::uint64_t>(bits); \
+        frame[ip->to] = whole;                    \
+        KREL_SET_TAG(tag);                        \
+        KREL_NEXT;                                \
     } while (false)
-#define KREL_SET_REAL(value)                              \
-    do {                                                  \
-        real = (value);                                   \
+#define KREL_SET_REAL(value)                                \
+    do {                                                    \
+        real = (value);                                     \
         frame[ip->to] = std::bit_cast<std::uint64_t>(real); \
-        KREL_SET_TAG(Tags::real);                         \
-        KREL_NEXT;                                        \
+        KREL_SET_TAG(Tags::real);                           \
+        KREL_NEXT;                                          \
     } while (false)
 // A comparison, and the jump that depends on it.
-#define KREL_WHOLE_COMPARISON(name, op)                                             \
-    KREL_EACH_RIGHT(Jump##name, Tags::whole | Tags::text, {                         \
-        KREL_WHOLE_OPERANDS;                                                        \
-        KREL_JUMP_WHEN(l op r);                                                     \
-    })                                                                              \
-    KREL_EACH_RIGHT(name, Tags::whole | Tags::text, {                               \
-        KREL_WHOLE_OPERANDS;                                                        \
-        KREL_SET_WHOLE(l op r ? 1 : 0, Tags::whole);                                \
+#define KREL_WHOLE_COMPARISON(name, op)                     \
+    KREL_EACH_RIGHT(Jump##name, Tags::whole | Tags::text, { \
+        KREL_WHOLE_OPERANDS;                                \
+        KREL_JUMP_WHEN(l op r);                             \
+    })                                                      \
+    KREL_EACH_RIGHT(name, Tags::whole | Tags::text, {       \
+        KREL_WHOLE_OPERANDS;                                \
+        KREL_SET_WHOLE(l op r ? 1 : 0, Tags::whole);        \
     })
 #define KREL_REAL_COMPARISON(name, condition)             \
     KREL_EACH_RIGHT(Jump##name, Tags::real, {             \
@@ -130,50 +134,50 @@ std::int64_t wrapped(std::uint64_t bits) {
         KREL_REAL_OPERANDS;                               \
         KREL_SET_WHOLE((condition) ? 1 : 0, Tags::whole); \
     })
-#define KREL_REAL_ARITHMETIC(name, op)     \
-    KREL_EACH_RIGHT(name, Tags::real, {    \
-        KREL_REAL_OPERANDS;                \
-        KREL_SET_REAL(l op r);             \
+#define KREL_REAL_ARITHMETIC(name, op)  \
+    KREL_EACH_RIGHT(name, Tags::real, { \
+        KREL_REAL_OPERANDS;             \
+        KREL_SET_REAL(l op r);          \
     })
 // `wrap` is the result in 64 bits, `overflows` the builtin that knows whether it is the true one.
-#define KREL_WHOLE_ARITHMETIC(name, op, overflows)                                            \
-    KREL_EACH_RIGHT(name, Tags::whole, {                                                      \
-        if constexpr (checked) {                                                              \
-            std::int64_t result = 0;                                                          \
-            const bool isLost = overflows(static_cast<std::int64_t>(KREL_LEFT),               \
-                                          static_cast<std::int64_t>(right), &result);         \
-            KREL_CHECK(!isLost, isTolerated(Rule::Overflow));                                 \
-            KREL_SET_WHOLE(result, Tags::whole);                                              \
-        } else {                                                                              \
-            KREL_SET_WHOLE(KREL_LEFT op right, Tags::whole);                                  \
-        }                                                                                     \
+#define KREL_WHOLE_ARITHMETIC(name, op, overflows)                                    \
+    KREL_EACH_RIGHT(name, Tags::whole, {                                              \
+        if constexpr (checked) {                                                      \
+            std::int64_t result = 0;                                                  \
+            const bool isLost = overflows(static_cast<std::int64_t>(KREL_LEFT),       \
+                                          static_cast<std::int64_t>(right), &result); \
+            KREL_CHECK(!isLost, isTolerated(Rule::Overflow));                         \
+            KREL_SET_WHOLE(result, Tags::whole);                                      \
+        } else {                                                                      \
+            KREL_SET_WHOLE(KREL_LEFT op right, Tags::whole);                          \
+        }                                                                             \
     })
 // Sets a new text, unless memory is exhausted.
-#define KREL_SET_TEXT(makeText)                                               \
-    do {                                                                      \
-        KREL_SAVE;                                                            \
-        const std::uint64_t text = (makeText);                                \
-        KREL_CHECK(text != 0, isTolerated(Rule::OutOfMemory));                \
-        if (text == 0) [[unlikely]] {                                         \
-            return trapped(Trap::OutOfMemory);                                \
-        }                                                                     \
-        KREL_SET_WHOLE(text, Tags::text);                                     \
+#define KREL_SET_TEXT(makeText)                                \
+    do {                                                       \
+        KREL_SAVE;                                             \
+        const std::uint64_t text = (makeText);                 \
+        KREL_CHECK(text != 0, isTolerated(Rule::OutOfMemory)); \
+        if (text == 0) [[unlikely]] {                          \
+            return trapped(Trap::OutOfMemory);                 \
+        }                                                      \
+        KREL_SET_WHOLE(text, Tags::text);                      \
     } while (false)
 
 // Goes into a function, if the stack has room for its frame.
-#define KREL_ENTER(callee)                                                        \
-    do {                                                                          \
-        if (frame - stack.begin() < ip->to + (callee).slots) [[unlikely]] {       \
-            KREL_CHECK(false, isTolerated(Rule::DeepRecursion));                  \
-            KREL_STOP(trapped(Trap::StackOverflow));                              \
-        }                                                                         \
-        calls.push_back({ip + 1, frame});                                         \
-        frame -= ip->to;                                                          \
-        if constexpr (checked) {                                                  \
-            tags = stack.tagOf(frame);                                            \
-            Stack::clearTags(tags + 2, (callee).slots + 2);                       \
-        }                                                                         \
-        ip = (callee).entry;                                                      \
+#define KREL_ENTER(callee)                                                  \
+    do {                                                                    \
+        if (frame - stack.begin() < ip->to + (callee).slots) [[unlikely]] { \
+            KREL_CHECK(false, isTolerated(Rule::DeepRecursion));            \
+            KREL_STOP(trapped(Trap::StackOverflow));                        \
+        }                                                                   \
+        calls.push_back({ip + 1, frame});                                   \
+        frame -= ip->to;                                                    \
+        if constexpr (checked) {                                            \
+            tags = stack.tagOf(frame);                                      \
+            Stack::clearTags(tags + 2, (callee).slots + 2);                 \
+        }                                                                   \
+        ip = (callee).entry;                                                \
     } while (false)
 
 template <bool checked>
@@ -320,7 +324,7 @@ CharacterToText:
     KREL_CHECK_TAGS(tags[ip->left] & Tags::whole);
     KREL_SET_WHOLE(texts.ofCharacter(KREL_LEFT), Tags::text);
 
-LoadElement: {
+LoadElement : {
     KREL_CHECK_TAGS(tags[ip->left] & Tags::whole);
     const Array& array = code.arrays[static_cast<std::size_t>(ip->right)];
     const std::uint64_t* const element = elementAt(frame, array, KREL_LEFT);
@@ -339,7 +343,7 @@ LoadElement: {
     frame[ip->to] = whole;
     KREL_NEXT;
 }
-StoreElement: {
+StoreElement : {
     KREL_CHECK_TAGS(tags[ip->left] & Tags::whole);
     KREL_CHECK((tags[ip->to] & Tags::any) != 0, isStoredTolerated());
     const Array& array = code.arrays[static_cast<std::size_t>(ip->right)];
@@ -398,7 +402,7 @@ TakeReal:
     }
     KREL_NEXT;
 
-CallPassing: {
+CallPassing : {
     KREL_CHECK_TAGS(tags[ip->left] & Tags::any);
     const Entry& callee = entries[static_cast<std::size_t>(ip->right)];
     const std::uint64_t value = KREL_LEFT;
@@ -416,7 +420,7 @@ CallPassing: {
     }
     goto* labels[static_cast<std::size_t>(ip->operation)];
 }
-Call: {
+Call : {
     const Entry& callee = entries[static_cast<std::size_t>(ip->right)];
     KREL_ENTER(callee);
     goto* labels[static_cast<std::size_t>(ip->operation)];
@@ -491,7 +495,7 @@ End:
     KREL_STOP((Stop{Stop::Reason::Ended, Trap::None, static_cast<int>(whole & 0xFF), {}}));
 }
 
-// NOLINTEND(cppcoreguidelines-macro-usage)
+// NOLINTEND(cppcoreguidelines-macro-usage, bugprone-macro-parentheses)
 
 template Stop Machine::execute<false>(std::uint64_t untilStep);
 template Stop Machine::execute<true>(std::uint64_t untilStep);

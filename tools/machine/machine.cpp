@@ -11,8 +11,7 @@ namespace krel::Execution {
 /// A copy of all that a machine changes while the program runs.
 class Snapshot final : public TextHolder {
 public:
-    explicit Snapshot(const Machine& machine)
-        : state(machine.state), calls(machine.calls) {
+    explicit Snapshot(const Machine& machine) : state(machine.state), calls(machine.calls) {
         const std::span<const std::uint64_t> used = machine.usedStack();
         slots.assign(used.begin(), used.end());
         if (machine.stack.hasTags()) {

@@ -72,8 +72,8 @@ struct Stop {
 
 /// A call that has not returned.
 struct CallFrame {
-    std::size_t function;      // its number in the code
-    std::uint32_t line;        // of the intermediate code: the next one, or that of the call
+    std::size_t function;        // its number in the code
+    std::uint32_t line;          // of the intermediate code: the next one, or that of the call
     const std::uint64_t* frame;  // its frame pointer
 };
 

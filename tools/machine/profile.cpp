@@ -74,8 +74,8 @@ std::string Profile::asLcov(const std::string& path) const {
         counts += "FNDA:" + std::to_string(row.calls) + "," + row.name + "\n";
         called += row.calls != 0 ? 1 : 0;
     }
-    text += counts + "FNF:" + std::to_string(functions.size()) +
-            "\nFNH:" + std::to_string(called) + "\n";
+    text += counts + "FNF:" + std::to_string(functions.size()) + "\nFNH:" + std::to_string(called) +
+            "\n";
     std::size_t hit = 0;
     for (const auto& [line, count] : lines) {
         text += "DA:" + std::to_string(line) + "," + std::to_string(count) + "\n";

@@ -30,8 +30,8 @@ private:
     };
 
     const FrontEnd::Compilation& compilation;
-    std::vector<FunctionRow> functions;    // in the order of their definition
-    std::map<int, std::uint64_t> lines;    // those that can run
+    std::vector<FunctionRow> functions;  // in the order of their definition
+    std::map<int, std::uint64_t> lines;  // those that can run
 };
 
 }  // namespace krel::Execution

@@ -39,8 +39,8 @@ std::string callsOf(const FrontEnd::Compilation& compilation, const std::string&
             number += left;
         }
         const CallFrame call = machine.call(number);
-        const LineAndColumn place = compilation.lines().positionOf(
-            sourceOf(compilation, nameOf(number), call.line).begin);
+        const LineAndColumn place =
+            compilation.lines().positionOf(sourceOf(compilation, nameOf(number), call.line).begin);
         text += "   called in `" + nameOf(number) + "` at " + path + ":" +
                 std::to_string(place.line) + ":" + std::to_string(place.column) + "\n";
     }
@@ -68,9 +68,11 @@ std::string reportOf(const FrontEnd::Compilation& compilation, const std::string
 
 std::string reportOfLimit(const FrontEnd::Compilation& compilation, const std::string& path,
                           const Machine& machine, bool colours) {
-    const Fault fault{{}, machine.line(),
-                      std::to_string(machine.stepsDone()) + " steps are done, and the program is "
-                                                            "still running",
+    const Fault fault{{},
+                      machine.line(),
+                      std::to_string(machine.stepsDone()) +
+                          " steps are done, and the program is "
+                          "still running",
                       "give it a larger --limit, or let its loops end"};
     return report(compilation, path, machine, "step-limit", fault, colours);
 }

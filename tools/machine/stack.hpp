@@ -23,8 +23,9 @@ public:
     std::size_t size() const { return count; }
     /// Whether there is such a slot.
     bool contains(const std::uint64_t* slot) const {
-        return (reinterpret_cast<std::uintptr_t>(slot) -
-                reinterpret_cast<std::uintptr_t>(slots)) / sizeof(std::uint64_t) < count;
+        return (reinterpret_cast<std::uintptr_t>(slot) - reinterpret_cast<std::uintptr_t>(slots)) /
+                   sizeof(std::uint64_t) <
+               count;
     }
     /// The tag of a slot.
     Tag* tagOf(const std::uint64_t* slot) const { return tags + (slot - slots); }

@@ -1,6 +1,7 @@
 // Texts. Comes in: addresses and numbers. Goes out: addresses of texts, made as the runtime of
 // compiled programs makes them. The runtime looks for strings that are still used on the stack of
-// the process; a program that runs here has another one, so here it is told when to look, and where.
+// the process; a program that runs here has another one, so here it is told when to look, and
+// where.
 
 #include "tools/machine/texts.hpp"
 
@@ -33,8 +34,8 @@ struct Memory {
         }
     }
 
-    /// Takes back what no holder has. The allowance is that of the runtime: collections stay a small
-    /// part of the work.
+    /// Takes back what no holder has. The allowance is that of the runtime: collections stay a
+    /// small part of the work.
     void collect() {
         std::vector<std::uint64_t> joined;
         std::span<const std::uint64_t> words;
@@ -49,8 +50,8 @@ struct Memory {
         }
         stringHeap.collect(words.data(), words.data() + words.size());
         constexpr std::size_t forEachBlock = 8192;
-        allowance = static_cast<std::ptrdiff_t>(StringHeap::smallestBudget + 4 * words.size_bytes() +
-                                                size / blockSize * forEachBlock);
+        allowance = static_cast<std::ptrdiff_t>(
+            StringHeap::smallestBudget + 4 * words.size_bytes() + size / blockSize * forEachBlock);
     }
 };
 

@@ -36,10 +36,7 @@ const Variable* variableAt(const Function& function, std::int32_t slot) {
 
 Trace::Trace(const FrontEnd::Compilation& itsCompilation, std::string_view itsPath,
              Machine& itsMachine, Write itsWrite)
-    : compilation(itsCompilation),
-      path(itsPath),
-      machine(itsMachine),
-      write(std::move(itsWrite)) {}
+    : compilation(itsCompilation), path(itsPath), machine(itsMachine), write(std::move(itsWrite)) {}
 
 Stop Trace::run(std::uint64_t untilStep) {
     machine.watchAll(true);
@@ -71,7 +68,8 @@ bool Trace::isStatement(std::uint32_t irLine) const {
     const std::string_view text =
         function.getBlocks()[place.block].getInstructions().text(place.instruction);
     return !text.starts_with(Keyword::Goto) &&
-           (text != Keyword::Return || compilation.textOf(place.source).starts_with(Keyword::Return));
+           (text != Keyword::Return ||
+            compilation.textOf(place.source).starts_with(Keyword::Return));
 }
 
 /// A line of the intermediate code is next. Tells of the line of the source that has ended by that.
@@ -118,9 +116,8 @@ std::vector<Trace::Target> Trace::targetsOf(std::uint32_t irLine) const {
     const Code& code = machine.program();
     const CallFrame here = machine.call(0);
     const Function& function = code.functions[here.function];
-    const auto [first, last] =
-        std::equal_range(code.lines.begin() + function.entry, code.lines.begin() + function.end,
-                         irLine);
+    const auto [first, last] = std::equal_range(code.lines.begin() + function.entry,
+                                                code.lines.begin() + function.end, irLine);
     std::vector<Target> targets;
     for (auto at = first; at != last; ++at) {
         const Instruction& instruction =

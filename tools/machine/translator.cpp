@@ -28,7 +28,7 @@ namespace krel::Execution {
 
 namespace {
 
-constexpr std::int32_t slotSize = 8;  // bytes
+constexpr std::int32_t slotSize = 8;   // bytes
 constexpr std::int32_t framePart = 2;  // slots above a frame
 
 /// What an operand has become: a slot or a constant.
@@ -88,7 +88,8 @@ constexpr bool isComparison(Operation operation) {
 
 /// The jump that a comparison becomes.
 constexpr Operation jumpOf(Operation comparison) {
-    return behind(JumpEqualSlots, static_cast<unsigned>(numberOf(comparison)) - numberOf(EqualSlots));
+    return behind(JumpEqualSlots,
+                  static_cast<unsigned>(numberOf(comparison)) - numberOf(EqualSlots));
 }
 static_assert(jumpOf(RealGreaterEqualConstant) == JumpRealGreaterEqualConstant);
 
@@ -368,7 +369,8 @@ private:
         const bool isReal = values->typeOf(value) == TypeName::Double;
         if (isHandedOn(value) && next() > barrier) {
             krel::Execution::Instruction& last = code.instructions.back();
-            if (last.to == slotOf(value) && (last.operation == Copy || last.operation == RealCopy)) {
+            if (last.to == slotOf(value) &&
+                (last.operation == Copy || last.operation == RealCopy)) {
                 last.operation = isReal ? ReturnReal : ReturnValue;
                 return;
             }
@@ -646,9 +648,8 @@ private:
     void emit(Operation operation, std::int32_t to = 0, std::int32_t left = 0,
               std::int32_t right = 0) {
         code.instructions.push_back({operation, to, left, right});
-        code.lines.push_back(line < compilation.irLines().size()
-                                 ? static_cast<std::uint32_t>(line)
-                                 : Code::noLine);
+        code.lines.push_back(line < compilation.irLines().size() ? static_cast<std::uint32_t>(line)
+                                                                 : Code::noLine);
     }
 
     /// The next instruction will jump to a block.
@@ -662,9 +663,8 @@ private:
     /// as the operator "-" and its magnitude.
     void addLostDigits(const krel::Instruction& read) {
         const SourceRange range = compilation.irLines()[line].source;
-        auto token = std::ranges::lower_bound(lossyTokens, range.begin, {}, [](const auto& each) {
-            return each.range.begin;
-        });
+        auto token = std::ranges::lower_bound(lossyTokens, range.begin, {},
+                                              [](const auto& each) { return each.range.begin; });
         for (; token != lossyTokens.end() && token->range.end <= range.end; ++token) {
             for (std::size_t group = 0; group < groupCountOf(read.form); ++group) {
                 Operand operand = read.groups[group];
@@ -700,9 +700,10 @@ private:
     std::vector<Operand> pendingArguments;
     std::int32_t wholeParameters = 0;
     std::int32_t realParameters = 0;
-    std::unordered_map<int, std::uint32_t> blocks;       // where they begin
-    std::vector<std::pair<std::uint32_t, int>> jumps;    // from instructions to blocks
-    std::uint32_t barrier = 0;  // instructions before it cannot be changed: a jump leads behind them
+    std::unordered_map<int, std::uint32_t> blocks;     // where they begin
+    std::vector<std::pair<std::uint32_t, int>> jumps;  // from instructions to blocks
+    std::uint32_t barrier =
+        0;  // instructions before it cannot be changed: a jump leads behind them
 };
 
 }  // namespace

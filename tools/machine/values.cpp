@@ -51,8 +51,7 @@ std::string shownReal(double value) {
 
 }  // namespace
 
-std::string shownValue(const Machine& machine, std::uint64_t bits, Tag tag,
-                       std::string_view type) {
+std::string shownValue(const Machine& machine, std::uint64_t bits, Tag tag, std::string_view type) {
     if ((tag & Tags::any) == 0) {
         return "(unset)";
     }

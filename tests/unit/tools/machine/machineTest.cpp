@@ -30,8 +30,9 @@ public:
 
 /// A program on a machine.
 struct Session {
-    explicit Session(const std::string& text, bool checked = true, const Wanted& wanted = {true, false},
-                 std::size_t stackSize = std::size_t{1} << 20)
+    explicit Session(const std::string& text, bool checked = true,
+                     const Wanted& wanted = {true, false},
+                     std::size_t stackSize = std::size_t{1} << 20)
         : compilation(FrontEnd::compile(text, "p.krl", request())),
           code(translate(*compilation, wanted)),
           machine(code, {checked, {}, stackSize}, output) {}
@@ -123,8 +124,9 @@ TEST(MachineTest, KnowsLineFunctionAndCalls) {
 }
 
 TEST(MachineTest, TellsWhatIsSet) {
-    Session run{"void main() {\n    double d = 0.5;\n    string s = \"a\\tb\";\n    int a[2];\n"
-            "    a[1] = 7;\n    print(d, s, a[1]);\n}\n"};
+    Session run{
+        "void main() {\n    double d = 0.5;\n    string s = \"a\\tb\";\n    int a[2];\n"
+        "    a[1] = 7;\n    print(d, s, a[1]);\n}\n"};
     run.machine.run(0);
     EXPECT_EQ(run.tag("d"), Tags::unset);
     run.machine.run(2);
@@ -190,10 +192,11 @@ TEST(MachineTest, EveryStateComesAgain) {
 }
 
 TEST(MachineTest, ASnapshotKeepsItsTexts) {
-    Session run{"void main() {\n    string s = \"a\" + \"b\";\n    string t = s;\n    s = \"\";\n"
-            "    t = \"\";\n    for (int i = 0; i < 200000; i++) {\n"
-            "        t = t + \"0123456789\";\n        if (i / 100 * 100 == i) { t = \"\"; }\n    }\n"
-            "}\n"};
+    Session run{
+        "void main() {\n    string s = \"a\" + \"b\";\n    string t = s;\n    s = \"\";\n"
+        "    t = \"\";\n    for (int i = 0; i < 200000; i++) {\n"
+        "        t = t + \"0123456789\";\n        if (i / 100 * 100 == i) { t = \"\"; }\n    }\n"
+        "}\n"};
     run.machine.run(2);
     const std::uint64_t address = run.value("s");
     EXPECT_EQ(run.machine.textAt(address), "ab");
@@ -208,15 +211,16 @@ TEST(MachineTest, ChangesSlots) {
     Session run{"void main() {\n    int a = 1;\n    string s = \"\";\n    print(a, s);\n}\n"};
     run.machine.run(2);
     run.machine.setValue(run.machine.call(0), run.variable("a").slot, 42, Tags::whole);
-    run.machine.setValue(run.machine.call(0), run.variable("s").slot,
-                         run.machine.makeText("\\n"), Tags::text);
+    run.machine.setValue(run.machine.call(0), run.variable("s").slot, run.machine.makeText("\\n"),
+                         Tags::text);
     run.machine.run();
     EXPECT_EQ(run.output.printed, "42\\n");
 }
 
 TEST(MachineTest, AFaultHasPlaceWordsAndCalls) {
-    Session run{"int pick(int i) {\n    int a[3] = {1, 2, 3};\n    int v = a[i];\n    return v;\n}\n"
-            "void main() {\n    print(\"x\");\n    int r = pick(3);\n}\n"};
+    Session run{
+        "int pick(int i) {\n    int a[3] = {1, 2, 3};\n    int v = a[i];\n    return v;\n}\n"
+        "void main() {\n    print(\"x\");\n    int r = pick(3);\n}\n"};
     EXPECT_EQ(run.machine.run().reason, Stop::Reason::Faulted);
     EXPECT_EQ(run.output.printed, "x");
     EXPECT_EQ(run.machine.fault().rule, Rule::IndexOutside);
@@ -242,9 +246,10 @@ TEST(MachineTest, AFullStackIsToldWithTheCallsAtItsEnds) {
 
 TEST(MachineTest, TrapsEndAnUncheckedRun) {
     const auto trapOf = [](const std::string& statements) {
-        Session run{"void down() { down(); }\nvoid main() {\n    int z = 0;\n    string none[1];\n" +
-                    statements + "}\n",
-                false};
+        Session run{
+            "void down() { down(); }\nvoid main() {\n    int z = 0;\n    string none[1];\n" +
+                statements + "}\n",
+            false};
         return run.machine.run().trap;
     };
     EXPECT_EQ(trapOf("z = 1 / z;"), Trap::DivisionByZero);

@@ -79,6 +79,7 @@ private:
         hasStayed = repairer.hasStayed();
         repaired = std::make_unique<RepairedText>(pieces, text);
         report.edits = repaired->edits();
+        causes = repaired->causes();
         report.fixed = repaired->text();
         for (const Finding& finding : findings) {
             added.emplace(finding.rule, finding.range.begin);
@@ -154,6 +155,7 @@ private:
                           leavesGuesses ? Repairer::Guesses::Left : Repairer::Guesses::Written};
         const RepairedText written{repairer.repair(), text};
         report.edits = written.edits();
+        causes = written.causes();
         report.fixed = written.text();
         report.fixedIsAccepted =
             compile(report.fixed, false)->outcome() == FrontEnd::Outcome::Complete;
@@ -343,6 +345,9 @@ private:
                          [](const Finding& left, const Finding& right) {
                              return left.range.begin < right.range.begin;
                          });
+        if (!report.edits.empty()) {
+            assignEdits();
+        }
         report.findings = std::move(findings);
         if (report.edits.empty()) {
             return;
@@ -351,6 +356,50 @@ private:
         if (formatted.parses) {
             report.fixed = std::move(formatted.text);
         }
+    }
+
+    // Which edits repair what
+
+    using Cause = std::pair<SourceRange, std::size_t>;  // and the number of its edit
+
+    static bool isEarlier(const Cause& left, const Cause& right) {
+        return left.first.begin < right.first.begin;
+    }
+
+    /// Tells each finding which edits repair it: those of its statement that something at its place
+    /// made necessary.
+    void assignEdits() {
+        std::map<const Unit*, std::vector<Cause>> byUnit;
+        for (std::size_t edit = 0; edit < causes.size(); ++edit) {
+            for (const SourceRange range : causes[edit]) {
+                byUnit[unitAt(range.begin)].emplace_back(range, edit);
+            }
+        }
+        for (auto& entry : byUnit) {
+            std::stable_sort(entry.second.begin(), entry.second.end(), isEarlier);
+        }
+        for (Finding& finding : findings) {
+            const auto entry = byUnit.find(unitAt(finding.range.begin));
+            if (entry != byUnit.end()) {
+                finding.edits = editsAt(finding.range, entry->second);
+            }
+        }
+    }
+
+    /// In a very long statement only the edits of exactly the place count.
+    static std::vector<std::size_t> editsAt(SourceRange range, const std::vector<Cause>& all) {
+        constexpr std::size_t manyCauses = 1000;
+        const bool isLong = all.size() > manyCauses;
+        const Cause here{range, 0};
+        auto cause =
+            isLong ? std::lower_bound(all.begin(), all.end(), here, isEarlier) : all.begin();
+        std::set<std::size_t> edits;
+        for (; cause != all.end() && (!isLong || cause->first.begin == range.begin); ++cause) {
+            if (cause->first.begin <= range.end && range.begin <= cause->first.end) {
+                edits.insert(cause->second);
+            }
+        }
+        return {edits.begin(), edits.end()};
     }
 
     const std::string& text;
@@ -365,6 +414,7 @@ private:
     std::vector<Finding> findings;
     std::set<std::pair<std::string_view, std::uint32_t>> added;  // rules and places of findings
     std::map<std::uint32_t, std::uint32_t> errorEnds;            // by where the errors begin
+    std::vector<std::vector<SourceRange>> causes;                // of the report's edits
     std::unique_ptr<RepairedText> repaired;
     std::unordered_set<NodeId> leftOut;
     std::vector<Unit> units;  // in order

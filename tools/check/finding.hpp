@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "shared/error/place.hpp"
 
@@ -24,6 +26,7 @@ struct Finding {
     SourceRange range;
     std::string message;
     std::string help;  // the reason and what to write instead; empty when there is nothing
+    std::vector<std::size_t> edits = {};  // numbers of the report's edits that repair it
 };
 
 }  // namespace krel::Check

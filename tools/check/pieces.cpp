@@ -104,11 +104,15 @@ SourceRange RepairedText::originOf(SourceRange range) const {
 void RepairedText::listEdits(const Pieces& pieces, std::string_view source) {
     std::uint32_t end = 0;  // of what was kept or replaced so far
     std::string pending;
+    std::vector<SourceRange> because;
     const auto flush = [&](std::uint32_t begin) {
         if (end < begin || !pending.empty()) {
             changes.push_back({{end, begin}, std::move(pending)});
+            reasons.push_back(std::move(because));
+            reasons.back().push_back({end, begin});
         }
         pending.clear();
+        because.clear();
     };
     for (const Piece& piece : pieces.pieces()) {
         const std::string_view taken =
@@ -117,7 +121,12 @@ void RepairedText::listEdits(const Pieces& pieces, std::string_view source) {
             flush(piece.origin.begin);
             end = piece.origin.end;
         } else {
-            pending += piece.kind == Piece::Kind::New ? std::string_view{piece.text} : taken;
+            const std::string_view added =
+                piece.kind == Piece::Kind::New ? std::string_view{piece.text} : taken;
+            pending += added;
+            if (added.find_first_not_of(" \t\n") != added.npos) {
+                because.push_back(piece.origin);
+            }
         }
     }
     flush(static_cast<std::uint32_t>(source.size()));

@@ -54,6 +54,8 @@ public:
     SourceRange originOf(SourceRange range) const;
     /// The changes that lead from the user's text to this one, in order; they do not touch.
     const std::vector<Edit>& edits() const { return changes; }
+    /// For each of them, the ranges of the user's text that made it necessary.
+    const std::vector<std::vector<SourceRange>>& causes() const { return reasons; }
 
 private:
     struct Stretch {
@@ -68,6 +70,7 @@ private:
     std::string made;
     std::vector<Stretch> stretches;  // in order; at least one
     std::vector<Edit> changes;
+    std::vector<std::vector<SourceRange>> reasons;
 };
 
 }  // namespace krel::Check

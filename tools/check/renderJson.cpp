@@ -74,6 +74,20 @@ std::string uriOf(const std::string& path) {
     return uri;
 }
 
+/// The edits that repair a finding.
+Json fixOf(const CheckedFile& file, const Finding& finding, const Characters& characters) {
+    Json replacements = Json::array();
+    for (const std::size_t number : finding.edits) {
+        const Edit& edit = file.report.edits[number];
+        replacements.push_back({{"deletedRegion", characters.regionOf(edit.range)},
+                                {"insertedContent", {{"text", edit.text}}}});
+    }
+    Json change = {{"artifactLocation", {{"uri", uriOf(file.path)}}},
+                   {"replacements", std::move(replacements)}};
+    return {{"description", {{"text", finding.help.empty() ? finding.message : finding.help}}},
+            {"artifactChanges", Json::array({std::move(change)})}};
+}
+
 }  // namespace
 
 std::string jsonOf(const std::vector<CheckedFile>& files) {
@@ -86,6 +100,7 @@ std::string jsonOf(const std::vector<CheckedFile>& files) {
             entry.update(placeOf(lines, finding.range));
             entry["message"] = finding.message;
             entry["help"] = finding.help;
+            entry["edits"] = finding.edits;
             findings.push_back(std::move(entry));
         }
         Json edits = Json::array();
@@ -123,6 +138,9 @@ std::string sarifOf(const std::vector<CheckedFile>& files) {
                 {"locations", Json::array({{{"physicalLocation",
                                              {{"artifactLocation", {{"uri", uriOf(file.path)}}},
                                               {"region", characters.regionOf(finding.range)}}}}})}};
+            if (!finding.edits.empty()) {
+                result["fixes"] = Json::array({fixOf(file, finding, characters)});
+            }
             const auto number = numbers.find(finding.rule);
             if (number != numbers.end()) {
                 result["ruleIndex"] = number->second;

@@ -10,10 +10,13 @@ import sys
 import tempfile
 import unittest
 
+import jsonschema
+
 sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "krel"))
 
 from sandbox import KREL  # noqa: E402 (after the path is known)
 
+SCHEMA = pathlib.Path(__file__).resolve().parent / "schemas" / "sarif-2.1.0.json"
 GOOD = "void main() {\n    print(\"hello\\n\");\n}\n"
 REFUSED = "void main() {\n    int x;\n    print(x, \"\\n\");\n}\n"
 FIXED = REFUSED.replace("int x;", "int x = 0;")
@@ -146,6 +149,9 @@ class Command(unittest.TestCase):
         self.assertEqual(status, 1)
         self.assertEqual([file["accepted"] for file in files], [False, True])
         self.assertEqual(files[0]["findings"][0]["rule"], "initial-value")
+        self.assertEqual(files[0]["findings"][0]["edits"], [0])
+        self.assertEqual(files[0]["edits"], [{"line": 2, "column": 10, "endLine": 2,
+                                              "endColumn": 10, "text": " = 0"}])
         self.assertEqual(files[1]["findings"], [])
 
     def test_sarif(self):
@@ -153,6 +159,31 @@ class Command(unittest.TestCase):
         status, out, _ = self.krel("check", "--format=sarif", "program.krl")
         run = json.loads(out)["runs"][0]
         self.assertEqual((status, len(run["results"])), (1, 1))
+        change = run["results"][0]["fixes"][0]["artifactChanges"][0]
+        self.assertEqual(change["replacements"][0]["insertedContent"], {"text": " = 0"})
+
+    def test_edits_of_each_finding(self):
+        self.write("program.krl", "void main() {\n    int a[3] = {1, 2, 3};\n    int n = 1;\n"
+                                  "    print(a[n + 1], n % 2);\n    n *= 2;\n    missing();\n}\n")
+        file = json.loads(self.krel("check", "--format=json", "program.krl")[1])["files"][0]
+        texts = {finding["rule"]: [file["edits"][number]["text"] for number in finding["edits"]]
+                 for finding in file["findings"]}
+        self.assertEqual(texts, {"index-expression": ["int aIndex = n + 1;\n    ", "[aIndex]"],
+                                 "remainder": ["n - n / 2 * 2"],
+                                 "compound-assignment": [" = n * "], "undeclared-name": []})
+
+    def test_sarif_follows_its_schema(self):
+        schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
+        validator = jsonschema.Draft4Validator(schema)
+        self.assertFalse(validator.is_valid({"version": "2.1.0", "runs": [{}]}))
+        for text in [GOOD, REFUSED, TRAP, "", "x", "void main() { string s = \"a - \xe4\" }"]:
+            self.write("a b#1.krl", text)
+            out = self.krel("check", "--format=sarif", "--hints", "a b#1.krl")[1]
+            validator.validate(json.loads(out))
+        programs = sorted(SCHEMA.parents[1].glob("programs/*/program.krl"))
+        out = self.krel("check", "--format=sarif", *programs)[1]
+        validator.validate(json.loads(out))
+        self.assertGreater(len(json.loads(out)["runs"][0]["results"]), 100)
 
     def test_explain(self):
         status, page, _ = self.krel("explain", "whole-double")

@@ -2,8 +2,8 @@
 """Whole programs as people write them who know other languages: what is found, what --fix makes of
 them, and that the result prints what was meant.
 
-A folder of programs/ has program.krl; expected.txt, the findings; fixed.krl; and output, which comes
-from the same program in the language that it was written in."""
+A folder of programs/ has program.krl; expected.txt, the findings; fixed.krl; and output, which
+comes from the same program in the language that it was written in."""
 
 import os
 import pathlib

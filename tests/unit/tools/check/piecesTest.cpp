@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tools/check/pieces.hpp"
 
 namespace krel::Check {
@@ -56,6 +58,15 @@ TEST(RepairedTextTest, ListsTheChanges) {
     EXPECT_EQ(repaired.edits()[0].text, "int k = i + 1; ");
     EXPECT_EQ(repaired.edits()[1].range, (SourceRange{6, 11}));
     EXPECT_EQ(repaired.edits()[1].text, "k");
+}
+
+TEST(RepairedTextTest, KnowsWhatMadeEachChangeNecessary) {
+    const RepairedText repaired{hoisted(), source};
+    const auto& causes = repaired.causes();
+    ASSERT_EQ(causes.size(), 2U);
+    for (const auto& ranges : causes) {
+        EXPECT_NE(std::find(ranges.begin(), ranges.end(), SourceRange{6, 11}), ranges.end());
+    }
 }
 
 TEST(RepairedTextTest, NothingChangesWithoutRepairs) {

@@ -71,7 +71,8 @@ TEST(RenderTest, WritesJson) {
     EXPECT_EQ(file.at("accepted"), false);
     const auto expected = nlohmann::json::parse(
         R"({"rule": "initial-value", "severity": "error", "line": 2, "column": 6, "endLine": 2,
-            "endColumn": 7, "message": "`x` has no initial value", "help": "write `x = 0`"})");
+            "endColumn": 7, "message": "`x` has no initial value", "help": "write `x = 0`",
+            "edits": [0]})");
     EXPECT_EQ(file.at("findings"), nlohmann::json::array({expected}));
     EXPECT_EQ(file.at("edits").at(0).at("text"), " = 0");
 }

@@ -57,7 +57,7 @@ std::string Profile::asText() const {
         const std::size_t end = std::min(source.find('\n', begin), source.size());
         const auto count = lines.find(line);
         text += rightAligned(count == lines.end() ? "" : std::to_string(count->second)) + "  ";
-        text += rightAligned(std::to_string(line), numberWidth) + " | ";
+        text += rightAligned(std::to_string(line), numberWidth) + (end > begin ? " | " : " |");
         text += source.substr(begin, end - begin);
         text += "\n";
         begin = end + 1;

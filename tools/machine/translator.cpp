@@ -112,8 +112,11 @@ struct LossyToken {
     std::int64_t taken;
 };
 
-std::vector<LossyToken> lossyTokensOf(const FrontEnd::Compilation& compilation) {
-    std::vector<LossyToken> found;
+/// By the magnitudes of what became of them, each in the order of the source.
+using LossyTokens = std::unordered_map<std::int64_t, std::vector<LossyToken>>;
+
+LossyTokens lossyTokensOf(const FrontEnd::Compilation& compilation) {
+    LossyTokens found;
     for (const FrontEnd::Token& token : compilation.tokens()) {
         const std::string_view text = compilation.textOf(token.range);
         constexpr std::size_t mostSafeDigits = 9;
@@ -123,7 +126,8 @@ std::vector<LossyToken> lossyTokensOf(const FrontEnd::Compilation& compilation) 
         std::int64_t value = std::numeric_limits<std::int64_t>::max();  // for a larger one, too
         std::from_chars(text.data(), text.data() + text.size(), value);
         if (value > std::numeric_limits<std::int32_t>::max()) {
-            found.push_back({token.range, static_cast<std::int32_t>(value)});
+            const std::int64_t taken = static_cast<std::int32_t>(value);
+            found[std::abs(taken)].push_back({token.range, taken});
         }
     }
     return found;
@@ -659,33 +663,41 @@ private:
         jumps.emplace_back(instruction, static_cast<int>(integerOf(block.text())));
     }
 
-    /// The line uses an integer literal that was cut, and covers one that was. A negative one reads
-    /// as the operator "-" and its magnitude.
+    /// The line uses an integer literal that was cut, and covers one that was.
     void addLostDigits(const krel::Instruction& read) {
-        const SourceRange range = compilation.irLines()[line].source;
-        auto token = std::ranges::lower_bound(lossyTokens, range.begin, {},
-                                              [](const auto& each) { return each.range.begin; });
-        for (; token != lossyTokens.end() && token->range.end <= range.end; ++token) {
-            for (std::size_t group = 0; group < groupCountOf(read.form); ++group) {
-                Operand operand = read.groups[group];
-                if (operand.kind() == Operand::Kind::Element) {
-                    operand = reader.operandOf(elementOf(operand).index);
-                }
-                if (operand.kind() == Operand::Kind::Integer &&
-                    std::abs(integerOf(operand.text())) == std::abs(token->taken)) {
-                    emit(LostDigits, static_cast<std::int32_t>(code.lost.size()));
-                    code.lost.push_back({static_cast<std::uint32_t>(line),
-                                         std::string{compilation.textOf(token->range)},
-                                         token->taken});
-                    return;
-                }
+        const std::size_t groups = lossyTokens.empty() ? 0 : groupCountOf(read.form);
+        for (std::size_t group = 0; group < groups; ++group) {
+            Operand operand = read.groups[group];
+            if (operand.kind() == Operand::Kind::Element) {
+                operand = reader.operandOf(elementOf(operand).index);
+            }
+            const LossyToken* const token =
+                operand.kind() == Operand::Kind::Integer ? lossyTokenOf(operand) : nullptr;
+            if (token != nullptr) {
+                emit(LostDigits, static_cast<std::int32_t>(code.lost.size()));
+                code.lost.push_back({static_cast<std::uint32_t>(line),
+                                     std::string{compilation.textOf(token->range)}, token->taken});
+                return;
             }
         }
     }
 
+    /// The first token in the range of the line of which such an operand can have been left. A
+    /// negative one reads as the operator "-" and its magnitude.
+    const LossyToken* lossyTokenOf(const Operand& operand) const {
+        const auto same = lossyTokens.find(std::abs(integerOf(operand.text())));
+        if (same == lossyTokens.end()) {
+            return nullptr;
+        }
+        const SourceRange range = compilation.irLines()[line].source;
+        const auto token = std::ranges::lower_bound(
+            same->second, range.begin, {}, [](const LossyToken& each) { return each.range.begin; });
+        return token != same->second.end() && token->range.end <= range.end ? &*token : nullptr;
+    }
+
     const FrontEnd::Compilation& compilation;
     const Wanted& wanted;
-    const std::vector<LossyToken> lossyTokens;
+    const LossyTokens lossyTokens;
     const FrontEnd::Compilation::NamesInUse names{compilation};
     Code code;
     Constants constants;

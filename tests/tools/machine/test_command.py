@@ -65,7 +65,7 @@ PROFILE = """\
            2   2 |     int result = n * n;
            2   3 |     return result;
                4 | }
-               5 |\x20
+               5 |
            1   6 | void main() {
            1   7 |     int a[2] = {1, 2};
            3   8 |     for (int i = 0; i < 2; i++) {
@@ -77,7 +77,7 @@ PROFILE = """\
               14 |         }
               15 |     }
               16 | }
-              17 |\x20
+              17 |
            0  18 | void never() {
            0  19 |     print("never\\n");
               20 | }

@@ -3,6 +3,7 @@
 
 Usage: agree.py --krel PATH --way checked|unchecked cases
        agree.py --krel PATH --way checked|unchecked examples
+       agree.py --krel PATH --way checked|unchecked documents
        agree.py --krel PATH --way checked|unchecked [--count COUNT] [--seed SEED] soak
 
 Without checks everything has to agree: what is printed, the status, what is on standard error. With
@@ -20,8 +21,9 @@ import sys
 HERE = pathlib.Path(__file__).resolve().parent
 TESTS = HERE.parents[1]
 ROOT = TESTS.parent
-sys.path.append(str(TESTS / "soak"))
+sys.path += [str(TESTS / "soak"), str(TESTS / "examples")]
 import generator  # noqa: E402 (after the path is known)
+from run_document import fenced_blocks  # noqa: E402
 
 TIMEOUT_SECONDS = 240
 FAULTED = 134
@@ -83,6 +85,19 @@ def programs_of_examples():
         yield f"examples/{path.name}", path.read_bytes(), output.read_bytes(), 0, b""
 
 
+def programs_of_documents():
+    """The whole programs in the documents that stand before what they print."""
+    for path in [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]:
+        blocks = list(fenced_blocks(path.read_text(encoding="utf-8").splitlines()))
+        for (line, mark, source), (_, following, output) in zip(blocks, blocks[1:]):
+            if mark == "krel" and following == "text output":
+                yield f"{path.name}:{line}", source.encode(), output.encode(), 0, b""
+
+
+PROGRAMS = {"cases": programs_of_cases, "examples": programs_of_examples,
+            "documents": programs_of_documents}
+
+
 def check_faulty(krel, name, rules, source, expected):
     """A program with faults reports the first, and without the rules does what it does compiled."""
     rule = rules.split(",")[0]
@@ -98,20 +113,24 @@ def check_faulty(krel, name, rules, source, expected):
 def check_program(krel, way, faults, program):
     name, source, *expected = program
     if way == "checked" and name in faults:
-        return check_faulty(krel, name, faults.pop(name), source, expected)
+        return check_faulty(krel, name, faults[name], source, expected)
     problem = difference(run(krel, [] if way == "checked" else ["--allow=all"], source), *expected)
     return f"{name}: {problem}" if problem else None
 
 
-def check_programs(krel, way, programs, area):
-    programs = list(programs)
-    faults = {name: rule for name, rule in known_faults().items()
-              if name.startswith("examples/") == (area == "examples")}
+def check_programs(krel, way, area):
+    programs = list(PROGRAMS[area]())
+    names = {program[0] for program in programs}
+    faults = {name: rules for name, rules in known_faults().items() if name in names}
     failures = [failure for failure in (check_program(krel, way, faults, program)
                                         for program in programs) if failure]
-    if way == "checked":
-        failures += [f"{name} is no program that is run" for name in faults]
     return len(programs), failures
+
+
+def unknown_faults():
+    """What the list of programs with faults says of programs that there are not."""
+    names = {program[0] for programs in PROGRAMS.values() for program in programs()}
+    return [f"{name} is no program that is run" for name in known_faults() if name not in names]
 
 
 def check_random(krel, way, number):
@@ -135,15 +154,13 @@ def main():
     parser.add_argument("--way", required=True, choices=["checked", "unchecked"])
     parser.add_argument("--count", type=int, default=500)
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("programs", choices=["cases", "examples", "soak"])
+    parser.add_argument("programs", choices=[*PROGRAMS, "soak"])
     options = parser.parse_args()
     if options.programs == "soak":
         count, failures = check_soak(options.krel, options.way, options.count, options.seed)
-    elif options.programs == "cases":
-        count, failures = check_programs(options.krel, options.way, programs_of_cases(), "cases")
     else:
-        count, failures = check_programs(options.krel, options.way, programs_of_examples(),
-                                         "examples")
+        count, failures = check_programs(options.krel, options.way, options.programs)
+        failures += unknown_faults()
     for failure in failures:
         print("FAILED", failure)
     print(f"{count} programs, {options.way}, {len(failures)} failed")

@@ -6,7 +6,6 @@
 #include "tools/machine/texts.hpp"
 
 #include <algorithm>
-#include <cstring>
 
 #include "codegen/runtime/doubleText.hpp"
 #include "codegen/runtime/integerText.hpp"
@@ -170,11 +169,11 @@ std::string_view Texts::bytesOf(std::uint64_t address) {
     if (isMade(address)) {
         return {text, stringHeap.lengthFrom(text)};
     }
-    const std::size_t length = std::strlen(text);
-    if (std::memchr(text, '\\', length) == nullptr) {
-        return {text, length};
+    const std::string_view literal{text};
+    if (literal.find('\\') == literal.npos) {
+        return literal;
     }
-    decoded.resize(length + chunkSize);
+    decoded.resize(literal.size() + chunkSize);
     const char* const end = decode(text, decoded.data());
     return {decoded.data(), static_cast<std::size_t>(end - decoded.data())};
 }

@@ -148,11 +148,10 @@ struct Instruction {
     std::int32_t right = 0;
 };
 
-/// An array of some function.
+/// An array, as an element is taken from it.
 struct Array {
     std::int32_t slot;  // of element 0
     std::int32_t length;
-    std::uint32_t function;
     std::string name;
     bool isInList;  // the element is one of an initialiser list
 };
@@ -177,7 +176,6 @@ struct Function {
     std::uint32_t end = 0;
     std::size_t firstLine = 0;  // of the intermediate code, counted through the program
     std::size_t lineEnd = 0;
-    bool returnsNothing = true;       // it is declared void
     std::vector<Variable> variables;  // in the order of their names
 };
 

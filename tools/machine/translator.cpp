@@ -165,8 +165,6 @@ private:
         FunctionValues planned{function, reader.words(), compilation.symbolTable()};
         planned.planFrame();
         values = &planned;
-        const Symbol* const symbol = functionSymbol(made.name);
-        made.returnsNothing = symbol == nullptr || symbol->typeName() == TypeName::Void;
         made.slots = static_cast<std::int32_t>(planned.size() / slotSize);
         made.entry = next();
         made.firstLine = line;
@@ -639,9 +637,8 @@ private:
         const SourceRange range = compilation.irLines()[line].source;
         const bool isInList = operation == StoreElement && index.kind() == Operand::Kind::Integer &&
                               compilation.textOf(range).find('{') != std::string_view::npos;
-        code.arrays.push_back({slotOf(*array), array->length,
-                               functionNumbers.at(values->functionName()),
-                               std::string{element.array}, isInList});
+        code.arrays.push_back(
+            {slotOf(*array), array->length, std::string{element.array}, isInList});
         emit(operation, value, slot, static_cast<std::int32_t>(code.arrays.size() - 1));
     }
 

@@ -84,6 +84,12 @@ TEST(QuickFixesTest, WhatHasNoRepairHasNoEdits) {
     EXPECT_EQ(program.repaired("undeclared-name"), "");
 }
 
+/// With a variable of its own the cast is at its place, but what it takes is as unknown as before.
+TEST(QuickFixesTest, WhatLeavesAsManyErrorsIsNotOffered) {
+    Program program{"void main() {\n    x = (int) y;\n}\n"};
+    EXPECT_EQ(program.repaired("cast-place"), "");
+}
+
 }  // namespace
 
 }  // namespace krel::Lsp

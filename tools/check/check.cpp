@@ -236,6 +236,13 @@ private:
     }
 
     std::string helpFor(std::string_view message, SourceRange range) const {
+        const std::string_view rule = ruleOfMessage(message);
+        if (rule == "outside-loop") {
+            return "`return;` leaves a function";
+        }
+        if (rule == "parameter-count") {
+            return "divide the function, or take several small numbers in one `int`";
+        }
         if (message.substr(0, 10) != "Undeclared") {
             return {};
         }

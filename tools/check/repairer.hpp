@@ -129,6 +129,8 @@ private:
     bool continues(NodeId body) const;
     Prelude forInit(NodeId part, Pieces& out);
     Prelude forUpdate(NodeId part);
+    Prelude forTest(NodeId part, Pieces& out);
+    Pieces afterFirstRound(Prelude&& steps, SourceRange origin, Prelude& before);
     void stayPart(NodeId part, Pieces& out) const;
     void simple(NodeId expression, Pieces& out);
     std::uint32_t endOfHeader(NodeId before) const;

@@ -104,6 +104,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "tools/check/repairer.hpp"
 
@@ -276,26 +277,10 @@ void Repairer::wholeDouble(NodeId id, Pieces& out) {
     out.insert(name, tree[id].range);
 }
 
-/// A literal that is not whole. What cannot be written down is computed: a whole number times or by
-/// a power of ten, which is exact as long as both are.
-void Repairer::smallDouble(NodeId id, const Number& number, Pieces& out) {
-    const SourceRange range = tree[id].range;
-    const std::string_view written = tree.textOf(id);
-    const bool isWritable =
-        inIntermediateCode(number.real).find_first_not_of("0123456789.") == std::string::npos &&
-        !isWholeDouble(id);
-    if (isWritable && tree[id].op == Word::DoubleLiteral) {
-        copy(id, out);
-        return;
-    }
-    if (isWritable) {
-        std::string plain = inIntermediateCode(number.real);
-        say("double-form", Severity::Error, range,
-            "a double literal is digits, a point, and digits", "write " + quoted(plain));
-        out.insert(plain, range);
-        return;
-    }
-    // mantissa * 10^exponent
+namespace {
+
+/// The digits of a literal without zeros around them, and the power of ten to multiply them by.
+std::pair<std::string, int> scientific(std::string_view written) {
     std::string digits;
     int exponent = 0;
     bool behindPoint = false;
@@ -318,6 +303,31 @@ void Repairer::smallDouble(NodeId id, const Number& number, Pieces& out) {
         digits.pop_back();
         ++exponent;
     }
+    return {digits, exponent};
+}
+
+}  // namespace
+
+/// A literal that is not whole. What cannot be written down is computed: a whole number times or by
+/// a power of ten, which is exact as long as both are.
+void Repairer::smallDouble(NodeId id, const Number& number, Pieces& out) {
+    const SourceRange range = tree[id].range;
+    const std::string_view written = tree.textOf(id);
+    const bool isWritable =
+        inIntermediateCode(number.real).find_first_not_of("0123456789.") == std::string::npos &&
+        !isWholeDouble(id);
+    if (isWritable && tree[id].op == Word::DoubleLiteral) {
+        copy(id, out);
+        return;
+    }
+    if (isWritable) {
+        std::string plain = inIntermediateCode(number.real);
+        say("double-form", Severity::Error, range,
+            "a double literal is digits, a point, and digits", "write " + quoted(plain));
+        out.insert(plain, range);
+        return;
+    }
+    const auto [digits, exponent] = scientific(written);
     const int size = exponent < 0 ? -exponent : exponent;
     constexpr std::string_view reason =
         "the compiler writes this literal with an exponent and then refuses it";

@@ -669,16 +669,9 @@ void Repairer::doStatement(NodeId id, Pieces& out) {
     check.push_back(leaveUnless(test, std::move(text)));
     Prelude first;
     if (continues(statement)) {
-        const std::string again = fresh("again");
-        out.insert("boolean " + again + " = false;" + separatorOf(id), word);
-        Pieces all;
-        all.insert("if (" + again + ") { ", word);
-        for (Pieces& each : check) {
-            all.append(std::move(each));
-            all.insert(" ", word);
-        }
-        all.insert("} " + again + " = true;", word);
-        first.push_back(std::move(all));
+        Prelude before;
+        first.push_back(afterFirstRound(std::move(check), word, before));
+        flush(before, id, out);
         check.clear();
     }
     out.insert("while (true)", word);
@@ -760,6 +753,42 @@ Repairer::Prelude Repairer::forUpdate(NodeId part) {
     return all;
 }
 
+/// Writes the condition of a `for` header, and returns what has to run before it.
+Repairer::Prelude Repairer::forTest(NodeId part, Pieces& out) {
+    if (leftOut.count(part) != 0) {
+        stayPart(part, out);
+        return {};
+    }
+    const NodeId tested = tree[part].first;
+    return capture([&](Pieces&) {
+        if (tested != noNode) {
+            Context context;
+            context.calls = context.typed = false;
+            context.condition = true;
+            expression(tested, context, out);
+        }
+    });
+}
+
+/// Statements that run in each round but the first. A flag tells that, which is declared in
+/// `before`.
+Pieces Repairer::afterFirstRound(Prelude&& steps, SourceRange origin, Prelude& before) {
+    const std::string again = fresh("again");
+    Pieces flag;
+    flag.insert("boolean " + again + " = false;", origin);
+    before.push_back(std::move(flag));
+    Pieces all;
+    all.insert("if (" + again + ") { ", origin);
+    for (Pieces& each : steps) {
+        all.append(std::move(each));
+        all.insert(" ", origin);
+    }
+    all.insert("} " + again + " = true;", origin);
+    return all;
+}
+
+/// What a loop cannot have in its header moves: the condition to the beginning of the body, the
+/// steps to its end, or behind a flag to its beginning when a `continue` would pass over them.
 void Repairer::forStatement(NodeId id, Pieces& out) {
     const std::vector<NodeId> parts = tree.children(id);
     const NodeId statement = parts[3];
@@ -767,29 +796,16 @@ void Repairer::forStatement(NodeId id, Pieces& out) {
     Pieces init;
     Prelude before = forInit(parts[0], init);
     Pieces test;
-    const bool isTestLeftOut = leftOut.count(parts[1]) != 0;
-    const NodeId tested = isTestLeftOut ? noNode : tree[parts[1]].first;
-    if (isTestLeftOut) {
-        stayPart(parts[1], test);
-    }
-    Prelude first = capture([&](Pieces&) {
-        if (tested != noNode) {
-            Context context;
-            context.calls = context.typed = false;
-            context.condition = true;
-            expression(tested, context, test);
-        }
-    });
+    Prelude first = forTest(parts[1], test);
     Prelude updates = forUpdate(parts[2]);
-    const std::size_t updateCount = tree.children(parts[2]).size();
-    const bool moveUpdates = updates.size() > 1;
-    const bool flagged = moveUpdates && continues(statement);
-    if (updateCount > 1) {
+    if (tree.children(parts[2]).size() > 1) {
         say("for-parts", Severity::Error, rangeOf(parts[2]), "a `for` loop has one step",
             "do the others in the body");
     }
-    const bool moveTest = tested != noNode && (!first.empty() || flagged);
-    if (moveTest) {
+    const bool moveUpdates = updates.size() > 1;
+    const bool flagged = moveUpdates && continues(statement);
+    const NodeId tested = leftOut.count(parts[1]) != 0 ? noNode : tree[parts[1]].first;
+    if (tested != noNode && (!first.empty() || flagged)) {
         Pieces wrapped;
         wrapped.insert("(", rangeOf(parts[1]));
         wrapped.append(std::move(test));
@@ -797,26 +813,17 @@ void Repairer::forStatement(NodeId id, Pieces& out) {
         first.push_back(leaveUnless(tested, std::move(wrapped)));
         test = Pieces{};
     }
+    Prelude last;
     if (moveUpdates) {
         for (Pieces& each : updates) {
             each.markAsMoved();
         }
         updates.back().insert(";", rangeOf(parts[2]));
+        std::swap(last, updates);
     }
     if (flagged) {
-        const std::string again = fresh("again");
-        Pieces flag;
-        flag.insert("boolean " + again + " = false;", rangeOf(parts[2]));
-        before.push_back(std::move(flag));
-        Pieces step;
-        step.insert("if (" + again + ") { ", rangeOf(parts[2]));
-        for (Pieces& each : updates) {
-            step.append(std::move(each));
-            step.insert(" ", rangeOf(parts[2]));
-        }
-        step.insert("} " + again + " = true;", rangeOf(parts[2]));
-        first.insert(first.begin(), std::move(step));
-        updates.clear();
+        first.insert(first.begin(), afterFirstRound(std::move(last), rangeOf(parts[2]), before));
+        last.clear();
     }
     flush(before, id, out);
     copy(rangeOf(id).begin, rangeOf(parts[0]).begin, out);
@@ -824,10 +831,7 @@ void Repairer::forStatement(NodeId id, Pieces& out) {
     copy(rangeOf(parts[0]).end, rangeOf(parts[1]).begin, out);
     out.append(std::move(test));
     copy(rangeOf(parts[1]).end, rangeOf(parts[2]).begin, out);
-    Prelude last;
-    if (moveUpdates) {
-        last = std::move(updates);
-    } else if (!updates.empty()) {
+    if (!updates.empty()) {
         out.append(std::move(updates.front()));
     }
     const std::uint32_t header = endOfHeader(parts[2]);

@@ -29,7 +29,8 @@
 ///
 /// ## What it finds
 ///
-/// A variable that is used before its declaration, and an array that is read and never written.
+/// A variable that is used before its declaration, and an array that is read and never written; as
+/// a hint, a variable that is declared in a body that may not run, and used behind it.
 ///
 /// ## Why
 ///
@@ -104,6 +105,18 @@ bool shareLoop(const Tree& tree, NodeId use, NodeId declaration) {
     return false;
 }
 
+/// Whether a variable is declared in a body that may not run, and used outside of it.
+bool isDeclaredElsewhere(const Tree& tree, NodeId use, const Variable& variable) {
+    const NodeId scope = variable.scope;
+    if (variable.isParameter || variable.isArray || variable.function == noFunction ||
+        scope == noNode || use < scope || tree[scope].kind != Kind::Block) {
+        return false;
+    }
+    const Kind around = tree[tree[scope].parent].kind;
+    return around == Kind::Arm || around == Kind::ElseArm || around == Kind::While ||
+           around == Kind::For;
+}
+
 void checkArray(const Model& model, const Variable& variable, std::vector<Finding>& findings) {
     const Tree& tree = model.tree();
     if (variable.initial != noNode || variable.uses.empty() || variable.function == noFunction) {
@@ -157,6 +170,11 @@ void findUnknownValues(const Model& model, std::vector<Finding>& findings) {
             !shareLoop(tree, id, variable.node)) {
             findings.push_back({"early-use", Severity::Warning, tree[id].range,
                                 "`" + name + "` has no value before its declaration", ""});
+        } else if (!isTarget && isDeclaredElsewhere(tree, id, variable)) {
+            findings.push_back(
+                {"early-use", Severity::Hint, tree[id].range,
+                 "`" + name + "` has no value if the block that declares it did not run",
+                 "declare it before that block"});
         }
     }
     for (const Variable& variable : model.variables()) {

@@ -60,6 +60,30 @@
 /// }
 /// ```
 
+/// # overwritten-value
+///
+/// ## What it finds
+///
+/// An assignment whose value the next statement overwrites.
+///
+/// ## Why
+///
+/// Nothing reads the value. Perhaps another variable was meant.
+///
+/// ## Example
+///
+/// ```krel example fragment
+/// i = 1;
+/// i = 2;
+/// ```
+///
+/// ## Use instead
+///
+/// ```krel fragment
+/// i = 2;
+/// n = 1;
+/// ```
+
 #include <algorithm>
 #include <string>
 
@@ -84,10 +108,57 @@ bool isOnlyChange(const Tree& tree, NodeId use) {
                            tree[parent].kind == Kind::Update);
 }
 
+/// The variable that a statement gives a new value, whatever the old one is; noVariable for others.
+VariableId assignedBy(const Model& model, NodeId statement) {
+    const Tree& tree = model.tree();
+    const NodeId child = tree[statement].first;
+    if (tree[statement].kind != Kind::ExpressionStatement || tree[child].kind != Kind::Assign ||
+        tree[child].op != Word::Assign || tree[tree[child].first].kind != Kind::Name) {
+        return noVariable;
+    }
+    const VariableId variable = model.meaning(tree[child].first);
+    return variable == noVariable || model.variables()[variable].function == noFunction ||
+                   model.variables()[variable].isArray
+               ? noVariable
+               : variable;
+}
+
+/// Whether something in a node uses a variable, but for the target of an assignment by itself.
+bool reads(const Model& model, NodeId statement, VariableId variable) {
+    const Tree& tree = model.tree();
+    for (NodeId id = model.firstWithin(statement); id <= statement; ++id) {
+        const NodeId parent = tree[id].parent;
+        const bool isTarget = tree[parent].kind == Kind::Assign &&
+                              tree[parent].op == Word::Assign && tree[parent].first == id;
+        if (tree[id].kind == Kind::Name && model.meaning(id) == variable && !isTarget) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Finds assignments that the next statement does again.
+void findOverwritten(const Model& model, std::vector<Finding>& findings) {
+    const Tree& tree = model.tree();
+    for (NodeId id = 0; id < tree.nodes.size(); ++id) {
+        const VariableId variable = assignedBy(model, id);
+        const NodeId next = tree[id].next;
+        if (variable == noVariable || next == noNode || assignedBy(model, next) != variable ||
+            reads(model, next, variable)) {
+            continue;
+        }
+        findings.push_back({"overwritten-value", Severity::Warning, tree[id].range,
+                            "the value of `" + std::string{model.variables()[variable].name} +
+                                "` is never used: the next statement overwrites it",
+                            ""});
+    }
+}
+
 }  // namespace
 
 void findUnused(const Model& model, std::vector<Finding>& findings) {
     const Tree& tree = model.tree();
+    findOverwritten(model, findings);
     for (const Variable& variable : model.variables()) {
         const bool isRead = std::any_of(variable.uses.begin(), variable.uses.end(),
                                         [&](NodeId use) { return !isOnlyChange(tree, use); });

@@ -191,6 +191,15 @@ TEST(CheckTest, FindsClassicFaults) {
               (Lines{"3:13 index-range", "4:11 untyped-name"}));
 }
 
+TEST(CheckTest, FindsValuesThatNothingUses) {
+    EXPECT_EQ(found("void main() {\n    int x = 0;\n    x = 1;\n    x = 2;\n    x = x + 1;\n"
+                    "    print(x);\n}\n"),
+              Lines{"3:5 overwritten-value"});
+    EXPECT_EQ(found("void main() {\n    int n = 1;\n    if (n > 1) {\n        int x = 1;\n"
+                    "        n = x;\n    }\n    print(n, x);\n}\n"),
+              Lines{"7:14 early-use"});
+}
+
 TEST(CheckTest, DoesNotTakeGoodLoopsAndPathsForFaults) {
     EXPECT_EQ(found("int f(int x) {\n    while (true) {\n        if (x > 3) { return x; }\n"
                     "        x++;\n    }\n}\n"

@@ -286,6 +286,8 @@ private:
     void findMainType();
     void findCarriageReturns();
     void findForeignComments();
+    bool isBetweenTokens(std::uint32_t place) const;
+    void moveComment(SourceRange range, std::uint32_t lineEnd, const std::string& inside);
     void replaceWord(std::string_view rule, SourceRange range, std::string_view instead,
                      const std::string& message);
     void findGlobals();

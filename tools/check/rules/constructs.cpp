@@ -301,7 +301,11 @@ void Repairer::caseBody(NodeId id, Pieces& out) {
         at = tree[first].range.end;
         finishAt(at, out);
     }
-    out.insert(separatorOf(id) + "}", range);
+    const NodeId next = tree[id].next;
+    const SourceRange around = tree[tree[id].parent].range;
+    const bool isClosed = tree.text[around.end - 1] == '}';
+    copy(at, next != noNode ? tree[next].range.begin : around.end - (isClosed ? 1 : 0), out);
+    out.insert("}", range);
 }
 
 void Repairer::switchStatement(NodeId id, Pieces& out) {

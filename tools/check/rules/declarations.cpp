@@ -604,6 +604,7 @@ void Repairer::initialiserList(NodeId id, Pieces& out) {
         at = tree[value].range.end;
     }
     if (length) {
+        finishAt(at, out);
         out.insert(missingElements(id, values.size(), *length), {at, at});
     }
     copy(at, tree[list].range.end, out);

@@ -111,7 +111,9 @@
 /// }
 /// ```
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <string>
 
 #include "tools/check/repairer.hpp"
@@ -208,6 +210,29 @@ void Repairer::findCarriageReturns() {
     }
 }
 
+/// Whether no comment and no other token reaches over a place.
+bool Repairer::isBetweenTokens(std::uint32_t place) const {
+    const auto isOutside = [&](const auto& ranges, auto rangeOf) {
+        const auto behind = std::lower_bound(
+            ranges.begin(), ranges.end(), place,
+            [&](const auto& each, std::uint32_t at) { return rangeOf(each).begin < at; });
+        return behind == ranges.begin() || rangeOf(*std::prev(behind)).end <= place;
+    };
+    const auto same = [](SourceRange range) { return range; };
+    return isOutside(tree.tokens.words, [](const Syntax::Token& word) { return word.range; }) &&
+           isOutside(tree.tokens.foreignComments, same) && isOutside(tree.tokens.comments, same);
+}
+
+/// A comment in the middle of a line stands at its end in Krel.
+void Repairer::moveComment(SourceRange range, std::uint32_t lineEnd, const std::string& inside) {
+    say("foreign-comment", Severity::Error, range, "a comment begins with `#`",
+        "write `#" + inside + "` at the end of the line");
+    const bool isBlank = range.begin > 0 && tree.text[range.begin - 1] == ' ' &&
+                         range.end < tree.text.size() && tree.text[range.end] == ' ';
+    editToken({range.begin, range.end + (isBlank ? 1 : 0)}, "");
+    editToken({lineEnd, lineEnd}, "  #" + inside.substr(0, inside.find_last_not_of(' ') + 1));
+}
+
 void Repairer::findForeignComments() {
     for (const SourceRange range : tree.tokens.foreignComments) {
         const std::string_view text = tree.textOf(range);
@@ -217,11 +242,16 @@ void Repairer::findForeignComments() {
         } else {
             const bool closed = text.size() > 3 && text.substr(text.size() - 2) == "*/";
             const std::string inside{text.substr(2, text.size() - (closed ? 4 : 2))};
-            const std::size_t lineEnd = std::min(tree.text.find('\n', range.end), tree.text.size());
+            const auto lineEnd = static_cast<std::uint32_t>(
+                std::min(tree.text.find('\n', range.end), tree.text.size()));
             const bool endsLine =
                 tree.text.substr(range.end, lineEnd - range.end).find_first_not_of(" \t\r") ==
                 tree.text.npos;
             const bool oneLine = text.find('\n') == text.npos;
+            if (oneLine && !endsLine && isBetweenTokens(lineEnd)) {
+                moveComment(range, lineEnd, inside);
+                continue;
+            }
             instead =
                 oneLine && endsLine ? "#" + inside : "#{" + inside + (oneLine ? "\n}#" : " }#");
         }

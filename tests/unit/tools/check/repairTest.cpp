@@ -277,6 +277,7 @@ TEST(RepairTest, FillsListsUp) {
         {"int t[3] = {7}; t[1] = 2;", "int t[3] = {7, 0, 0}; t[1] = 2;"},
         {"int t[3] = {7}; t[i] = 2;", "int t[3] = {7}; t[i] = 2;"},
         {"int t[2] = {7, 8};", "int t[2] = {7, 8};"},
+        {"int t[2] = {f(1};", "int t[2] = {f(1), 0};"},
         {"int t[2] = {}; n = t[1];",
          "int t[2]; for (int tIndex = 0; tIndex < 2; tIndex++) { t[tIndex] = 0; } n = t[1];"},
         {"var t[] = {0.5, 1.5};", "double t[2] = {0.5, 1.5};"},
@@ -452,6 +453,11 @@ TEST(RepairTest, WritesForeignWords) {
               "\nvoid main() {  { }  }\n");
     EXPECT_EQ(repaired("// one\nint main(void) {\n    /* two */\n    return 0;\n}\n"),
               "# one\nvoid main() {\n    # two \n    return;\n}\n");
+    EXPECT_EQ(
+        repaired("void main() {\n    int a[2] = {1, /* two */ 2};\n    if (a[0 + 1] /* x */ > 1)"
+                 " a[0] = 1 /* y */; // z\n    print(a[0]);\n}\n"),
+        "void main() {\n    int a[2] = {1, 2};  # two\n    int aIndex = 0 + 1;\n"
+        "    if (a[aIndex] > 1) { a[0] = 1 ; } # z  # x  # y\n    print(a[0]);\n}\n");
     EXPECT_EQ(repaired("void main() {\r\n}\r\n"), "void main() {\n}\n");
     EXPECT_EQ(repaired("const int n = 3;\nvoid main() {\n    print(n);\n}\n"),
               "\nvoid main() {\n    int n = 3;\n    print(n);\n}\n");

@@ -3,8 +3,9 @@
 
 Usage: extension.py VERSION OUTPUT.vsix
 
-npm's packages come from build/editors/node, where script/bootstrap puts them. The files in the
-package bear the time that SOURCE_DATE_EPOCH says.
+npm's packages come from the folder that the environment variable KREL_NODE names, or from
+build/editors/node, where script/bootstrap puts them: those that are only for tests and for
+packaging are left out. The files in the package bear the time that SOURCE_DATE_EPOCH says.
 """
 
 import os
@@ -17,7 +18,8 @@ import time
 import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
-MODULES = ROOT / "build" / "editors" / "node" / "node_modules"
+NODE = pathlib.Path(os.environ.get("KREL_NODE", ROOT / "build" / "editors" / "node"))
+MODULES = NODE.absolute() / "node_modules"
 
 
 def pack(version, output):

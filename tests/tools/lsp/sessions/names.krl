@@ -14,7 +14,7 @@ void main() {                             #@ symbol("main", "function"); not_ren
         int inner = twice(value);         #@ loc(inner, "inner"); loc(call, "twice"); loc(argument, "value")
         value += inner;                   #@ loc(write, "value"); loc(added, "inner")
     }
-    print("größe 😀: ", inner, "\n");     #@ loc(outside, "inner"); hover("inn|er", "int inner", "A variable of `main`.")
+    print("größe 😀: ", inner, "\n");     #@ loc(outside, "inner"); diagnostic("inner", "early-use", "hint"); hover("inn|er", "int inner", "A variable of `main`.")
     table[value] = value;                 #@ loc(element, "table"); loc(index, "value"); loc(last, "= value")
     value++;                              #@ loc(step, "value")
     print("😀", twice(value), value(table[0]), "\n");

@@ -252,6 +252,21 @@ class DocumentsTest(ProtocolTest):
             "severity": 1, "code": "initial-value", "source": "krel",
             "message": "`x` has no initial value\nhelp: write `x = 0`"}])
 
+    def test_edits_that_arrive_together_are_checked_together(self):
+        client = self.ready()
+        document = {"uri": URI, "languageId": "krel", "version": 1, "text": PROGRAM}
+        messages = [("didOpen", {"textDocument": document})]
+        for version in (2, 3):
+            messages.append(("didChange", {"textDocument": {"uri": URI, "version": version},
+                                           "contentChanges": [{"text": PROGRAM}]}))
+        # A pipe hands so few bytes over at once.
+        client.send_bytes(b"".join(
+            framed({"jsonrpc": "2.0", "method": "textDocument/" + method, "params": parameters})
+            for method, parameters in messages))
+        self.assertEqual(client.receive()["params"]["version"], 3)
+        self.assertEqual(client.end(), 0)
+        self.assertEqual(client.notifications, [])
+
     def test_several_documents(self):
         client = self.ready()
         other = "file:///other.krl"

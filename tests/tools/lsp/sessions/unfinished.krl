@@ -23,5 +23,6 @@ void main() {
     report("a, b", no(1, 2),  #@ signature("report(|", "void report(string label, int count)", 0); no_signature("repo|rt(")
     area(1.5, none()          #@ signature("area(|", "double area(double width, double height)", 0); signature("1.5,|", "double area(double width, double height)", 1); signature("none(|", "int none()", 0); signature("none()|", "double area(double width, double height)", 1)
     ;                         #@ complete("|;", "area", "while", "total", "inner"); signature("|;", "double area(double width, double height)", 1); no_signature(";|"); not_completed("|;", "main", "elsewhere")
+    area((1, 2;               #@ signature("2|", "double area(double width, double height)", 0)
     el                        #@ complete("el|", "else", "elseif")
     print(total               #@ signature("print(|", "void print(value, ...)", 0)

@@ -15,8 +15,8 @@
 #include <unordered_map>
 
 #include "tools/lsp/features.hpp"
-#include "tools/lsp/framing.hpp"
 #include "tools/lsp/session.hpp"
+#include "tools/protocol/framing.hpp"
 
 namespace krel::Lsp {
 
@@ -150,7 +150,7 @@ private:
 
     void send(const Json& json) {
         // Messages about odd characters may hold single bytes of them.
-        writeMessage(output, json.dump(-1, ' ', false, Json::error_handler_t::replace));
+        Protocol::writeMessage(output, json.dump(-1, ' ', false, Json::error_handler_t::replace));
     }
 
     void fail(const Json& id, ErrorCode code, const std::string& message) {
@@ -276,7 +276,7 @@ private:
         notify("textDocument/publishDiagnostics", std::move(diagnostics));
     }
 
-    MessageReader reader;
+    Protocol::MessageReader reader;
     int output;
     Session session;
     std::deque<Message> waiting;

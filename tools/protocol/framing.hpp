@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 
-namespace krel::Lsp {
+/// How messages travel that are JSON behind headers: the same for all servers of editors.
+namespace krel::Protocol {
 
 /// A longer message is refused.
 constexpr std::size_t longestMessage = std::size_t{256} * 1024 * 1024;
@@ -39,4 +40,4 @@ std::size_t contentLength(std::string_view headers);
 /// Writes a message. Throws std::runtime_error when it cannot be written.
 void writeMessage(int descriptor, std::string_view body);
 
-}  // namespace krel::Lsp
+}  // namespace krel::Protocol

@@ -1,6 +1,6 @@
 // Messages on streams. Comes in: bytes. Goes out: the bodies of messages, and the other way round.
 
-#include "tools/lsp/framing.hpp"
+#include "tools/protocol/framing.hpp"
 
 #include <poll.h>
 #include <unistd.h>
@@ -13,7 +13,7 @@
 #include <cstring>
 #include <stdexcept>
 
-namespace krel::Lsp {
+namespace krel::Protocol {
 
 namespace {
 
@@ -152,4 +152,4 @@ void writeMessage(int descriptor, std::string_view body) {
     }
 }
 
-}  // namespace krel::Lsp
+}  // namespace krel::Protocol

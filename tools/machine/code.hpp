@@ -190,6 +190,7 @@ struct LostLiteral {
 struct Wanted {
     bool stops = false;   // Line before each line of the intermediate code; lines are not joined
     bool counts = false;  // the same with Count; also before each function
+    std::string_view entry = "main";  // the function that is called at the start
 };
 
 /// A translated program. It owns the bytes of all constant texts, whose addresses programs compare.

@@ -195,13 +195,13 @@ private:
         listVariables(made);
     }
 
-    /// Behind all functions: the call of main and the end.
+    /// Behind all functions: the call of the first one and the end.
     void addStart() {
-        const auto main = functionNumbers.find("main");
-        if (main == functionNumbers.end()) {
-            throw std::runtime_error("there is no main");
+        const auto first = functionNumbers.find(std::string{wanted.entry});
+        if (first == functionNumbers.end()) {
+            throw std::runtime_error("there is no " + std::string{wanted.entry});
         }
-        emit(Operation::Call, framePart, 0, static_cast<std::int32_t>(main->second));
+        emit(Operation::Call, framePart, 0, static_cast<std::int32_t>(first->second));
         emit(End);
     }
 

@@ -8,6 +8,7 @@ _krel_options() {
         build) echo "-o --native --help" ;;
         check) echo "--fix --fix=all --diff --hints --format --color --help" ;;
         fmt) echo "--check --help" ;;
+        debug) echo "--tty --allow --help" ;;
         *) echo "--help" ;;
     esac
 }
@@ -38,7 +39,7 @@ _krel_has_program() {
 _krel() {
     local cur prev words cword split
     _init_completion -s || return
-    local commands="run build check fmt explain lsp help"
+    local commands="run build check fmt explain debug lsp help"
     local command=${words[1]} values
     values=$(_krel_values "$prev")
     if ((cword == 1)); then

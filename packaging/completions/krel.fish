@@ -6,12 +6,13 @@ complete -c krel -n __fish_use_subcommand -a build -d 'Compile a program to an e
 complete -c krel -n __fish_use_subcommand -a check -d 'Find what is wrong, and repair it'
 complete -c krel -n __fish_use_subcommand -a fmt -d 'Lay programs out in the one style'
 complete -c krel -n __fish_use_subcommand -a explain -d 'Tell more about a finding or a message'
+complete -c krel -n __fish_use_subcommand -a debug -d 'Run a program step by step'
 complete -c krel -n __fish_use_subcommand -a lsp -d 'Serve an editor'
 complete -c krel -n __fish_use_subcommand -a help -d 'Show the help'
 complete -c krel -n __fish_use_subcommand -l version -d 'Show the version'
 complete -c krel -s h -l help -d 'Show the help'
 
-set -l programs '__fish_seen_subcommand_from run build check fmt'
+set -l programs '__fish_seen_subcommand_from run build check fmt debug'
 complete -c krel -n $programs -k -a '(__fish_complete_suffix .krl)'
 
 set -l native '__fish_seen_subcommand_from run build'
@@ -35,7 +36,11 @@ complete -c krel -n $check -l color -x -a 'always never auto' -d 'Whether to wri
 
 complete -c krel -n '__fish_seen_subcommand_from fmt' -l check -d 'List the files that would change'
 
+set -l debug '__fish_seen_subcommand_from debug'
+complete -c krel -n $debug -l tty -d 'Take commands from standard input'
+complete -c krel -n $debug -l allow -x -d 'Let the faults of a rule pass'
+
 complete -c krel -n '__fish_seen_subcommand_from explain' \
     -a '(command krel explain 2>/dev/null | string replace -r "  +" \t)' -d Rule
 complete -c krel -n '__fish_seen_subcommand_from help' \
-    -a 'run build check fmt explain lsp help'
+    -a 'run build check fmt explain debug lsp help'

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const krel::Command* commands[] = {
     &krel::runCommand,    &krel::buildCommand, &krel::checkCommand, &krel::explainCommand,
-    &krel::formatCommand, &krel::lspCommand,   &krel::helpCommand,
+    &krel::formatCommand, &krel::debugCommand, &krel::lspCommand,   &krel::helpCommand,
 };
 
 }  // namespace

@@ -27,6 +27,7 @@ extern const Command checkCommand;
 extern const Command explainCommand;
 extern const Command formatCommand;
 extern const Command lspCommand;
+extern const Command debugCommand;
 extern const Command helpCommand;
 
 /// All commands, in the order in which people are told of them.

@@ -6,7 +6,7 @@ Usage: script/bench [--quick] [--only PART]... [--edits N] [--save]
 Parts: sizes (programs of 20 lines to a million, with all the targets on them), growth (time at 2N
 over time at N for each input that is large in one way), native (our native build against gcc's),
 machine (programs that krel executes itself), json, diagnostics, phases, lsp (from an edit to the
-diagnostics, in milliseconds of wall time).
+diagnostics, in milliseconds of wall time), debug (steps forward and back, likewise).
 
 Compared commands are run in turn, A B A B ..., and a ratio is the median of the ratios of the
 rounds: what slows the machine down for a while meets both. `own` is krelcc with a `gcc` that does
@@ -24,6 +24,7 @@ import subprocess
 import sys
 import tempfile
 
+import debug
 import inputs
 import lsp
 import machine
@@ -358,7 +359,8 @@ def print_table(rows, baseline):
 
 def main():
     parser = argparse.ArgumentParser(prog="script/bench", description=__doc__.splitlines()[0])
-    parts = ["sizes", "growth", "native", "machine", "json", "diagnostics", "phases", "lsp"]
+    parts = ["sizes", "growth", "native", "machine", "json", "diagnostics", "phases", "lsp",
+             "debug"]
     parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--quick", action="store_true",
                         help="up to 10k lines, large inputs a tenth as large, fewer rounds")
@@ -384,6 +386,7 @@ def main():
             "diagnostics": lambda: diagnostic_rows(workshop, options.quick),
             "phases": lambda: phase_rows(workshop, options.build.resolve()),
             "lsp": lambda: lsp_rows(workshop, options.quick, options.edits),
+            "debug": lambda: [Row(*row) for row in debug.measure(workshop.krel)],
         }
         for part in parts:
             if part in wanted:

@@ -169,6 +169,10 @@ private:
     void planInlining();
     void judgeInlined();
     void placeGlobals();
+    std::vector<VariableId> globalsBehind(VariableId number) const;
+    void addGlobalsBehind(std::set<VariableId>& numbers) const;
+    void carryGlobalsToCopies();
+    void renameHiddenGlobals();
     bool canInline();
     std::size_t bytesOfCopy(FunctionId number, int depth);
     FunctionId calleeOf(NodeId id) const;
@@ -328,7 +332,7 @@ private:
     const std::vector<NodeId> topLevel;
     std::vector<std::uint32_t> unread;  // where something could not be read, in order
     FunctionId currentFunction = noFunction;
-    std::map<FunctionId, std::vector<VariableId>> movedGlobals;  // to the functions that use them
+    std::map<FunctionId, std::set<VariableId>> movedGlobals;  // to the functions that use them
     std::unordered_set<VariableId> movableGlobals;
     std::string wholeName;  // of the function that finds whole numbers; empty without one
     std::unordered_set<VariableId> changedVariables;   // by assignments and steps

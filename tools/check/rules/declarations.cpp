@@ -366,7 +366,7 @@ std::optional<std::int64_t> Repairer::foldedName(NodeId id, int depth) const {
     const Variable& variable = model.variables()[number];
     return changedVariables.count(number) != 0 || variable.isArray
                ? std::nullopt
-               : folded(variable.initial, depth + 25);
+               : folded(variable.initial, depth + 10);
 }
 
 std::optional<std::int64_t> Repairer::foldedOperation(NodeId id, int depth) const {
@@ -408,17 +408,25 @@ void Repairer::elements(NodeId list, Type type, bool isFirst, Pieces& out) {
     }
 }
 
-/// Whether elements of an array are assigned one after the other, by a variable index.
+/// Whether elements of an array are assigned one after the other, by a variable index, before
+/// anything else is done with it. Single elements by a literal index do not count.
 bool Repairer::isFilled(const Variable& array) const {
-    return std::any_of(array.uses.begin(), array.uses.end(), [&](NodeId use) {
+    NodeId first = noNode;
+    for (const NodeId use : array.uses) {
         const NodeId element = tree[use].parent;
-        if (tree[element].kind != Kind::Index || tree[element].first != use) {
-            return false;
+        const bool isElement = tree[element].kind == Kind::Index && tree[element].first == use;
+        if (!isElement || tree[tree.child(element, 1)].kind != Kind::Literal) {
+            first = std::min(first, use);
         }
-        const NodeId around = tree[element].parent;
-        return tree[around].kind == Kind::Assign && tree[around].op == Word::Assign &&
-               tree[around].first == element && tree[tree.child(element, 1)].kind != Kind::Literal;
-    });
+    }
+    if (first == noNode) {
+        return false;
+    }
+    const NodeId element = tree[first].parent;
+    const NodeId around = tree[element].parent;
+    return tree[element].kind == Kind::Index && tree[element].first == first &&
+           tree[around].kind == Kind::Assign && tree[around].op == Word::Assign &&
+           tree[around].first == element;
 }
 
 /// Reports a list that is shorter than its array, and returns what fills it up; what is long is

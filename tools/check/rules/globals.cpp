@@ -77,6 +77,9 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
 
 #include "tools/check/repairer.hpp"
 
@@ -116,36 +119,121 @@ void Repairer::findGlobals() {
         }
         movableGlobals.insert(number);
         for (const FunctionId user : users) {
-            movedGlobals[user].push_back(number);
+            movedGlobals[user].insert(number);
+        }
+    }
+}
+
+/// The variables outside of functions that the declaration of another one reads.
+std::vector<VariableId> Repairer::globalsBehind(VariableId number) const {
+    std::vector<VariableId> read;
+    const NodeId node = model.variables()[number].node;
+    for (NodeId id = model.firstWithin(node); id < node; ++id) {
+        const VariableId meaning = tree[id].kind == Kind::Name ? model.meaning(id) : noVariable;
+        if (meaning != noVariable && model.variables()[meaning].function == noFunction) {
+            read.push_back(meaning);
+        }
+    }
+    return read;
+}
+
+/// Adds to some variables outside of functions all that their declarations read, over any number
+/// of steps.
+void Repairer::addGlobalsBehind(std::set<VariableId>& numbers) const {
+    std::vector<VariableId> open{numbers.begin(), numbers.end()};
+    while (!open.empty()) {
+        const VariableId number = open.back();
+        open.pop_back();
+        for (const VariableId read : globalsBehind(number)) {
+            if (numbers.insert(read).second) {
+                open.push_back(read);
+            }
+        }
+    }
+}
+
+/// A copy of a function's body needs the variables that the function needs.
+void Repairer::carryGlobalsToCopies() {
+    std::vector<FunctionId> open;
+    for (const auto& entry : movedGlobals) {
+        open.push_back(entry.first);
+    }
+    while (!open.empty()) {
+        const FunctionId function = open.back();
+        open.pop_back();
+        if (!inlined[function]) {
+            continue;
+        }
+        for (const NodeId call : model.functions()[function].calls) {
+            const FunctionId caller = model.functionAround(call);
+            if (caller == noFunction) {
+                continue;
+            }
+            auto& needed = movedGlobals[caller];
+            const std::size_t before = needed.size();
+            const auto& own = movedGlobals[function];
+            needed.insert(own.begin(), own.end());
+            if (needed.size() != before) {
+                open.push_back(caller);
+            }
+        }
+    }
+}
+
+/// A variable that goes to a function with another one of its name gets a name of its own.
+void Repairer::renameHiddenGlobals() {
+    for (const auto& [function, numbers] : movedGlobals) {
+        std::unordered_set<std::string_view> own;
+        for (const VariableId number : model.functions()[function].variables) {
+            own.insert(model.variables()[number].name);
+        }
+        for (const VariableId number : numbers) {
+            const std::string name{model.variables()[number].name};
+            if (own.count(name) != 0 && renamed.count(number) == 0) {
+                rename(number, freeName(name, true));
+            }
         }
     }
 }
 
 /// What several functions use and change goes to `main` if these functions do. If they cannot, it
-/// stays; only for the compiler each of them gets its own.
+/// stays; only for the compiler each of them gets its own. What is read for the value or the size
+/// of another variable goes, or stays, with that one.
 void Repairer::placeGlobals() {
     const FunctionId start = model.functionNamed("main");
     const bool isShared = std::find(inlined.begin(), inlined.end(), true) != inlined.end();
+    std::set<VariableId> left;
     for (const VariableId number : stayingGlobals) {
         stayed = stayed || !isShared;
         if (isShared) {
             movableGlobals.insert(number);
-            movedGlobals[start].push_back(number);
+            movedGlobals[start].insert(number);
         } else if (purpose == Purpose::Ask) {
             movableGlobals.insert(number);
-            std::set<FunctionId> users;
             for (const NodeId use : model.variables()[number].uses) {
-                users.insert(model.functionAround(use));
+                const FunctionId user = model.functionAround(use);
+                if (user != noFunction) {
+                    movedGlobals[user].insert(number);
+                }
             }
-            users.erase(noFunction);
-            for (const FunctionId user : users) {
-                movedGlobals[user].push_back(number);
-            }
+        } else {
+            left.insert(number);
         }
     }
-    for (auto& [function, numbers] : movedGlobals) {
-        std::sort(numbers.begin(), numbers.end());
+    addGlobalsBehind(left);
+    for (auto& entry : movedGlobals) {
+        addGlobalsBehind(entry.second);
     }
+    carryGlobalsToCopies();
+    for (auto& entry : movedGlobals) {
+        for (const VariableId number : left) {
+            entry.second.erase(number);
+        }
+    }
+    for (const VariableId number : left) {
+        movableGlobals.erase(number);
+    }
+    renameHiddenGlobals();
 }
 
 /// Says how a program does without a variable that several functions use and change.

@@ -212,8 +212,8 @@ void Repairer::function(NodeId id, Pieces& out) {
         copy(at, range.end, inside);
         copy(range.begin, range.begin + 1, out);
         out.append(std::move(arrays));
+        out.append(std::move(constantDeclarations));  // they are made of literals only
         out.append(std::move(globals));
-        out.append(std::move(constantDeclarations));
         out.append(std::move(inside));
     }
     std::swap(outerConstants, constants);

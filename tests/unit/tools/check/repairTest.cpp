@@ -263,6 +263,38 @@ TEST(RepairTest, KeepsWhatIsReadBeforeItChanges) {
     });
 }
 
+TEST(RepairTest, MovesGlobalsWithWhatTheyAreMadeOf) {
+    const std::vector<Row> rows = {
+        {"const double THIRD = 1.0 / 3.0; void main() { print(THIRD); }",
+         " void main() { double one = (double) 1; double three = (double) 3;"
+         " double THIRD = one / three; print(THIRD); }"},
+        {"const int W = 3; const int SIZE = W * W; void main() { print(SIZE); }",
+         "  void main() { int W = 3; int SIZE = W * W; print(SIZE); }"},
+        {"const int W = 3; const int SIZE = W * W; void main() { int g[SIZE]; print(g[0]); }",
+         "  void main() { int W = 3; int SIZE = W * W; int g[9]; print(g[0]); }"},
+        {"const int A = 2; const int B = A + 1; const int C = B * A;"
+         " int f() { return C; } void main() { print(f()); }",
+         "   int f() { int A = 2; int B = A + 1; int C = B * A; return C; }"
+         " void main() { print(f()); }"},
+        {"const int H = 4; const double HALF = H * 0.5; void main() { print(HALF); }",
+         "  void main() { int H = 4; double HDouble = (double) H; double HALF = HDouble * 0.5;"
+         " print(HALF); }"},
+        {"const int W = 3; const int SIZE = W * 2; void main() { int W = 5; print(SIZE, W); }",
+         "  void main() { int W2 = 3; int SIZE = W2 * 2; int W = 5; print(SIZE, W); }"},
+        {"const int N = 4; int board[N]; void g() { board[1] = 7; } void main() { g();"
+         " print(board[1]); }",
+         "   void main() { int N = 4; int board[N]; for (int boardIndex = 0; boardIndex < 4;"
+         " boardIndex++) { board[boardIndex] = 0; } { board[1] = 7; } print(board[1]); }"},
+        {"const int W = 3; int first(int t[]) { return t[0] * W; }"
+         " void main() { int a[2] = {5, 6}; print(first(a)); }",
+         "  void main() { int W = 3; int a[2] = {5, 6}; int firstResult = 0;"
+         " { firstResult = a[0] * W; } print(firstResult); }"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(repaired(row.text), row.expected);
+    }
+}
+
 TEST(RepairTest, FillsListsUp) {
     expectRepairs({
         {"int t[3] = {7};", "int t[3] = {7, 0, 0};"},
@@ -276,6 +308,8 @@ TEST(RepairTest, FillsListsUp) {
          " { t[tIndex] = 0; }"},
         {"int t[3] = {7}; t[1] = 2;", "int t[3] = {7, 0, 0}; t[1] = 2;"},
         {"int t[3] = {7}; t[i] = 2;", "int t[3] = {7}; t[i] = 2;"},
+        {"int t[3] = {7}; t[0] = n; t[i] = 2;", "int t[3] = {7}; t[0] = n; t[i] = 2;"},
+        {"int t[3] = {7}; n = t[i]; t[i] = 2;", "int t[3] = {7, 0, 0}; n = t[i]; t[i] = 2;"},
         {"int t[2] = {7, 8};", "int t[2] = {7, 8};"},
         {"int t[2] = {f(1};", "int t[2] = {f(1), 0};"},
         {"int t[2] = {}; n = t[1];",

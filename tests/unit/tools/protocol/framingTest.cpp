@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "tools/lsp/framing.hpp"
+#include "tools/protocol/framing.hpp"
 
-namespace krel::Lsp {
+namespace krel::Protocol {
 
 namespace {
 
@@ -154,4 +154,4 @@ TEST(WriteMessageTest, RefusesWhatCannotBeWritten) {
 
 }  // namespace
 
-}  // namespace krel::Lsp
+}  // namespace krel::Protocol

@@ -1,5 +1,5 @@
-// The extension for VS Code: starts `krel lsp` for programs in Krel, and runs and checks them as
-// tasks, so that what krel says becomes a list of problems.
+// The extension for VS Code: starts `krel lsp` for programs in Krel and `krel debug` to debug them,
+// and runs and checks them as tasks, so that what krel says becomes a list of problems.
 
 "use strict";
 
@@ -66,18 +66,49 @@ function programOf(editor) {
     return document?.languageId === "krel" && document.uri.scheme === "file" ? document : undefined;
 }
 
-/// Saves the program that is being edited, and lets krel do something with it.
-async function execute(command) {
+/// Saves the program that is being edited, and hands its place on.
+async function withProgram(action) {
     const program = programOf(vscode.window.activeTextEditor);
     if (program === undefined) {
         vscode.window.showErrorMessage("Krel: save this as a file that ends in .krl first.");
         return;
     }
     if (await program.save()) {
-        await vscode.tasks.executeTask(
-            taskFor(command, program.uri.fsPath, scopeOf(program.uri)));
+        await action(program.uri);
     }
 }
+
+/// Lets krel do something with the program that is being edited.
+function execute(command) {
+    return withProgram((uri) =>
+        vscode.tasks.executeTask(taskFor(command, uri.fsPath, scopeOf(uri))));
+}
+
+function debugged(program) {
+    return { type: "krel", request: "launch", name: "Debug", program };
+}
+
+function debug() {
+    return withProgram((uri) => vscode.debug.startDebugging(scopeOf(uri), debugged(uri.fsPath)));
+}
+
+/// Where there is no launch.json, the program that is being edited is debugged.
+const debugConfigurations = {
+    resolveDebugConfiguration(folder, configuration) {
+        if (configuration.type) {
+            return configuration;
+        }
+        const program = programOf(vscode.window.activeTextEditor);
+        return program === undefined ? undefined : debugged(program.uri.fsPath);
+    },
+};
+
+/// What VS Code talks to while a program is debugged.
+const debugAdapters = {
+    createDebugAdapterDescriptor() {
+        return new vscode.DebugAdapterExecutable(krel(), ["debug"]);
+    },
+};
 
 const taskProvider = {
     provideTasks() {
@@ -99,7 +130,10 @@ const taskProvider = {
 async function activate(context) {
     context.subscriptions.push(
         vscode.commands.registerCommand("krel.runFile", () => execute("run")),
+        vscode.commands.registerCommand("krel.debugFile", debug),
         vscode.commands.registerCommand("krel.checkFile", () => execute("check")),
+        vscode.debug.registerDebugConfigurationProvider("krel", debugConfigurations),
+        vscode.debug.registerDebugAdapterDescriptorFactory("krel", debugAdapters),
         vscode.tasks.registerTaskProvider("krel", taskProvider),
         vscode.workspace.onDidChangeConfiguration(async (change) => {
             if (change.affectsConfiguration("krel.path")) {

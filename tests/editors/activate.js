@@ -12,6 +12,8 @@ const seen = { commands: [], errors: [], tasks: [], saved: 0 };
 const registered = {};
 let provider;
 let settingsChanged;
+let configurations;
+let adapters;
 
 const document = {
     languageId: "krel",
@@ -35,6 +37,14 @@ const vscode = {
     tasks: {
         registerTaskProvider: (type, itsProvider) => { provider = itsProvider; },
         executeTask: async (task) => { seen.tasks.push(outcomeOf(task)); },
+    },
+    debug: {
+        registerDebugConfigurationProvider: (type, provided) => { configurations = provided; },
+        registerDebugAdapterDescriptorFactory: (type, factory) => { adapters = factory; },
+        startDebugging: async (folder, configuration) => { seen.debugged = sessionOf(configuration); },
+    },
+    DebugAdapterExecutable: class {
+        constructor(command, args) { Object.assign(this, { command, args }); }
     },
     TaskGroup: { Build: "build" },
     TaskScope: { Workspace: 2 },
@@ -76,6 +86,21 @@ function outcomeOf(task) {
     return { name: task.name, problems: task.problems, output: done.stdout + done.stderr };
 }
 
+/// Plays a client of the debug adapter: launches what VS Code would, and takes down what comes.
+function sessionOf(configuration) {
+    const resolved = configurations.resolveDebugConfiguration(undefined, configuration);
+    const { command, args } = adapters.createDebugAdapterDescriptor();
+    const requests = [["initialize", { adapterID: "krel" }], ["launch", resolved],
+        ["configurationDone", {}]];
+    const input = requests.map(([name, itsArguments], index) => {
+        const body = JSON.stringify(
+            { seq: index + 1, type: "request", command: name, arguments: itsArguments });
+        return `Content-Length: ${Buffer.byteLength(body)}\r\n\r\n${body}`;
+    }).join("");
+    const { stdout } = spawnSync(command, args, { input, encoding: "utf8" });
+    return { resolved, messages: stdout };
+}
+
 const load = Module._load;
 Module._load = function (request, ...others) {
     return request === "vscode" ? vscode
@@ -89,6 +114,8 @@ async function play() {
     seen.commands = Object.keys(registered).sort();
     await registered["krel.checkFile"]();
     await registered["krel.runFile"]();
+    await registered["krel.debugFile"]();
+    seen.withoutConfiguration = configurations.resolveDebugConfiguration(undefined, {});
     seen.provided = provider.provideTasks().map((task) => task.definition.command);
     const definition = { type: "krel", command: "check", file: path.basename(program) };
     const resolved = provider.resolveTask(
@@ -99,6 +126,7 @@ async function play() {
     vscode.window.activeTextEditor = undefined;
     await registered["krel.runFile"]();
     seen.providedWithoutProgram = provider.provideTasks();
+    seen.debuggedWithoutProgram = configurations.resolveDebugConfiguration(undefined, {}) ?? null;
     await extension.deactivate();
     console.log(JSON.stringify(seen));
 }

@@ -211,7 +211,14 @@ class Extension(unittest.TestCase):
         self.assertEqual((execution["name"], execution["problems"]),
                          ("Run program.krl", ["$krelcc"]))
         self.assertIn("Syntax error in program.krl at line 3", execution["output"])
-        self.assertEqual(seen["saved"], 2)
+        self.assertEqual(seen["saved"], 3)
+        launch = {"type": "krel", "request": "launch", "name": "Debug",
+                  "program": seen["debugged"]["resolved"]["program"]}
+        self.assertEqual(seen["debugged"]["resolved"], launch)
+        self.assertEqual(seen["withoutConfiguration"], launch)
+        self.assertIsNone(seen["debuggedWithoutProgram"])
+        # The program is refused, and the adapter says so.
+        self.assertIn("Syntax error in program.krl at line 3", seen["debugged"]["messages"])
         matchers = {"$" + entry["name"] for entry in PACKAGE["contributes"]["problemMatchers"]}
         self.assertEqual(matchers, {*check["problems"], *execution["problems"]})
         self.assertEqual(seen["provided"], ["run", "check", "build"])

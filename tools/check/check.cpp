@@ -199,10 +199,58 @@ private:
             return;
         }
         const SourceRange range = repaired->originOf(fault.range);
-        if (!followsFromOther(fault.message) && !isFollowing(fault.message, range)) {
+        noteRedefinition(fault.message);
+        if (!followsFromOther(fault.message) && !isFollowing(fault.message, range) &&
+            !isInserted(fault.message, range) && !isOfMember(fault.message, range) &&
+            !isOfRedefinition(fault.message)) {
             add(fault.message, range);
         }
         leaveOut(range.begin);
+    }
+
+    /// Whether the parser stumbles over what a repair has put in.
+    bool isInserted(std::string_view message, SourceRange range) const {
+        return ruleOfMessage(message) == "syntax" &&
+               added.count({"missing-token", range.begin}) != 0;
+    }
+
+    /// Whether the compiler stumbles over a point, or the word behind it, that is reported already.
+    bool isOfMember(std::string_view message, SourceRange range) const {
+        const std::string_view rule = ruleOfMessage(message);
+        const auto& words = tree.tokens.words;
+        auto token = std::lower_bound(words.begin(), words.end(), range.begin,
+                                      [](const Syntax::Token& each, std::uint32_t place) {
+                                          return each.range.begin < place;
+                                      });
+        if (rule == "syntax" && token != words.begin()) {
+            --token;
+        } else if (rule != "illegal-character") {
+            return false;
+        }
+        return token != words.end() && token->word == Syntax::Word::Dot &&
+               added.count({"foreign-construct", token->range.begin}) != 0;
+    }
+
+    static std::string_view quotedLast(std::string_view message) {
+        const std::size_t end = message.rfind('\'');
+        const std::size_t begin =
+            end == message.npos || end == 0 ? message.npos : message.rfind('\'', end - 1);
+        return begin == message.npos ? std::string_view{}
+                                     : message.substr(begin + 1, end - begin - 1);
+    }
+
+    void noteRedefinition(std::string_view message) {
+        if (message.substr(0, 10) == "Function '" &&
+            message.find("already exists") != message.npos) {
+            redefined.emplace(quotedLast(message));
+        }
+    }
+
+    /// The parameters of a function that is defined again are refused as well.
+    bool isOfRedefinition(std::string_view message) const {
+        return message.substr(0, 8) == "Symbol '" &&
+               message.find("already exists in scope") != message.npos &&
+               redefined.count(std::string{quotedLast(message)}) != 0;
     }
 
     /// Some faults draw a second message at the same place.
@@ -243,6 +291,13 @@ private:
         if (rule == "parameter-count") {
             return "divide the function, or take several small numbers in one `int`";
         }
+        if (rule == "syntax") {
+            return helpForSyntax(range);
+        }
+        if (message.substr(0, 10) == "Function '" &&
+            message.find("already exists") != message.npos) {
+            return "give it another name: parameters do not tell functions apart";
+        }
         if (message.substr(0, 10) != "Undeclared") {
             return {};
         }
@@ -257,6 +312,44 @@ private:
         }
         const std::string similar = similarName(model, function, missing);
         return similar.empty() ? "" : "did you mean `" + similar + "`?";
+    }
+
+    /// What the word before tells about one that the parser does not expect.
+    std::string helpForSyntax(SourceRange range) const {
+        const auto& words = tree.tokens.words;
+        const auto token = std::lower_bound(words.begin(), words.end(), range.begin,
+                                            [](const Syntax::Token& each, std::uint32_t place) {
+                                                return each.range.begin < place;
+                                            });
+        if (token == words.begin() || token == words.end() || token->range.begin != range.begin) {
+            return {};
+        }
+        const Syntax::Token before = *std::prev(token);
+        if (token->word == Syntax::Word::StringLiteral &&
+            before.word == Syntax::Word::StringLiteral) {
+            return "join texts by `+`, or separate them by a comma in `print`";
+        }
+        if (before.word == Syntax::Word::Print) {
+            return "what is printed stands in parentheses: `print(...);`";
+        }
+        if (token->word == Syntax::Word::Assign && isInParameters(range.begin)) {
+            return "a parameter has no default value: hand the value over in each call";
+        }
+        const Syntax::ForeignWords* const foreign =
+            before.word == Syntax::Word::Name ? Syntax::findForeignWord(tree.textOf(before.range))
+                                              : nullptr;
+        return foreign == nullptr
+                   ? ""
+                   : std::string{foreign->message} + ": " + std::string{foreign->help};
+    }
+
+    /// Whether a place lies between the name of a function and its body.
+    bool isInParameters(std::uint32_t place) const {
+        return std::any_of(model.functions().begin(), model.functions().end(),
+                           [&](const Function& function) {
+                               return tree[function.node].range.begin <= place &&
+                                      place < tree[tree.lastChild(function.node)].range.begin;
+                           });
     }
 
     // What can be left out
@@ -422,6 +515,7 @@ private:
     std::set<std::pair<std::string_view, std::uint32_t>> added;  // rules and places of findings
     std::map<std::uint32_t, std::uint32_t> errorEnds;            // by where the errors begin
     std::vector<std::vector<SourceRange>> causes;                // of the report's edits
+    std::set<std::string> redefined;                             // functions
     std::unique_ptr<RepairedText> repaired;
     std::unordered_set<NodeId> leftOut;
     std::vector<Unit> units;  // in order

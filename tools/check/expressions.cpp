@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "tools/check/repairer.hpp"
+#include "tools/syntax/foreignWords.hpp"
 
 namespace krel::Check {
 
@@ -104,13 +105,27 @@ void Repairer::expression(NodeId id, const Context& context, Pieces& out) {
             return cast(id, context, out);
         case Kind::Parentheses:
             return childrenOf(id, context, out);
-        case Kind::List:
         case Kind::Field:
         case Kind::Method:
+            sayMember(id);
+            return childrenOf(id, {}, out);
+        case Kind::List:
             return childrenOf(id, {}, out);
         default:
             return copy(id, out);
     }
+}
+
+/// Reports the point and the name behind it.
+void Repairer::sayMember(NodeId id) {
+    const SourceRange word = tree.wordRange(id);
+    const std::uint32_t point = tree.tokens.words[tree[id].token - 1].range.begin;
+    const Syntax::ForeignWords* const known = Syntax::findForeignWord(tree.wordOf(id));
+    say("foreign-construct", Severity::Error, {point, word.end},
+        known == nullptr ? "there are no objects, and nothing has members"
+                         : "`" + std::string{tree.wordOf(id)} + "`: " + std::string{known->message},
+        known == nullptr ? "declare one variable for each part, or write a function"
+                         : std::string{known->help});
 }
 
 void Repairer::childrenOf(NodeId id, const Context& context, Pieces& out) {

@@ -77,6 +77,7 @@ struct MissingWord {
 
 constexpr std::array missingWords = {
     MissingWord{Syntax::Gap::Kind::Semicolon, ";", "semicolon"},
+    MissingWord{Syntax::Gap::Kind::Parameters, "()", "parameter list"},
     MissingWord{Syntax::Gap::Kind::Parenthesis, ")", "closing parenthesis"},
     MissingWord{Syntax::Gap::Kind::Bracket, "]", "closing bracket"},
     MissingWord{Syntax::Gap::Kind::Brace, "}", "closing brace"},
@@ -84,10 +85,23 @@ constexpr std::array missingWords = {
 
 }  // namespace
 
-/// Whether nobody knows that this is missing: a bracket, where other things cannot be read.
+/// Whether a character that begins no token stands in the line of a place.
+bool Repairer::isInUnknownLine(std::uint32_t at) const {
+    const std::size_t before = at == 0 ? tree.text.npos : tree.text.rfind('\n', at - 1);
+    const std::size_t begin = before == tree.text.npos ? 0 : before + 1;
+    const std::size_t end = std::min(tree.text.find('\n', at), tree.text.size());
+    const auto place = std::lower_bound(unknown.begin(), unknown.end(), begin);
+    return place != unknown.end() && *place < end;
+}
+
+/// Whether nobody knows that this is missing: a bracket, where other things cannot be read, and
+/// anything in a line with unknown characters.
 bool Repairer::isDoubtful(const Syntax::Gap& gap) const {
-    if (purpose == Purpose::Ask || gap.kind == Syntax::Gap::Kind::Semicolon) {
+    if (purpose == Purpose::Ask) {
         return false;
+    }
+    if (gap.kind == Syntax::Gap::Kind::Semicolon || isInUnknownLine(gap.at)) {
+        return isInUnknownLine(gap.at);
     }
     const auto& all = tree.nodes;
     const auto isBefore = [&](NodeId id, std::uint32_t place) { return all[id].range.end < place; };
@@ -106,6 +120,11 @@ void Repairer::findUnread() {
         }
     }
     std::sort(unread.begin(), unread.end());
+    for (const Syntax::Token& token : tree.tokens.words) {
+        if (token.word == Word::Illegal) {
+            unknown.push_back(token.range.begin);
+        }
+    }
 }
 
 void Repairer::collectTokenEdits() {

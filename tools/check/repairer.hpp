@@ -79,6 +79,7 @@ private:
     void collectUses();
     void findUnread();
     void collectTokenEdits();
+    bool isInUnknownLine(std::uint32_t at) const;
     bool isDoubtful(const Syntax::Gap& gap) const;
     void editToken(SourceRange range, std::string text);
     void copy(std::uint32_t begin, std::uint32_t end, Pieces& out);
@@ -137,6 +138,7 @@ private:
 
     // Expressions (expressions.cpp)
     void expression(NodeId id, const Context& context, Pieces& out);
+    void sayMember(NodeId id);
     void childrenOf(NodeId id, const Context& context, Pieces& out);
     void literal(NodeId id, const Context& context, Pieces& out);
     void unary(NodeId id, const Context& context, Pieces& out);
@@ -174,6 +176,8 @@ private:
     void carryGlobalsToCopies();
     void renameHiddenGlobals();
     bool canInline();
+    bool callsItself(FunctionId number) const;
+    std::string reasonToStay() const;
     std::size_t bytesOfCopy(FunctionId number, int depth);
     FunctionId calleeOf(NodeId id) const;
     bool isCopyable(FunctionId number) const;
@@ -220,6 +224,9 @@ private:
     std::string constant(Type type, const std::string& key, const std::string& base,
                          const std::string& setting, NodeId because);
     std::string doubleConstant(NodeId because, double value);
+    std::string constantsIn(std::string_view text) const;
+    std::string writeHelp(std::string_view text) const;
+    std::string declarationsSince(std::size_t before) const;
     std::string doubleText(NodeId because, double value);
     void bigLiteral(NodeId id, std::uint64_t value, Pieces& out);
     void wholeValue(NodeId id, NodeId operand, const Context& context, Pieces& out);
@@ -239,6 +246,7 @@ private:
     void cast(NodeId id, const Context& context, Pieces& out);
     bool aloneCast(NodeId id, Type target, Pieces& out);
     void call(NodeId id, const Context& context, Pieces& out);
+    std::string helpForCall(NodeId id, const std::string& declared, const std::string& name) const;
     void arguments(NodeId id, Pieces& out);
     void truthValue(NodeId id, const Context& context, Pieces& out);
     void doubleCondition(NodeId id, const Context& context, Pieces& out);
@@ -330,7 +338,8 @@ private:
     std::unordered_set<VariableId> assignedOnly;  // declared before: their type is left out
 
     const std::vector<NodeId> topLevel;
-    std::vector<std::uint32_t> unread;  // where something could not be read, in order
+    std::vector<std::uint32_t> unread;   // where something could not be read, in order
+    std::vector<std::uint32_t> unknown;  // characters that begin no token, in order
     FunctionId currentFunction = noFunction;
     std::map<FunctionId, std::set<VariableId>> movedGlobals;  // to the functions that use them
     std::unordered_set<VariableId> movableGlobals;
@@ -341,12 +350,14 @@ private:
     std::map<Word, std::string> helperNames;           // of functions that stand for operators
     std::vector<bool> inlined;                     // by function: it is written where it is called
     std::vector<std::size_t> copiedBytes;          // by function
+    std::string whyStaying;                        // why no function is; empty without a reason
     std::vector<Copy> copies;                      // that are being written, the innermost last
     bool isJudging = false;                        // functions are written for their findings only
     std::map<VariableId, VariableId> sharedNames;  // to the variable declared before
     std::unordered_set<NodeId> needlessBreaks;     // at the end of cases
     std::map<std::string, std::string> constants;  // of the function at hand: by type and value
     Pieces constantDeclarations;                   // of the same
+    std::map<std::string, std::string, std::less<>> constantTexts;  // by name: what declares them
     std::string constantSeparator;
 
     Prelude prelude;               // of the statement at hand

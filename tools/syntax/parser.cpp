@@ -274,7 +274,13 @@ private:
 
     bool beginsFunction() const {
         const std::uint32_t length = typeLength();
-        return length > 0 && at(Word::Name, length) && at(Word::LeftParenthesis, length + 1);
+        return length > 0 && at(Word::Name, length) &&
+               (at(Word::LeftParenthesis, length + 1) || lacksParameters(length + 1));
+    }
+
+    /// `void f {`
+    bool lacksParameters(std::uint32_t ahead) const {
+        return at(Word::LeftBrace, ahead) && (at(Word::Void) || token(ahead).beginsLine);
     }
 
     void parseTopLevel() {
@@ -331,15 +337,11 @@ private:
         const Mark mark = begin();
         parseType(typeLength());
         const std::uint32_t name = next++;
-        expect(Word::LeftParenthesis, Gap::Kind::Parenthesis);
-        while (!at(Word::RightParenthesis) && !at(Word::LeftBrace) && !at(Word::End)) {
-            parseParameter();
-            if (!accept(Word::Comma)) {
-                break;
-            }
+        if (at(Word::LeftBrace)) {
+            miss(Gap::Kind::Parameters);
+        } else {
+            parseParameters();
         }
-        leaveOutUntil(Word::RightParenthesis);
-        expect(Word::RightParenthesis, Gap::Kind::Parenthesis);
         if (at(Word::LeftBrace)) {
             parseBlock();
         } else if (accept(Word::Semicolon)) {
@@ -350,6 +352,18 @@ private:
             reduce(Kind::Block, begin());
         }
         reduce(Kind::Function, mark, Word::End, name);
+    }
+
+    void parseParameters() {
+        expect(Word::LeftParenthesis, Gap::Kind::Parenthesis);
+        while (!at(Word::RightParenthesis) && !at(Word::LeftBrace) && !at(Word::End)) {
+            parseParameter();
+            if (!accept(Word::Comma)) {
+                break;
+            }
+        }
+        leaveOutUntil(Word::RightParenthesis);
+        expect(Word::RightParenthesis, Gap::Kind::Parenthesis);
     }
 
     void leaveOutUntil(Word word) {
@@ -453,7 +467,13 @@ private:
             default:
                 break;
         }
-        if (atName("do") && (at(Word::LeftBrace, 1) || beginsStatement(token(1).word))) {
+        if (declaresReservedWord()) {
+            const Mark mark = begin();
+            next += 2;
+            passLine();
+            accept(Word::Semicolon);
+            reduce(Kind::Foreign, mark, Word::Name, mark.token + 1);
+        } else if (atName("do") && (at(Word::LeftBrace, 1) || beginsStatement(token(1).word))) {
             parseDo();
         } else if (at(Word::Name) && parseForeign()) {
             return;
@@ -469,6 +489,15 @@ private:
     }
 
     // Other languages
+
+    /// `int if = 3;`
+    bool declaresReservedWord() const {
+        const Word word = token(1).word;
+        return isTypeWord(token().word) && Word::If <= word && word <= Word::Return &&
+               !token(1).beginsLine &&
+               (at(Word::Assign, 2) || at(Word::Semicolon, 2) || at(Word::Comma, 2) ||
+                at(Word::LeftBracket, 2));
+    }
 
     /// Whether what follows a foreign word shows that it is no name: in Krel nothing of that kind
     /// stands behind one.
@@ -676,7 +705,11 @@ private:
             reduce(Kind::Skipped, mark);
             return;
         }
-        accept(Word::Colon);  // behind the condition, in other languages
+        if (at(Word::Colon)) {  // behind the condition, in other languages
+            const SourceRange colon = token().range;
+            ++next;
+            addGap({Gap::Kind::Unexpected, colon, colon.begin});
+        }
         const std::uint32_t before = next;
         const std::size_t height = stack.size();
         parseStatement();

@@ -41,7 +41,8 @@ enum class Kind : std::uint8_t {
     Continue,             //
     Empty,                // a lone semicolon
     ExpressionStatement,  // expression
-    Foreign,              // something of another language; the token is its word
+    Foreign,              // something of another language; the token is its word; the op is Colon
+                          // for a label, Name for a variable named like a word of Krel
     Skipped,              // what could not be read
     // Expressions. The token is the operator, the name or the literal.
     Name,
@@ -82,6 +83,7 @@ struct Node {
 struct Gap {
     enum class Kind : std::uint8_t {
         Semicolon,    // missing
+        Parameters,   // parentheses behind the name of a function, missing
         Parenthesis,  // closing, missing
         Bracket,      // the same
         Brace,        // the same

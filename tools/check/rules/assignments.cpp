@@ -222,28 +222,34 @@ std::string Repairer::assignment(NodeId id, Pieces& out) {
         sumAssignment(id, out);
         return targetText;
     }
-    if (!isKrel) {
-        say("compound-assignment", Severity::Error, tree.wordRange(id),
-            "there are only `+=` and `-=`",
-            "write `" + targetText + " = " + targetText + " " +
-                std::string{tree.wordOf(id).substr(0, 1)} + " ...`");
-    }
+    const std::size_t before = prelude.size();
+    Pieces right;
     if (op == Word::PercentAssign) {
-        Pieces right;
         context.want = Word::Int;
         expression(value, context, right);
         const std::string divisor = atomFor(value, "divisor", std::move(right));
-        out.insert(" = " + from + " - " + from + " / " + divisor + " * " + divisor,
-                   {tree[target].range.end, tree[id].range.end});
-        return targetText;
+        right = Pieces{};
+        right.insert(" = " + from + " - " + from + " / " + divisor + " * " + divisor,
+                     {tree[target].range.end, tree[id].range.end});
+    } else {
+        right.insert(" = " + from + " " + std::string{tree.wordOf(id).substr(0, 1)} + " ",
+                     {tree[target].range.end, tree[value].range.begin});
+        const Kind kind = tree[value].kind;
+        const bool bare = kind != Kind::Binary && kind != Kind::Unary && kind != Kind::Conditional;
+        right.insert(bare ? "" : "(", tree[value].range);
+        expression(value, context, right);
+        right.insert(bare ? "" : ")", tree[value].range);
     }
-    out.insert(" = " + from + " " + std::string{tree.wordOf(id).substr(0, 1)} + " ",
-               {tree[target].range.end, tree[value].range.begin});
-    const Kind kind = tree[value].kind;
-    const bool bare = kind != Kind::Binary && kind != Kind::Unary && kind != Kind::Conditional;
-    out.insert(bare ? "" : "(", tree[value].range);
-    expression(value, context, out);
-    out.insert(bare ? "" : ")", tree[value].range);
+    if (!isKrel) {
+        const std::string declared = declarationsSince(before);
+        const std::string text = targetText + textOf(right);
+        say("compound-assignment", Severity::Error, tree.wordRange(id),
+            "there are only `+=` and `-=`",
+            declared.empty()
+                ? writeHelp(text)
+                : "store it first, " + quoted(declared) + ", and write " + quoted(text));
+    }
+    out.append(std::move(right));
     return targetText;
 }
 
@@ -291,6 +297,7 @@ Pieces Repairer::remainder(NodeId id, Pieces&& left) {
     const NodeId second = tree.child(id, 1);
     const SourceRange range = tree[id].range;
     const NodeId firstCall = firstCallInPlace;
+    const std::size_t before = prelude.size();
     const std::string dividend = atomFor(first, "dividend", std::move(left));
     Pieces right;
     Context context;
@@ -298,11 +305,14 @@ Pieces Repairer::remainder(NodeId id, Pieces&& left) {
     expression(second, context, right);
     const std::string divisor = atomFor(second, "divisor", std::move(right));
     firstCallInPlace = firstCall;
-    const std::string text = dividend + " - " + dividend + " / " + divisor + " * " + divisor;
+    const std::string rest = dividend + " - " + dividend + " / " + divisor + " * " + divisor;
+    const std::string text = isOperand(id) ? "(" + rest + ")" : rest;
+    const std::string declared = declarationsSince(before);
     say("remainder", Severity::Error, tree.wordRange(id), "there is no operator `%`",
-        "write " + quoted(text));
+        declared.empty() ? "write " + quoted(text)
+                         : "store it first, " + quoted(declared) + ", and write " + quoted(text));
     Pieces result;
-    result.insert(isOperand(id) ? "(" + text + ")" : text, range);
+    result.insert(text, range);
     return result;
 }
 
@@ -392,7 +402,7 @@ void Repairer::update(NodeId id, Pieces& out) {
                                     (tree[id].op == Word::Increment ? " + " : " - ") +
                                     doubleConstant(id, 1.0);
         say("double-step", Severity::Error, range, "a `double` cannot be counted up or down",
-            "write " + quoted(instead));
+            writeHelp(instead));
         out.insert(instead, range);
         return;
     }

@@ -215,7 +215,10 @@ Pieces Repairer::bitOperation(NodeId id, Word op, const Context& context, Pieces
     }
     const NodeId firstCall = firstCallInPlace;
     Pieces result;
+    const std::size_t before = prelude.size();
     std::string instead = asArithmetic(id, op, left);
+    const std::string declared = declarationsSince(before);
+    const bool isAdded = instead.empty();
     if (instead.empty()) {
         std::string& name = helperNames[op];
         for (const Helper& helper : helpers) {
@@ -234,8 +237,12 @@ Pieces Repairer::bitOperation(NodeId id, Word op, const Context& context, Pieces
         }
     }
     const std::string word{tree.wordOf(id)};
+    const bool isStatement = tree[id].kind == Kind::Assign;
+    const std::string text =
+        (isStatement ? std::string{tree.textOf(first)} + " = " : std::string{}) + instead;
     say("bit-operator", Severity::Error, tree.wordRange(id), "there is no operator `" + word + "`",
-        "write " + quoted(instead));
+        (declared.empty() ? "write " : "store it first, " + quoted(declared) + ", and write ") +
+            quoted(text) + (isAdded ? ", a function that `--fix` adds to the program" : ""));
     if (result.empty()) {
         result.insert(instead, range);
     }

@@ -171,6 +171,11 @@ void Repairer::foreignConstruct(NodeId id, Pieces& out) {
             "leave loops by `break`, functions by `return`");
         return stay(id, out);
     }
+    if (tree[id].op == Word::Name) {
+        say("reserved-name", Severity::Error, tree.wordRange(id),
+            "`" + word + "` is a word of Krel", "use another name");
+        return stay(id, out);
+    }
     const Syntax::ForeignWords* const known = Syntax::findForeignWord(word);
     if (known == nullptr) {  // `for` without parentheses
         say("foreign-construct", Severity::Error, tree[id].range,
@@ -311,9 +316,14 @@ void Repairer::caseBody(NodeId id, Pieces& out) {
 void Repairer::switchStatement(NodeId id, Pieces& out) {
     const NodeId condition = tree[id].first;
     const NodeId tested = inner(tree[condition].first);
-    say("switch", Severity::Error, tree.wordRange(id), "there is no `switch`",
-        "write `if (" + std::string{tree.textOf(tested)} + " == ...) { } elseif ...`");
     const Cases cases = casesOf(id);
+    say("switch", Severity::Error, tree.wordRange(id),
+        cases.isCertain ? "there is no `switch`"
+                        : "there is no `switch`, and in this one a case runs on into the next",
+        "write `if (" + std::string{tree.textOf(tested)} + " == ...) { } elseif ...`" +
+            (cases.isCertain ? ""
+                             : "; end each case by `break`, or write what it shares with the next "
+                               "in both"));
     stayed = stayed || !cases.isCertain;
     if (!cases.isCertain && purpose == Purpose::Write) {
         return stay(id, out);
@@ -415,7 +425,7 @@ bool Repairer::namedConstant(NodeId id, const Context& context, Pieces& out) {
         "`" + std::string{tree.wordOf(id)} + "` is not declared: " +
             (tree.wordOf(id) == "TRUE" ? "the words are `true` and `false`"
                                        : "there are no named constants"),
-        "write " + quoted(text));
+        writeHelp(text));
     out.insert(text, tree[id].range);
     return true;
 }

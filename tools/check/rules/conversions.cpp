@@ -147,7 +147,7 @@ bool Repairer::coerceLiteral(NodeId id, Type to, Pieces& out) {
     say("implicit-conversion", Severity::Error, tree[id].range,
         "this is of type `" + std::string{nameOf(from)} + "`, but `" + std::string{nameOf(to)} +
             "` is needed, and nothing is converted by itself",
-        "write " + quoted(instead));
+        writeHelp(instead));
     out.insert(instead, tree[id].range);
     return true;
 }

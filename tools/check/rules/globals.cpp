@@ -236,6 +236,11 @@ void Repairer::placeGlobals() {
     renameHiddenGlobals();
 }
 
+/// Why functions with arrays and shared variables are left as they are; empty if they are not.
+std::string Repairer::reasonToStay() const {
+    return whyStaying.empty() ? "" : "; `--fix` leaves it, because " + whyStaying;
+}
+
 /// Says how a program does without a variable that several functions use and change.
 void Repairer::reportGlobal(VariableId number) {
     const Variable& variable = model.variables()[number];
@@ -259,11 +264,12 @@ void Repairer::reportGlobal(VariableId number) {
     }
     say("global-variable", Severity::Error, tree.wordRange(variable.node),
         "there are no global variables, and `" + name + "` is shared with " + list,
-        variable.isArray
-            ? "declare it in `main`, and write there what " + list +
-                  " do with it; functions take elements and return new values"
-            : "declare it in `main`, hand it over as a parameter, and return its new value: `" +
-                  name + " = change(" + name + ");`");
+        (variable.isArray
+             ? "declare it in `main`, and write there what " + list +
+                   " do with it; functions take elements and return new values"
+             : "declare it in `main`, hand it over as a parameter, and return its new value: `" +
+                   name + " = change(" + name + ");`") +
+            reasonToStay());
 }
 
 /// Whether a declaration outside of functions goes into functions as a whole.
@@ -378,11 +384,14 @@ void Repairer::arrayParameter(NodeId id, Pieces& out, Pieces& declarations) {
     const std::string name{variable.name};
     const Function& function = model.functions()[model.functionAround(id)];
     const bool isCopied = inlined[model.functionAround(id)];
+    const std::string instead =
+        callsItself(model.functionAround(id))
+            ? "declare the array in `main`, and write there a loop in place of the calls"
+            : "write what `" + std::string{function.name} +
+                  "` does where the array is declared, or hand over elements: `" +
+                  std::string{nameOf(variable.type)} + " " + name + "`";
     say("array-parameter", Severity::Error, tree[id].range, "a function cannot take an array",
-        "write what `" + std::string{function.name} +
-            "` does where the array is declared, or hand "
-            "over elements: `" +
-            std::string{nameOf(variable.type)} + " " + name + "`");
+        instead + reasonToStay());
     stayed = stayed || !isCopied;
     if (purpose == Purpose::Write || nameOf(variable.type).empty()) {
         return copy(id, out);

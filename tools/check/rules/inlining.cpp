@@ -81,6 +81,7 @@ bool Repairer::canInline() {
         if (std::any_of(own.begin(), own.end(), [&](VariableId each) {
                 return model.variables()[each].name == model.variables()[number].name;
             })) {
+            whyStaying = "`main` has a variable with the name of a shared one";
             return false;
         }
     }
@@ -92,10 +93,21 @@ bool Repairer::canInline() {
         const std::size_t bytes = bytesOfCopy(function, 0);
         all += bytes * model.functions()[function].calls.size();
         if (bytes == 0 || all > mostBytes || !isCopyable(function)) {
+            const std::string name = quoted(model.functions()[function].name);
+            whyStaying = callsItself(function) ? name + " calls itself"
+                         : bytes == 0 || all > mostBytes
+                             ? "the copies of " + name + " would be too long"
+                             : name + " cannot be written where it is called";
             return false;
         }
     }
     return true;
+}
+
+bool Repairer::callsItself(FunctionId number) const {
+    const std::vector<NodeId>& calls = model.functions()[number].calls;
+    return std::any_of(calls.begin(), calls.end(),
+                       [&](NodeId call) { return model.functionAround(call) == number; });
 }
 
 /// How long a copy of a function is, with the copies in it; 0 when there is no end of it.

@@ -103,7 +103,9 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "tools/check/repairer.hpp"
@@ -205,16 +207,49 @@ std::string Repairer::constant(Type type, const std::string& key, const std::str
     if (isNew) {
         entry->second = fresh(base);
         const SourceRange origin = tree[because].range;
-        constantDeclarations.insert(constantSeparator + std::string{nameOf(type)} + " " +
-                                        entry->second + " = " + setting + ";",
-                                    origin);
+        const std::string text =
+            std::string{nameOf(type)} + " " + entry->second + " = " + setting + ";";
+        constantDeclarations.insert(constantSeparator + text, origin);
+        const std::string before = constantsIn(setting);
+        constantTexts[entry->second] = before + (before.empty() ? "" : " ") + text;
     }
     return entry->second;
 }
 
-std::string Repairer::doubleConstant(NodeId because, double value) {
-    const std::string digits = inIntermediateCode(value);
-    return constant(Word::Double, digits, nameOfWhole(value), "(double) " + digits, because);
+/// What declares the constants that a text names, and those that they are made of.
+std::string Repairer::constantsIn(std::string_view text) const {
+    std::string all;
+    std::set<std::string_view> seen;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        std::size_t end = at;
+        while (end < text.size() && isWord(text.substr(end, 1))) {
+            ++end;
+        }
+        const std::string_view word = text.substr(at, end - at);
+        const auto entry = constantTexts.find(word);
+        if (entry != constantTexts.end() && seen.insert(word).second) {
+            all += (all.empty() ? "" : " ") + entry->second;
+        }
+        at = std::max(end, at + 1);
+    }
+    return all;
+}
+
+/// What to say about a text that is to be written: how to declare what it names, too.
+std::string Repairer::writeHelp(std::string_view text) const {
+    const std::string declared = constantsIn(text);
+    return declared.empty() ? "write " + quoted(text)
+                            : "declare " + quoted(declared) + ", and write " + quoted(text);
+}
+
+/// The statements that have come to the prelude since it had that many.
+std::string Repairer::declarationsSince(std::size_t before) const {
+    std::string all;
+    for (std::size_t index = before; index < prelude.size(); ++index) {
+        all += (all.empty() ? "" : " ") + textOf(prelude[index]);
+    }
+    return all;
 }
 
 namespace {
@@ -233,6 +268,17 @@ std::string sumOf(std::uint64_t value) {
 }
 
 }  // namespace
+
+/// A value with fewer than 16 digits before the point and none behind it.
+std::string Repairer::doubleConstant(NodeId because, double value) {
+    const std::string digits = inIntermediateCode(value);
+    constexpr double mostOfLiteral = 2147483647.0;
+    const std::string operand = value <= mostOfLiteral
+                                    ? digits
+                                    : constant(Word::Int, digits, "units",
+                                               sumOf(static_cast<std::uint64_t>(value)), because);
+    return constant(Word::Double, digits, nameOfWhole(value), "(double) " + operand, because);
+}
 
 /// An integer literal of more than 32 bits.
 void Repairer::bigLiteral(NodeId id, std::uint64_t value, Pieces& out) {
@@ -262,18 +308,12 @@ std::string Repairer::doubleText(NodeId because, double value) {
 
 void Repairer::wholeDouble(NodeId id, Pieces& out) {
     const double value = numberOf(tree.textOf(id)).real;
-    const std::string digits = inIntermediateCode(value);
-    if (value > 2147483647.0) {
-        smallDouble(id, numberOf(tree.textOf(id)), out);
-        return;
-    }
     const std::string name = doubleConstant(id, value);
     const bool silent = isSilentDouble(id);
     say("whole-double", silent ? Severity::Warning : Severity::Error, tree[id].range,
         silent ? "a double literal with a whole value is taken for an integer here"
                : "a double literal with a whole value becomes an integer, which is refused",
-        "set a variable from a cast, `double " + name + " = (double) " + digits + ";`, and write " +
-            quoted(name));
+        "set a variable from a cast, " + quoted(constantsIn(name)) + ", and write " + quoted(name));
     out.insert(name, tree[id].range);
 }
 
@@ -331,28 +371,34 @@ void Repairer::smallDouble(NodeId id, const Number& number, Pieces& out) {
     const int size = exponent < 0 ? -exponent : exponent;
     constexpr std::string_view reason =
         "the compiler writes this literal with an exponent and then refuses it";
-    if (digits.empty() || digits.size() > 9 || size > 18) {
+    constexpr int mostOfInt = 18;
+    constexpr int mostOfDouble = 22;  // the largest power of ten that a double holds exactly
+    if (digits.empty() || digits.size() > 9 || size > mostOfDouble) {
         say("double-form", Severity::Error, range, std::string{reason},
             "compute the value from literals that can be written");
-        copy(id, out);
-        return;
+        stayed = true;
+        return purpose == Purpose::Ask ? out.insert("0.5", range) : copy(id, out);
     }
+    const int wholeSize = std::min(size, mostOfInt);
     std::string power = "1";
-    power.append(static_cast<std::size_t>(size % 9), '0');
-    for (int nines = size / 9; nines > 0; --nines) {
-        power += " * 1000000000";
+    power.append(static_cast<std::size_t>(wholeSize % 9), '0');
+    for (int nines = wholeSize / 9; nines > 0; --nines) {
+        power = power == "1" ? "1000000000" : power + " * 1000000000";
     }
     const std::string base = exponent < 0 ? "small" : "large";
     const std::string key{written};
     const std::string units = constant(Word::Int, key, "units", power, id);
-    const std::string scale =
-        constant(Word::Double, key + " scale", "scale", "(double) " + units, id);
+    std::string scale = constant(Word::Double, key + " scale", "scale", "(double) " + units, id);
+    if (size > wholeSize) {
+        const double more = std::strtod(("1e" + std::to_string(size - wholeSize)).c_str(), nullptr);
+        scale = constant(Word::Double, key + " more", "scale",
+                         scale + " * " + doubleConstant(id, more), id);
+    }
     const std::string mantissa = doubleConstant(id, std::strtod(digits.c_str(), nullptr));
     const std::string name =
         constant(Word::Double, key, base, mantissa + (exponent < 0 ? " / " : " * ") + scale, id);
     say("double-form", Severity::Error, range, std::string{reason},
-        "compute it: `double " + name + " = " + mantissa + (exponent < 0 ? " / " : " * ") + scale +
-            ";`, where `" + scale + "` is " + power);
+        "compute it: " + quoted(constantsIn(name)) + ", and write " + quoted(name));
     out.insert(name, range);
 }
 

@@ -266,7 +266,10 @@ void Repairer::wholeValue(NodeId id, NodeId operand, const Context& context, Pie
         expression(core, inside, value);
         value.insert(")", range);
     }
-    const std::string help = isLiteral ? "write " : "call a function that finds the whole number: ";
+    const std::string help =
+        isLiteral
+            ? "write "
+            : "call a function that finds the whole number, which `--fix` adds to the program: ";
     say(isCast ? "cast-place" : "implicit-conversion", Severity::Error, range,
         isCast
             ? "there is no cast from `double` to `int`"
@@ -350,10 +353,50 @@ void Repairer::call(NodeId id, const Context& context, Pieces& out) {
         say("call-place", Severity::Error, tree[id].range,
             context.typed ? "a function cannot be called on this side"
                           : "a function with a value cannot be called here",
-            "store the result first: `" + std::string{nameOf(type)} + " " + name + " = " + written +
-                ";`");
+            helpForCall(id, std::string{nameOf(type)} + " " + name + " = " + written + ";", name));
     }
     out.insert(name, tree[id].range);
+}
+
+/// Where the result of a call goes that stands in a condition: not in front of the statement, if
+/// the call has to happen again, or only sometimes.
+std::string Repairer::helpForCall(NodeId id, const std::string& declared,
+                                  const std::string& name) const {
+    NodeId part = id;
+    bool isSecond = false;
+    constexpr int mostSteps = 50;
+    constexpr std::uint32_t longest = 200;
+    for (int step = 0; Syntax::isExpression(tree[tree[part].parent].kind); ++step) {
+        if (step == mostSteps) {
+            return "store the result first: " + quoted(declared);
+        }
+        const NodeId around = tree[part].parent;
+        isSecond = isSecond || (tree[around].kind == Kind::Binary && tree[around].first != part &&
+                                (tree[around].op == Word::And || tree[around].op == Word::Or));
+        part = around;
+    }
+    const NodeId holder = tree[part].parent;
+    const SourceRange whole = tree[part].range;
+    const bool isCondition =
+        tree[holder].kind == Kind::Condition && whole.end - whole.begin <= longest;
+    const NodeId statement = isCondition ? tree[holder].parent : noNode;
+    const SourceRange own = tree[id].range;
+    const std::string test = std::string{tree.textOf(SourceRange{whole.begin, own.begin})} + name +
+                             std::string{tree.textOf(SourceRange{own.end, whole.end})};
+    if (isCondition && isSecond) {
+        return "store the result where the left side is decided, in an `if` of its own: " +
+               quoted(declared + " if (" + name + ") { ... }");
+    }
+    if (isCondition && tree[statement].kind == Kind::While) {
+        return "store the result in each round: " +
+               quoted("while (true) { " + declared + " if (!(" + test + ")) { break; } ... }");
+    }
+    if (isCondition && tree[statement].kind == Kind::Arm &&
+        tree[tree[statement].parent].first != statement) {
+        return "store the result in an `else`: " +
+               quoted("else { " + declared + " if (" + test + ") { ... } }");
+    }
+    return "store the result first: " + quoted(declared);
 }
 
 void Repairer::arguments(NodeId id, Pieces& out) {

@@ -196,6 +196,7 @@ void Repairer::function(NodeId id, Pieces& out) {
     std::swap(outerConstants, constants);
     Pieces outerDeclarations;
     std::swap(outerDeclarations, constantDeclarations);
+    auto outerTexts = std::exchange(constantTexts, {});
     const std::string_view text = tree.textOf(block);
     const std::string outerSeparator = std::exchange(
         constantSeparator, text.find('\n') == text.npos ? " " : "\n" + indentOf(id) + "    ");
@@ -218,6 +219,7 @@ void Repairer::function(NodeId id, Pieces& out) {
     }
     std::swap(outerConstants, constants);
     constantDeclarations = std::move(outerDeclarations);
+    constantTexts = std::move(outerTexts);
     constantSeparator = outerSeparator;
     currentFunction = outer;
 }
@@ -495,6 +497,12 @@ void Repairer::body(NodeId id, std::uint32_t header, Prelude&& first, Prelude&& 
     }
     say("braces", Severity::Error, range, "a body has to be a block in braces",
         "put braces around it");
+    const auto behind = std::lower_bound(unread.begin(), unread.end(), header);
+    const bool isRead = behind == unread.end() || *behind >= range.begin;
+    if (purpose == Purpose::Write && (!isRead || isInUnknownLine(header))) {
+        copy(header, range.begin, out);
+        return statement(id, out);
+    }
     const std::string separator = separatorOf(id);
     const std::size_t lineEnd = separator.rfind('\n');
     const bool ownLine = lineEnd != separator.npos;

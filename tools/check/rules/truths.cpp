@@ -150,7 +150,7 @@ void Repairer::doubleCondition(NodeId id, const Context& context, Pieces& out) {
     const std::string zero = doubleConstant(id, 0.0);
     say("double-condition", Severity::Warning, tree[id].range,
         "a `double` is no condition: this holds when it is zero",
-        "write `" + std::string{tree.textOf(id)} + " != " + zero + "`");
+        writeHelp(std::string{tree.textOf(id)} + " != " + zero));
     const Kind parent = tree[tree[id].parent].kind;
     const bool isBare =
         parent == Kind::Condition || parent == Kind::ForPart || parent == Kind::Parentheses;

@@ -162,7 +162,9 @@ void findUnused(const Model& model, std::vector<Finding>& findings) {
     for (const Variable& variable : model.variables()) {
         const bool isRead = std::any_of(variable.uses.begin(), variable.uses.end(),
                                         [&](NodeId use) { return !isOnlyChange(tree, use); });
-        if (isRead || variable.function == noFunction) {
+        // The elements of an array that a function takes are those of its caller.
+        const bool isGiven = variable.isParameter && variable.isArray && !variable.uses.empty();
+        if (isRead || isGiven || variable.function == noFunction) {
             continue;
         }
         const std::string name{variable.name};

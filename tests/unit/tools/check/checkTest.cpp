@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -207,6 +208,154 @@ TEST(CheckTest, DoesNotTakeGoodLoopsAndPathsForFaults) {
                     "void main() {\n    for (;;) { break; }\n    int n = 0;\n"
                     "    while (n < 3) { n = f(n) + g(n); }\n}\n"),
               Lines{});
+}
+
+/// The first help that the check gives about a rule; the message, if `isMessage`.
+std::string saidOf(const std::string& text, const std::string& rule, bool isMessage = false) {
+    for (const Finding& finding : check(text, "p.krl").findings) {
+        if (finding.rule == rule) {
+            return isMessage ? finding.message : finding.help;
+        }
+    }
+    return "nothing about " + rule;
+}
+
+std::string inMain(const std::string& statements) {
+    return "int f(int x) { return x; }\nboolean h(int x) { return true; }\nvoid main() {\n" +
+           statements + "\n}\n";
+}
+
+TEST(CheckTest, WordsOfKrelAreNoNames) {
+    const std::string text = "void main() {\n    int if = 3;\n    print(\"x\");\n}\n";
+    EXPECT_EQ(found(text), Lines{"2:9 reserved-name!"});
+    EXPECT_EQ(check(text, "p.krl").fixed, text);
+    EXPECT_EQ(saidOf(text, "reserved-name"), "use another name");
+    EXPECT_EQ(found("void main() {\n    int print = 4;\n}\n"), Lines{"2:9 reserved-name!"});
+}
+
+TEST(CheckTest, FunctionsGetTheirParentheses) {
+    const std::string text = "void hello {\n    print(\"x\");\n}\nvoid main() {\n    hello();\n}\n";
+    EXPECT_EQ(found(text), Lines{"1:11 missing-token!"});
+    EXPECT_EQ(check(text, "p.krl").fixed.substr(0, 14), "void hello() {");
+}
+
+TEST(CheckTest, LinesWithUnknownCharactersStayAsTheyAre) {
+    for (const std::string text :
+         {"void main() {\n    int n = 3;\n    print(`n is ${n}`, \"\\n\");\n}\n",
+          "void main() {\n    boolean b = true;\n    while b:\n        b = false;\n}\n"}) {
+        EXPECT_EQ(check(text, "p.krl").fixed, text);
+    }
+}
+
+TEST(CheckTest, WhatIsInsertedIsNotUnexpected) {
+    for (const std::string& line : found("x")) {
+        EXPECT_EQ(line.find("syntax"), line.npos) << line;
+    }
+}
+
+TEST(CheckTest, MembersAreOneFinding) {
+    EXPECT_EQ(found("void main() {\n    string s = \"x\";\n    print(s.length());\n}\n"),
+              Lines{"3:12 foreign-construct!"});
+    EXPECT_EQ(found("void main() {\n    double x = Math.sqrt(0.5);\n    print(x);\n}\n"),
+              Lines{"2:20 foreign-construct!"});
+    EXPECT_EQ(saidOf(inMain("int n = 1;\nn.x = 3;"), "foreign-construct"),
+              "declare one variable for each part, or write a function");
+}
+
+TEST(CheckTest, FunctionsAreDefinedOnce) {
+    const std::string text =
+        "int f(int a) { return a; }\ndouble f(double a) { return a; }\nvoid main() { }\n";
+    Lines lines = found(text);
+    lines.erase(std::remove(lines.begin(), lines.end(), "1:5 unused-function"), lines.end());
+    lines.erase(std::remove(lines.begin(), lines.end(), "2:8 unused-function"), lines.end());
+    EXPECT_EQ(lines, Lines{"2:1 redeclaration!"});
+    EXPECT_EQ(saidOf(text, "redeclaration"),
+              "give it another name: parameters do not tell functions apart");
+}
+
+TEST(CheckTest, HelpsWithWhatTheParserDoesNotExpect) {
+    EXPECT_EQ(
+        saidOf("int add(int a, int b = 2) { return a + b; }\nvoid main() { print(add(1)); }\n",
+               "syntax"),
+        "a parameter has no default value: hand the value over in each call");
+    EXPECT_EQ(saidOf(inMain("print \"x\";"), "syntax"),
+              "what is printed stands in parentheses: `print(...);`");
+    EXPECT_EQ(saidOf(inMain("print(\"a\" \"b\");"), "syntax"),
+              "join texts by `+`, or separate them by a comma in `print`");
+    EXPECT_EQ(saidOf("function fib(n) { return n; }\nvoid main() { }\n", "syntax"),
+              "a function begins with the type of its value: write `int name(int parameter) "
+              "{ ... }`, or `void name() { ... }`");
+}
+
+TEST(CheckTest, HelpsShowWhatTheyNeed) {
+    const std::string begin = "int a = 7;\nint b = 2;\ndouble d = 0.5;\n";
+    EXPECT_EQ(saidOf(inMain(begin + "d = d * 2;"), "implicit-conversion"),
+              "declare `double two = (double) 2;`, and write `two`");
+    EXPECT_EQ(saidOf(inMain(begin + "d++;"), "double-step"),
+              "declare `double one = (double) 1;`, and write `d = d + one`");
+    EXPECT_EQ(saidOf(inMain(begin + "if (d) { }"), "double-condition"),
+              "declare `double zero = (double) 0;`, and write `d != zero`");
+    EXPECT_EQ(saidOf(inMain(begin + "b = (a + 1) % b;"), "remainder"),
+              "store it first, `int dividend = a + 1;`, and write `dividend - dividend / b * b`");
+    EXPECT_EQ(saidOf(inMain(begin + "b = 3 - a % b;"), "remainder"), "write `(a - a / b * b)`");
+    EXPECT_EQ(saidOf(inMain(begin + "a %= b;"), "compound-assignment"),
+              "write `a = a - a / b * b`");
+    EXPECT_EQ(saidOf(inMain(begin + "a *= b + 1;"), "compound-assignment"),
+              "write `a = a * (b + 1)`");
+    EXPECT_EQ(saidOf(inMain(begin + "a <<= 2;"), "bit-operator"), "write `a = a * 4`");
+    EXPECT_EQ(saidOf(inMain(begin + "d = 6.022e20;"), "double-form"),
+              "compute it: `double value6022 = (double) 6022; int units = 100000000 * 1000000000;"
+              " double scale = (double) units; double large = value6022 * scale;`, and write"
+              " `large`");
+}
+
+TEST(CheckTest, HelpsForCallsFollowTheCondition) {
+    const std::string begin = "int n = 0;\n";
+    EXPECT_EQ(saidOf(inMain(begin + "while (f(n) < 3) { n++; }"), "call-place"),
+              "store the result in each round: `while (true) { int fResult = f(n); "
+              "if (!(fResult < 3)) { break; } ... }`");
+    EXPECT_EQ(saidOf(inMain(begin + "if (n == 0) { } elseif (h(n)) { }"), "call-place"),
+              "store the result in an `else`: `else { boolean hResult = h(n); if (hResult) { ... "
+              "} }`");
+    EXPECT_EQ(saidOf(inMain(begin + "if (n == 0 && h(n)) { }"), "call-place"),
+              "store the result where the left side is decided, in an `if` of its own: `boolean "
+              "hResult = h(n); if (hResult) { ... }`");
+    EXPECT_EQ(saidOf(inMain(begin + "if (f(n) == 1) { }"), "call-place"),
+              "store the result first: `int fResult = f(n);`");
+}
+
+TEST(CheckTest, SwitchesThatRunOnAreExplained) {
+    EXPECT_EQ(
+        saidOf(inMain("int n = 0;\nswitch (n) { case 0: n = 1; default: n = 2; }"), "switch", true),
+        "there is no `switch`, and in this one a case runs on into the next");
+}
+
+TEST(CheckTest, SaysWhyFunctionsAreLeft) {
+    EXPECT_EQ(saidOf("int sum(int t[], int n) {\n    if (n == 0) { return 0; }\n"
+                     "    return sum(t, n - 1);\n}\n"
+                     "void main() { int t[2] = {1, 2}; print(sum(t, 2)); }\n",
+                     "array-parameter"),
+              "declare the array in `main`, and write there a loop in place of the calls; `--fix` "
+              "leaves it, because `sum` calls itself");
+    EXPECT_EQ(saidOf("int moves = 0;\nvoid go(int n) {\n    moves++;\n"
+                     "    if (n > 0) { go(n - 1); }\n}\nvoid main() { go(2); print(moves); }\n",
+                     "global-variable"),
+              "declare it in `main`, hand it over as a parameter, and return its new value: `moves "
+              "= change(moves);`; `--fix` leaves it, because `go` calls itself");
+}
+
+TEST(CheckTest, DoesNotTakeGoodSwitchesAndCallsForFaults) {
+    EXPECT_EQ(found("string level(int n) {\n    switch (n) {\n        case 1: return \"one\";\n"
+                    "        default: return \"many\";\n    }\n}\n"
+                    "void main() { print(level(1)); }\n"),
+              Lines{"2:5 switch!"});
+    EXPECT_EQ(found("int done = 0;\nvoid step() { done = 1; }\n"
+                    "void main() { while (done == 0) { step(); } }\n"),
+              Lines{"1:5 global-variable!"});
+    EXPECT_EQ(
+        found("void fill(int t[], int n) {\n    for (int i = 0; i < n; i++) { t[i] = i; }\n}\n"
+              "void main() {\n    int t[5];\n    fill(t, 5);\n    print(t[2]);\n}\n"),
+        Lines{"1:11 array-parameter!"});
 }
 
 }  // namespace

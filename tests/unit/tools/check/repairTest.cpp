@@ -127,6 +127,13 @@ TEST(RepairTest, WritesDoublesInAnotherWay) {
          "int units = 1000 * 1000000000; double scale = (double) units; double one = (double) 1;"
          " double small = one / scale; | d = small;"},
         {"d = 2.5e3;", "double value2500 = (double) 2500; | d = value2500;"},
+        {"d = 2147483648.0;",
+         "int units = 2 * 1000000000 + 147483648; double value2147483648 = (double) units;"
+         " | d = value2147483648;"},
+        {"d = 6e22;",
+         "int units = 1000000000 * 1000000000; double scale = (double) units;"
+         " double value10000 = (double) 10000; double scale2 = scale * value10000;"
+         " double six = (double) 6; double large = six * scale2; | d = large;"},
     });
 }
 

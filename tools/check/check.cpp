@@ -291,6 +291,9 @@ private:
         if (rule == "parameter-count") {
             return "divide the function, or take several small numbers in one `int`";
         }
+        if (rule == "not-an-array") {
+            return "only arrays have elements; texts are only joined, stored and printed";
+        }
         if (rule == "syntax") {
             return helpForSyntax(range);
         }

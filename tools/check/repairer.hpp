@@ -190,6 +190,7 @@ private:
     void returnFromCopy(NodeId id, Pieces& out);
     void leaveAfter(NodeId loop, Pieces& out);
     void stay(NodeId id, Pieces& out);
+    std::string endOfRange(NodeId id) const;
     void foreignConstruct(NodeId id, Pieces& out);
     void wrapper(NodeId id, Pieces& out);
     void prototype(NodeId id);

@@ -140,7 +140,8 @@ private:
             for (const Check::Edit& edit : file.report.edits) {
                 const LineAndColumn place = lines.positionOf(edit.range.begin);
                 list += file.path + ":" + std::to_string(place.line) + ":" +
-                        std::to_string(place.column) + ": repaired: " + oneLine(edit.text) + "\n";
+                        std::to_string(place.column) + ": repaired: " + described(file.text, edit) +
+                        "\n";
             }
             if (isInput) {
                 complain("check: " + std::to_string(file.report.edits.size()) + " repairs");
@@ -169,17 +170,31 @@ private:
         }
     }
 
+    /// What is written, or what is left out.
+    static std::string described(const std::string& text, const Check::Edit& edit) {
+        const SourceRange range = edit.range;
+        const std::string written = oneLine(edit.text);
+        const std::string gone = oneLine(text.substr(range.begin, range.end - range.begin));
+        return !written.empty() ? written : gone.empty() ? "(removed)" : "(removed) " + gone;
+    }
+
+    /// In one line, and not longer than people read.
     static std::string oneLine(const std::string& text) {
+        constexpr std::size_t longest = 100;
         std::string line;
         bool behindBlank = true;
         for (const char byte : text) {
-            const bool isBlank = byte == '\n' || byte == ' ' || byte == '\t';
+            const bool isBlank = static_cast<unsigned char>(byte) <= ' ';
+            const bool beginsLetter = (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+            if (line.size() >= longest && beginsLetter) {
+                return line + "...";
+            }
             if (!isBlank || !behindBlank) {
                 line.push_back(isBlank ? ' ' : byte);
             }
             behindBlank = isBlank;
         }
-        return line.empty() ? "(removed)" : line;
+        return line;
     }
 
     void fail(const std::string& fault) {

@@ -63,6 +63,8 @@ constexpr std::array table = {
     ForeignWords{"strlen strcmp strcpy strcat charAt substring substr equals indexOf toUpperCase",
                  Extent::Value, false, "texts are only joined, stored and printed",
                  "keep numbers or characters in variables and arrays, and join texts at the end"},
+    ForeignWords{"endl", Extent::Value, false, "there is no name for the end of a line",
+                 "write `\"\\n\"`"},
     ForeignWords{"len length size sizeof", Extent::Value, false, "nothing tells its length",
                  "an array's size stands in its declaration; keep it in a variable"},
 };

@@ -87,6 +87,12 @@ class Command(unittest.TestCase):
         self.assertEqual(self.krel("check", "--fix", "program.krl"), (0, "", ""))
         self.assertEqual(path.stat().st_mtime_ns, before)
 
+    def test_fix_tells_what_it_removes(self):
+        self.write("program.krl", "int f(int x);\nint f(int x) { return x; }\n"
+                                  "void main() { print(f(1)); }\n")
+        self.assertEqual(self.krel("check", "--fix", "program.krl"),
+                         (0, "program.krl:1:1: repaired: (removed) int f(int x);\n", ""))
+
     def test_fix_leaves_accepted_programs_alone(self):
         path = self.write("program.krl", TRAP)
         status, out, _ = self.krel("check", "--fix", "program.krl")

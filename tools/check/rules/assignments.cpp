@@ -179,6 +179,7 @@
 /// ```
 
 #include <string>
+#include <string_view>
 
 #include "tools/check/repairer.hpp"
 
@@ -275,6 +276,25 @@ void Repairer::sumAssignment(NodeId id, Pieces& out) {
     expression(value, context, out);
 }
 
+namespace {
+
+/// Whether the first parenthesis closes at the very end. Texts with quotes are not looked into.
+bool isInParentheses(std::string_view text) {
+    if (text.size() < 2 || text.front() != '(' || text.find_first_of("'\"") != text.npos) {
+        return false;
+    }
+    int open = 0;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        open += text[index] == '(' ? 1 : text[index] == ')' ? -1 : 0;
+        if (open == 0) {
+            return index + 1 == text.size();
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
 /// A text that may stand more than once: that of one name, literal or element, or the name of a
 /// variable that holds the value.
 std::string Repairer::atomFor(NodeId id, const std::string& base, Pieces&& text) {
@@ -284,7 +304,7 @@ std::string Repairer::atomFor(NodeId id, const std::string& base, Pieces&& text)
         (isAtom(core) || tree[core].kind == Kind::Index)) {
         return written;
     }
-    if (tree[id].kind == Kind::Parentheses && written.front() == '(' && written.back() == ')') {
+    if (isInParentheses(written)) {
         Pieces bare;  // the declaration needs none
         bare.insert(written.substr(1, written.size() - 2), tree[id].range);
         return hoist(Word::Int, base, std::move(bare), id);

@@ -164,6 +164,16 @@ void Repairer::stay(NodeId id, Pieces& out) {
     out.keep(tree[id].range);
 }
 
+/// Up to where `for i in range(5)` counts; something else if that is not told.
+std::string Repairer::endOfRange(NodeId id) const {
+    const auto& words = tree.tokens.words;
+    const std::size_t first = tree[id].token + 3;  // behind the name and `in`
+    const bool isRange = first + 3 < words.size() && tree.textOf(words[first].range) == "range" &&
+                         words[first + 1].word == Word::LeftParenthesis &&
+                         words[first + 3].word == Word::RightParenthesis;
+    return isRange ? std::string{tree.textOf(words[first + 2].range)} : "10";
+}
+
 void Repairer::foreignConstruct(NodeId id, Pieces& out) {
     const std::string word{tree.wordOf(id)};
     if (tree[id].op == Word::Colon) {
@@ -178,9 +188,12 @@ void Repairer::foreignConstruct(NodeId id, Pieces& out) {
     }
     const Syntax::ForeignWords* const known = Syntax::findForeignWord(word);
     if (known == nullptr) {  // `for` without parentheses
+        const Syntax::Token name = tree.tokens.words[tree[id].token + 1];
+        const std::string counter{name.word == Word::Name ? tree.textOf(name.range) : "i"};
         say("foreign-construct", Severity::Error, tree[id].range,
             "a `for` loop has three parts in parentheses",
-            "write `for (int i = 0; i < 10; i++) { }`");
+            "write " + quoted("for (int " + counter + " = 0; " + counter + " < " + endOfRange(id) +
+                              "; " + counter + "++) { }"));
         return stay(id, out);
     }
     say("foreign-construct", Severity::Error, tree.wordRange(id),

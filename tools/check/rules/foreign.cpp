@@ -252,11 +252,20 @@ void Repairer::findForeignComments() {
                 moveComment(range, lineEnd, inside);
                 continue;
             }
-            instead =
-                oneLine && endsLine ? "#" + inside : "#{" + inside + (oneLine ? "\n}#" : " }#");
+            const bool endsBlank =
+                !inside.empty() && (inside.back() == ' ' || inside.back() == '\n');
+            instead = oneLine && endsLine ? "#" + inside
+                                          : "#{" + inside +
+                                                (oneLine     ? "\n}#"
+                                                 : endsBlank ? "}#"
+                                                             : " }#");
         }
+        constexpr std::size_t longest = 60;
+        const bool isBlock = instead.find('\n') != instead.npos;
         say("foreign-comment", Severity::Error, range, "a comment begins with `#`",
-            "write " + quoted(instead.size() > 60 ? "#" : instead));
+            isBlock                    ? "write `#{ ... }#`"
+            : instead.size() > longest ? "write `#` in place of " + quoted(text.substr(0, 2))
+                                       : "write " + quoted(instead));
         editToken(range, instead);
     }
 }

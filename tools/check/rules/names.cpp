@@ -30,10 +30,10 @@
 ///
 /// ## What it finds
 ///
-/// A variable that is named like a word of the intermediate code (`arg`, `call`, `goto`, `param`,
-/// the conversions, `B` and digits), like one of the compiler's temporaries (`_t0`), or like its
-/// own function; and a function that is named like one of the run-time library or the start-up
-/// files.
+/// A variable that is named like a word of Krel (`if`, `print`), like one of the intermediate code
+/// (`arg`, `call`, `goto`, `param`, the conversions, `B` and digits), like one of the compiler's
+/// temporaries (`_t0`), or like its own function; and a function that is named like one of the
+/// run-time library or the start-up files.
 ///
 /// ## Why
 ///

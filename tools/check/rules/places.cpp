@@ -200,10 +200,14 @@ void Repairer::element(NodeId id, Pieces& out) {
     const std::string index =
         isName ? written : hoist(Word::Int, name + "Index", std::move(value), id);
     const std::string instead = "`" + name + "[" + index + "]`";
-    say("index-expression", Severity::Error, isSecond ? range : tree[at].range,
-        isSecond ? "arrays have one dimension" : "an index is one name or one integer literal",
-        isName ? "write " + instead
-               : "store it first: `int " + index + " = " + written + ";`, and write " + instead);
+    const bool isStep = !isSecond && tree[inner(at)].kind == Kind::Update;
+    if (!isStep || !isName) {  // a step is reported already
+        say("index-expression", Severity::Error, isSecond ? range : tree[at].range,
+            isSecond ? "arrays have one dimension" : "an index is one name or one integer literal",
+            isName
+                ? "write " + instead
+                : "store it first: `int " + index + " = " + written + ";`, and write " + instead);
+    }
     copy(tree[array].range.begin, tree[array].range.end, out);
     out.insert("[" + index + "]", {tree[array].range.end, range.end});
 }
@@ -389,7 +393,8 @@ std::string Repairer::helpForCall(NodeId id, const std::string& declared,
     }
     if (isCondition && tree[statement].kind == Kind::While) {
         return "store the result in each round: " +
-               quoted("while (true) { " + declared + " if (!(" + test + ")) { break; } ... }");
+               quoted("while (true) { " + declared + " if (!" +
+                      (isWord(test) ? test : "(" + test + ")") + ") { break; } ... }");
     }
     if (isCondition && tree[statement].kind == Kind::Arm &&
         tree[tree[statement].parent].first != statement) {

@@ -154,6 +154,14 @@ void findOverwritten(const Model& model, std::vector<Finding>& findings) {
     }
 }
 
+/// Whether a variable is only there because the value of a call cannot be dropped.
+bool takesIgnored(const Tree& tree, const Variable& variable) {
+    constexpr std::string_view name = "ignored";
+    const std::size_t rest = variable.name.find_last_not_of("0123456789") + 1;
+    return variable.name.substr(0, rest) == name && variable.uses.empty() &&
+           variable.initial != noNode && tree[variable.initial].kind == Kind::Call;
+}
+
 }  // namespace
 
 void findUnused(const Model& model, std::vector<Finding>& findings) {
@@ -164,7 +172,7 @@ void findUnused(const Model& model, std::vector<Finding>& findings) {
                                         [&](NodeId use) { return !isOnlyChange(tree, use); });
         // The elements of an array that a function takes are those of its caller.
         const bool isGiven = variable.isParameter && variable.isArray && !variable.uses.empty();
-        if (isRead || isGiven || variable.function == noFunction) {
+        if (isRead || isGiven || takesIgnored(tree, variable) || variable.function == noFunction) {
             continue;
         }
         const std::string name{variable.name};

@@ -314,6 +314,9 @@ TEST(CheckTest, HelpsForCallsFollowTheCondition) {
     EXPECT_EQ(saidOf(inMain(begin + "while (f(n) < 3) { n++; }"), "call-place"),
               "store the result in each round: `while (true) { int fResult = f(n); "
               "if (!(fResult < 3)) { break; } ... }`");
+    EXPECT_EQ(saidOf(inMain(begin + "while (h(n)) { n++; }"), "call-place"),
+              "store the result in each round: `while (true) { boolean hResult = h(n); "
+              "if (!hResult) { break; } ... }`");
     EXPECT_EQ(saidOf(inMain(begin + "if (n == 0) { } elseif (h(n)) { }"), "call-place"),
               "store the result in an `else`: `else { boolean hResult = h(n); if (hResult) { ... "
               "} }`");
@@ -328,6 +331,27 @@ TEST(CheckTest, SwitchesThatRunOnAreExplained) {
     EXPECT_EQ(
         saidOf(inMain("int n = 0;\nswitch (n) { case 0: n = 1; default: n = 2; }"), "switch", true),
         "there is no `switch`, and in this one a case runs on into the next");
+}
+
+TEST(CheckTest, OneFaultIsOneFinding) {
+    EXPECT_EQ(found("void main() {\n    int a[3];\n    int i = 0;\n    a[i++] = 1;\n    "
+                    "print(a[0], i);\n}\n"),
+              Lines{"4:7 step-value!"});
+    EXPECT_EQ(found("int two() { return 2; }\nvoid main() { int ignored = two(); }\n"), Lines{});
+    EXPECT_EQ(found("void main() { int ignored = 2; }\n"), Lines{"1:19 unused-variable"});
+}
+
+TEST(CheckTest, HelpsWithCommentsAndLoopsOfOtherLanguages) {
+    EXPECT_EQ(saidOf("/* one\n * two */\nvoid main() { }\n", "foreign-comment"),
+              "write `#{ ... }#`");
+    EXPECT_EQ(saidOf("// " + std::string(80, 'x') + "\nvoid main() { }\n", "foreign-comment"),
+              "write `#` in place of `//`");
+    EXPECT_EQ(check("/*\n * two\n */\nvoid main() { }\n", "p.krl").fixed.substr(0, 12),
+              "#{\n * two\n }");
+    EXPECT_EQ(saidOf(inMain("for k in range(5) { print(k); }"), "foreign-construct"),
+              "write `for (int k = 0; k < 5; k++) { }`");
+    EXPECT_EQ(saidOf(inMain("string s = \"x\";\nprint(s[0]);"), "not-an-array"),
+              "only arrays have elements; texts are only joined, stored and printed");
 }
 
 TEST(CheckTest, SaysWhyFunctionsAreLeft) {

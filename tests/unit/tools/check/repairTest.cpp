@@ -173,6 +173,7 @@ TEST(RepairTest, WritesOperatorsThatThereAre) {
         {"i *= 2;", "i = i * 2;"},
         {"i /= n + 1;", "i = i / (n + 1);"},
         {"i %= 3;", "i = i - i / 3 * 3;"},
+        {"i = n % 3000000000;", "int divisor = 3 * 1000000000; i = n - n / divisor * divisor;"},
         {"i = n % 2;", "i = n - n / 2 * 2;"},
         {"i = (n + 1) % a[0];", "int dividend = n + 1; i = dividend - dividend / a[0] * a[0];"},
         {"i = n++;", "int before = n; n++; i = before;"},

@@ -76,7 +76,7 @@ void main() {
     int checksum = 0;
     for (i = 0; i < SIZE * SIZE; i++) {
         int dividend3 = checksum * 31 + cells[i] + 1;
-        int divisor = (4 * 1000000000 + 294967296);
+        int divisor = 4 * 1000000000 + 294967296;
         checksum = dividend3 - dividend3 / divisor * divisor;
     }
     print("checksum: ", checksum, "\n");

@@ -1,6 +1,6 @@
 #{
  * A ring buffer, and a simulation of a counter that serves people.
-  }#
+ }#
 
 void main() {
     int buffer[8];

@@ -229,10 +229,12 @@ void Model::collectFunctions() {
 
 void Model::walk() {
     std::vector<NodeId> open;  // names that nothing earlier declares
+    std::vector<NodeId> late;  // the same in all functions
     FunctionId function = noFunction;
     const auto finish = [&] {
         if (function != noFunction) {
             resolveEarly(function, open);
+            late.insert(late.end(), open.begin(), open.end());
         }
         open.clear();
         known.clear();
@@ -262,6 +264,7 @@ void Model::walk() {
         }
         typeExpression(id);
         takeElementType(id);
+        noteCall(id);
         for (NodeId child = source[id].first; child != noNode; child = source[child].next) {
             calls[id] = calls[id] || calls[child];
             effects[id] = effects[id] || effects[child];
@@ -270,6 +273,36 @@ void Model::walk() {
         effects[id] = effects[id] || kind == Kind::Assign || kind == Kind::Update;
     }
     finish();
+    resolveLate(late);
+}
+
+void Model::noteCall(NodeId id) {
+    const bool isNamed = source[id].kind == Kind::Call && source[id].op == Word::Name;
+    const FunctionId callee = isNamed ? functionNamed(source.wordOf(id)) : noFunction;
+    if (callee != noFunction) {
+        allFunctions[callee].calls.push_back(id);
+    }
+}
+
+/// In other languages a function may use what is declared behind it, outside of functions.
+void Model::resolveLate(const std::vector<NodeId>& late) {
+    bool isChanged = false;
+    for (const NodeId id : late) {
+        const auto global = globals.find(source.wordOf(id));
+        if (meanings[id] == noVariable && global != globals.end()) {
+            meanings[id] = global->second;
+            allVariables[global->second].uses.push_back(id);
+            isChanged = true;
+        }
+    }
+    for (NodeId id = 0; isChanged && id < source.nodes.size(); ++id) {
+        typeExpression(id);
+        takeElementType(id);
+    }
+    for (const auto& entry : globals) {
+        std::vector<NodeId>& uses = allVariables[entry.second].uses;
+        std::sort(uses.begin(), uses.end());
+    }
 }
 
 void Model::declare(NodeId id) {
@@ -339,7 +372,7 @@ void Model::resolve(NodeId id) {
     const auto entry = known.find(source.wordOf(id));
     if (entry == known.end()) {
         const auto global = globals.find(source.wordOf(id));
-        if (global != globals.end() && owner[id] != noFunction) {
+        if (global != globals.end()) {
             meanings[id] = global->second;
             allVariables[global->second].uses.push_back(id);
         }
@@ -456,7 +489,6 @@ void Model::typeExpression(NodeId id) {
                 meant = krel = Word::Void;
             } else if (callee != noFunction) {
                 meant = krel = allFunctions[callee].type;
-                allFunctions[callee].calls.push_back(id);
             }
             break;
         }

@@ -107,6 +107,8 @@ private:
     void takeElementType(NodeId id);
     void declare(NodeId id);
     void resolve(NodeId id);
+    void noteCall(NodeId id);
+    void resolveLate(const std::vector<NodeId>& late);
     void resolveEarly(FunctionId function, const std::vector<NodeId>& open);
     void typeExpression(NodeId id);
     Type meantBinary(NodeId id) const;

@@ -280,7 +280,8 @@ private:
 
     /// `void f {`
     bool lacksParameters(std::uint32_t ahead) const {
-        return at(Word::LeftBrace, ahead) && (at(Word::Void) || token(ahead).beginsLine);
+        return at(Word::LeftBrace, ahead) && isTypeWord(token().word) &&
+               (at(Word::Void) || token(ahead).beginsLine || token(ahead + 1).beginsLine);
     }
 
     void parseTopLevel() {
@@ -471,6 +472,7 @@ private:
             const Mark mark = begin();
             next += 2;
             passLine();
+            passBlock();
             accept(Word::Semicolon);
             reduce(Kind::Foreign, mark, Word::Name, mark.token + 1);
         } else if (atName("do") && (at(Word::LeftBrace, 1) || beginsStatement(token(1).word))) {
@@ -496,7 +498,7 @@ private:
         return isTypeWord(token().word) && Word::If <= word && word <= Word::Return &&
                !token(1).beginsLine &&
                (at(Word::Assign, 2) || at(Word::Semicolon, 2) || at(Word::Comma, 2) ||
-                at(Word::LeftBracket, 2));
+                at(Word::LeftBracket, 2) || (at(Word::LeftParenthesis, 2) && isHeader(2)));
     }
 
     /// Whether what follows a foreign word shows that it is no name: in Krel nothing of that kind
@@ -512,11 +514,12 @@ private:
                (word == Word::LeftParenthesis && isHeader());
     }
 
-    /// Whether a block follows the parentheses behind the next token.
-    bool isHeader() const {
+    /// Whether a block follows the parentheses that begin there.
+    bool isHeader(std::uint32_t first = 1) const {
         constexpr std::uint32_t farthest = 60;
         int open = 0;
-        for (std::uint32_t ahead = 1; ahead < farthest && !at(Word::Semicolon, ahead); ++ahead) {
+        for (std::uint32_t ahead = first; ahead < farthest && !at(Word::Semicolon, ahead);
+             ++ahead) {
             open += at(Word::LeftParenthesis, ahead)    ? 1
                     : at(Word::RightParenthesis, ahead) ? -1
                                                         : 0;

@@ -180,11 +180,13 @@ void Repairer::program(Pieces& out) {
 void Repairer::copyTopLevel(NodeId parent, std::uint32_t at, std::uint32_t end, Pieces& out) {
     for (NodeId id = tree[parent].first; id != noNode; id = tree[id].next) {
         copy(at, tree[id].range.begin, out);
-        if (!isMovedGlobal(id)) {
+        const bool isMoved = isMovedGlobal(id);
+        if (!isMoved) {
             statement(id, out);
         }
         at = tree[id].range.end;
-        finishAt(at, out);
+        Pieces notWritten;  // what is missing behind a declaration that goes elsewhere
+        finishAt(at, isMoved ? notWritten : out);
     }
     copy(at, end, out);
 }

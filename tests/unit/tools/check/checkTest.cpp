@@ -231,12 +231,17 @@ TEST(CheckTest, WordsOfKrelAreNoNames) {
     EXPECT_EQ(check(text, "p.krl").fixed, text);
     EXPECT_EQ(saidOf(text, "reserved-name"), "use another name");
     EXPECT_EQ(found("void main() {\n    int print = 4;\n}\n"), Lines{"2:9 reserved-name!"});
+    EXPECT_EQ(found("int return(int k) { return k; }\nvoid main() { }\n"),
+              Lines{"1:5 reserved-name!"});
 }
 
 TEST(CheckTest, FunctionsGetTheirParentheses) {
     const std::string text = "void hello {\n    print(\"x\");\n}\nvoid main() {\n    hello();\n}\n";
     EXPECT_EQ(found(text), Lines{"1:11 missing-token!"});
     EXPECT_EQ(check(text, "p.krl").fixed.substr(0, 14), "void hello() {");
+    EXPECT_EQ(check("int g {\n    return 1;\n}\nvoid main() {\n    print(g());\n}\n", "p.krl")
+                  .fixed.substr(0, 9),
+              "int g() {");
 }
 
 TEST(CheckTest, LinesWithUnknownCharactersStayAsTheyAre) {

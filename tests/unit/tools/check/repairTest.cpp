@@ -284,6 +284,15 @@ TEST(RepairTest, MovesGlobalsWithWhatTheyAreMadeOf) {
          " int f() { return C; } void main() { print(f()); }",
          "   int f() { int A = 2; int B = A + 1; int C = B * A; return C; }"
          " void main() { print(f()); }"},
+        {"int f() { return K2 * K2; } const int K = 2; const int K2 = K + 1;"
+         " void main() { int K = 9; print(f(), K); }",
+         "int f() { int K = 2; int K2 = K + 1; return K2 * K2; }  "
+         " void main() { int K = 9; print(f(), K); }"},
+        {"const int A = 2; int f() { return A; } const int B = A * 2; void main() { print(f(), B); "
+         "}",
+         " int f() { int A = 2; return A; }  void main() { int A = 2; int B = A * 2;"
+         " print(f(), B); }"},
+        {"int x = 3\nvoid main() { print(x); }", "\nvoid main() { int x = 3; print(x); }"},
         {"const int H = 4; const double HALF = H * 0.5; void main() { print(HALF); }",
          "  void main() { int H = 4; double HDouble = (double) H; double HALF = HDouble * 0.5;"
          " print(HALF); }"},

@@ -383,7 +383,11 @@ void Repairer::smallDouble(NodeId id, const Number& number, Pieces& out) {
     std::string power = "1";
     power.append(static_cast<std::size_t>(wholeSize % 9), '0');
     for (int nines = wholeSize / 9; nines > 0; --nines) {
-        power = power == "1" ? "1000000000" : power + " * 1000000000";
+        if (power == "1") {
+            power = "1000000000";
+        } else {
+            power += " * 1000000000";
+        }
     }
     const std::string base = exponent < 0 ? "small" : "large";
     const std::string key{written};

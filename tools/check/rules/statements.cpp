@@ -617,11 +617,13 @@ void Repairer::ifStatement(NodeId id, Pieces& out) {
 Pieces Repairer::leaveUnless(NodeId id, Pieces&& text) const {
     Pieces all;
     const std::string written = textOf(text);
-    const std::string_view inside = std::string_view{written}.substr(1, written.size() - 2);
+    const bool isMissing = written.size() < 2;
+    const std::string_view inside =
+        isMissing ? std::string_view{} : std::string_view{written}.substr(1, written.size() - 2);
     const NodeId core = inner(Syntax::isExpression(tree[id].kind) ? id : tree[id].first);
     const bool isNot =
         tree[core].kind == Kind::Unary && tree[core].op == Word::Not && inside.substr(0, 1) == "!";
-    if (isNot || isWord(inside)) {
+    if (!isMissing && (isNot || isWord(inside))) {
         all.insert("if (" + (isNot ? std::string{inside.substr(1)} : "!" + std::string{inside}) +
                        ") { break; }",
                    tree[id].range);

@@ -190,6 +190,8 @@ TEST(RepairTest, WritesStatementsThatThereAre) {
         {"if (b) { } else if (i == 1) { }", "if (b) { } elseif (i == 1) { }"},
         {"do { i++; } while (!b);", "while (true) { i++; if (b) { break; } }"},
         {"do { i++; } while (i < n);", "while (true) { i++; if (!(i < n)) { break; } }"},
+        {"do { i++; } while (n > f(i));",
+         "while (true) { i++; int fResult = f(i); if (!(n > fResult)) { break; } }"},
         {"do { continue; } while (i < n);",
          "boolean again = false; while (true) { if (again) { if (!(i < n)) { break; } }"
          " again = true; continue; }"},

@@ -338,6 +338,12 @@ TEST(CheckTest, SwitchesThatRunOnAreExplained) {
         "there is no `switch`, and in this one a case runs on into the next");
 }
 
+TEST(CheckTest, ConditionsThatAreMissingAreRefused) {
+    const Report report = check("void main() {\n    do { print(1); } @\n}\n", "p.krl");
+    EXPECT_FALSE(report.accepted);
+    EXPECT_NE(report.findings.size(), 0U);
+}
+
 TEST(CheckTest, OneFaultIsOneFinding) {
     EXPECT_EQ(found("void main() {\n    int a[3];\n    int i = 0;\n    a[i++] = 1;\n    "
                     "print(a[0], i);\n}\n"),

@@ -6,6 +6,7 @@ import re
 import select
 import subprocess
 import tempfile
+import unittest
 from pathlib import Path
 
 COMPLETIONS = Path(__file__).resolve().parents[2] / "packaging" / "completions"
@@ -45,7 +46,10 @@ class Terminal:
     """A shell on a terminal of its own, which ends with the block."""
 
     def __init__(self, command, directory, environment):
-        self.master, slave = pty.openpty()
+        try:
+            self.master, slave = pty.openpty()
+        except OSError as fault:
+            raise unittest.SkipTest(f"there are no terminals here: {fault}") from fault
         self.shell = subprocess.Popen(
             command, stdin=slave, stdout=slave, stderr=slave, cwd=directory,
             env=environment, start_new_session=True)

@@ -130,6 +130,7 @@ class Command(unittest.TestCase):
         self.assertIn("\x1b[", self.krel("check", "--color=always", "program.krl")[1])
         self.assertNotIn("\x1b[", self.krel("check", "program.krl")[1])
 
+    @unittest.skipUnless(pathlib.Path("/dev/pts/ptmx").exists(), "there are no terminals here")
     def test_colours_on_a_terminal(self):
         self.write("program.krl", REFUSED)
         for variables, coloured in [({}, True), ({"NO_COLOR": "1"}, False),

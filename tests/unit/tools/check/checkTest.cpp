@@ -116,10 +116,11 @@ TEST(CheckTest, GuessesAreTakenOnDemand) {
 TEST(CheckTest, ForeignStatementsStayAsTheyAre) {
     const std::string good = "void g() {\n    int x;\n    print(x)\n}\n";
     const std::string better = "void g() {\n    int x = 0;\n    print(x);\n}\n";
+    const char* const runsOn =
+        "void main() {\n    switch (1) {\n        case 1: g();\n        case 2: g(); break;\n"
+        "    }\n}\n";
     for (const char* const foreign :
-         {"void main() {\n    switch (1) {\n        case 1: g();\n        case 2: g(); break;\n"
-          "    }\n}\n",
-          "void main() {\n    for (int v : missing) {\n        g();\n    }\n}\n",
+         {runsOn, "void main() {\n    for (int v : missing) {\n        g();\n    }\n}\n",
           "def foo(x) {\n    return x + 1;\n}\n", "struct point {\n    int x;\n};\n",
           "void main() {\n    goto end;\n    end: g();\n}\n",
           "void main() {\n    int x = 1 @ 2;\n}\n", "void main() {\n    throw g();\n}\n"}) {

@@ -385,10 +385,11 @@ TEST(RepairTest, AddsFunctionsForOtherOperators) {
     const std::string made = repaired(
         "void main() { int a = 12; int b = -7; print(a & b, a | b, a ^ b, b >> a, a << a, a ** 2);"
         " if (a & b) { } a |= b; }");
+    const char* const calls =
+        "print(bitsInBoth(a, b), bitsInAny(a, b), bitsInOne(a, b), shiftedRight(b, a),"
+        " shiftedLeft(a, a), power(a, 2));";
     for (const char* const part :
-         {"print(bitsInBoth(a, b), bitsInAny(a, b), bitsInOne(a, b), shiftedRight(b, a),"
-          " shiftedLeft(a, a), power(a, 2));",
-          "int bits = bitsInBoth(a, b); if (bits) { }", "a = bitsInAny(a, b);",
+         {calls, "int bits = bitsInBoth(a, b); if (bits) { }", "a = bitsInAny(a, b);",
           "\nint bitsInBoth(int left, int right) {", "if (leftBit + rightBit == 2)",
           "\nint power(int base, int exponent) {"}) {
         EXPECT_NE(made.find(part), made.npos) << part << "\n" << made;

@@ -4,38 +4,20 @@ The tests take krelcc's path from the environment variable KRELCC, and krel is t
     KRELCC=build/release/krelcc python3 tests/tools/debug/test_adapter.py
 """
 
-import json
 import os
 import pathlib
 import queue
 import subprocess
+import sys
 import tempfile
 import threading
 
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1]))
+
+from messages import framed, read_message  # noqa: E402 (after the path is known)
+
 KREL = pathlib.Path(os.environ["KRELCC"]).resolve().with_name("krel")
 TIMEOUT_SECONDS = 120
-
-
-def framed(body):
-    """A message as it is sent; the body is bytes, or what becomes JSON."""
-    if not isinstance(body, bytes):
-        body = json.dumps(body).encode()
-    return b"Content-Length: %d\r\n\r\n%s" % (len(body), body)
-
-
-def read_message(stream):
-    """The next message of a stream as JSON; None at its end."""
-    length = None
-    while True:
-        line = stream.readline()
-        if not line:
-            return None
-        if line == b"\r\n":
-            break
-        name, value = line.split(b":")
-        if name == b"Content-Length":
-            length = int(value)
-    return json.loads(stream.read(length))
 
 
 class Refused(Exception):

@@ -1,6 +1,10 @@
-"""Messages of krel's servers as they travel: JSON behind headers."""
+"""What the tests of krel's servers share: messages as they travel, JSON behind headers, and the
+process at the other end."""
 
 import json
+import queue
+import subprocess
+import threading
 
 
 def framed(body):
@@ -25,3 +29,37 @@ def read_message(stream):
         if name == b"Content-Length":
             length = int(value)
     return json.loads(stream.read(length))
+
+
+class Server:
+    """A server of krel on pipes, and a thread that takes down what it says. To be closed."""
+
+    def __init__(self, command, patience, environment=None):
+        self.patience = patience  # in seconds
+        self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.PIPE, env=environment)
+        self.messages = queue.Queue()  # the last one is None
+        self.thread = threading.Thread(target=self.listen, daemon=True)
+        self.thread.start()
+
+    def listen(self):
+        while True:
+            message = read_message(self.process.stdout)
+            self.messages.put(message)
+            if message is None:
+                return
+
+    def close(self):
+        """Ends the server at once."""
+        self.process.kill()
+        self.process.wait()
+        self.thread.join(self.patience)
+        for stream in (self.process.stdin, self.process.stdout, self.process.stderr):
+            try:
+                stream.close()
+            except BrokenPipeError:
+                pass
+
+    def send_bytes(self, data):
+        self.process.stdin.write(data)
+        self.process.stdin.flush()

@@ -6,15 +6,12 @@ The tests take krelcc's path from the environment variable KRELCC, and krel is t
 
 import os
 import pathlib
-import queue
-import subprocess
 import sys
 import tempfile
-import threading
 
 sys.path.append(str(pathlib.Path(__file__).resolve().parents[1]))
 
-from messages import framed, read_message  # noqa: E402 (after the path is known)
+from messages import Server, framed  # noqa: E402 (after the path is known)
 
 KREL = pathlib.Path(os.environ["KRELCC"]).resolve().with_name("krel")
 TIMEOUT_SECONDS = 120
@@ -24,7 +21,7 @@ class Refused(Exception):
     """A request was answered by a failure."""
 
 
-class Client:
+class Client(Server):
     """An adapter, and what it has said. To be closed."""
 
     def __init__(self, text=None, *words):
@@ -32,11 +29,7 @@ class Client:
         self.path = str(pathlib.Path(self.directory.name) / "program.krl")
         if text is not None:
             self.write(text)
-        self.process = subprocess.Popen([KREL, "debug", *words], stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        self.messages = queue.Queue()
-        self.thread = threading.Thread(target=self.listen, daemon=True)
-        self.thread.start()
+        super().__init__([KREL, "debug", *words], TIMEOUT_SECONDS)
         self.events = []
         self.last_number = 0
         self.output = ""
@@ -46,28 +39,9 @@ class Client:
         data = text if isinstance(text, bytes) else text.encode()
         pathlib.Path(self.path).write_bytes(data)
 
-    def listen(self):
-        while True:
-            message = read_message(self.process.stdout)
-            self.messages.put(message)
-            if message is None:
-                return
-
     def close(self):
-        """Ends the adapter at once."""
-        self.process.kill()
-        self.process.wait()
-        self.thread.join(TIMEOUT_SECONDS)
-        for stream in (self.process.stdin, self.process.stdout, self.process.stderr):
-            try:
-                stream.close()
-            except BrokenPipeError:
-                pass
+        super().close()
         self.directory.cleanup()
-
-    def send_bytes(self, data):
-        self.process.stdin.write(data)
-        self.process.stdin.flush()
 
     def receive(self):
         """The next message that is no output."""

@@ -6,14 +6,11 @@ The tests take krelcc's path from the environment variable KRELCC, and krel is t
 
 import os
 import pathlib
-import queue
-import subprocess
 import sys
-import threading
 
 sys.path.append(str(pathlib.Path(__file__).resolve().parents[1]))
 
-from messages import framed, read_message  # noqa: E402 (after the path is known)
+from messages import Server, framed  # noqa: E402 (after the path is known)
 
 KREL = pathlib.Path(os.environ["KRELCC"]).resolve().with_name("krel")
 TIMEOUT_SECONDS = 120
@@ -39,16 +36,11 @@ ABILITIES = {
 }
 
 
-class Client:
+class Client(Server):
     """A server, and what it has said. To be closed."""
 
     def __init__(self, abilities=None, environment=None, **parameters):
-        self.process = subprocess.Popen([KREL, "lsp"], stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                        env={**os.environ, **(environment or {})})
-        self.messages = queue.Queue()
-        self.thread = threading.Thread(target=self.listen, daemon=True)
-        self.thread.start()
+        super().__init__([KREL, "lsp"], TIMEOUT_SECONDS, {**os.environ, **(environment or {})})
         self.notifications = []
         self.last_id = 0
         self.versions = {}
@@ -63,28 +55,6 @@ class Client:
 
     def __exit__(self, *_):
         self.close()
-
-    def listen(self):
-        while True:
-            message = read_message(self.process.stdout)
-            self.messages.put(message)
-            if message is None:
-                return
-
-    def close(self):
-        """Ends the server at once."""
-        self.process.kill()
-        self.process.wait()
-        self.thread.join(TIMEOUT_SECONDS)
-        for stream in (self.process.stdin, self.process.stdout, self.process.stderr):
-            try:
-                stream.close()
-            except BrokenPipeError:
-                pass
-
-    def send_bytes(self, data):
-        self.process.stdin.write(data)
-        self.process.stdin.flush()
 
     def send(self, message):
         self.send_bytes(framed(message))
